@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace zrt {
+
+/// For tests only: stands beneath the connection and may fail a statement or cut the link before it is sent.
+class FaultSource {
+ public:
+  enum class Verdict { kRun, kFail, kCut };
+
+  virtual ~FaultSource() = default;
+  /// Called before each statement that the program sends. kFail makes it fail as a server would refuse it; kCut breaks
+  /// the link first, so that the statement and all later ones fail as with a dead server.
+  virtual Verdict BeforeStatement(std::string_view sql) = 0;
+};
+
+/// The one connection to the shop's database, which the terminals write to at the same time. Thin over unixODBC: no
+/// transactions, no parameters, one statement per call. Text goes out as windows-1251 bytes and comes back from them;
+/// this class and Recordset are the only places that convert.
+///
+/// A link that breaks is noticed by the statement that fails on it; that statement is reported and not repeated. After
+/// AllowReopen() - called by the host at the beginning of each user action - the next statement opens the connection
+/// again first, once.
+class Connection {
+ public:
+  Connection();
+  ~Connection();
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+
+  /// Seconds; to be set before Open. The driver accepts and ignores it, the value is part of the connection's contract.
+  int ConnectionTimeout = 15;
+  /// 3 = snapshots are held by the client; the only location this class implements.
+  int CursorLocation = 3;
+
+  /// Opens with a whole ODBC connection string (UTF-8) and sets the session's lenient SQL mode, so that every statement
+  /// means the same on all servers. Throws DatabaseError.
+  void Open(const std::string& connection_string);
+
+  /// Closes; harmless when closed. An open Recordset keeps its rows.
+  void Close() noexcept;
+
+  /// True between a successful Open and Close, also while the link is broken.
+  bool IsOpen() const;
+
+  /// True after a statement found the link dead and until it has been opened again.
+  bool IsLost() const;
+
+  /// The next statement may open a lost connection again. See the class comment.
+  void AllowReopen();
+
+  /// Runs one statement (UTF-8) and drops its result, if any. Returns the number of affected rows, -1 if unknown.
+  /// Throws DatabaseError; also when the connection isn't open.
+  std::int64_t Execute(std::string_view sql);
+
+  /// The server's version as "10.11.6", asked without a statement. Empty when not open.
+  std::string ServerVersion() const;
+
+  /// Tests hang their fault source in here; nullptr takes it out. Not owned.
+  void SetFaultSource(FaultSource* faults);
+
+ private:
+  friend class Recordset;
+  struct Impl;
+  Impl* impl_;
+};
+
+}  // namespace zrt

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+
+// Every stored number that the program scales, and the conversions between the stored and the shown form. Money and
+// quantities are integers in the scale of their column; the scale differs from table to table.
+
+namespace zrt {
+
+namespace scale {
+inline constexpr int kTovarPrise = 100;     ///< TOVAR.PRISE: hundredths of money
+inline constexpr int kTovarStock = 1000;    ///< TOVAR.OST, TOVAR.KOL: thousandths of a unit
+inline constexpr int kTovarParts = 1000;    ///< TOVAR.N5: number of parts times 1000
+inline constexpr int kTovarPortion = 1000;  ///< TOVAR.N7: millilitres, shown in panels as litres
+inline constexpr int kProd = 1000;          ///< PROD.KOL, PRISE, SKID, SUM2: thousandths
+inline constexpr int kKassa = 1;            ///< KASSA.SUM1, SUM2, SKID: money as it is
+inline constexpr int kKassaPayment = 100;   ///< KASSA.N2: hundredths of money
+inline constexpr int kDocument = 1000;      ///< JOURNAL, REGISTR, DOCUMENT, DOCINVENT, DOCPRICE: thousandths
+inline constexpr int kPriceToDocument = kDocument / kTovarPrise;  ///< TOVAR.PRISE times this is a document's price
+}  // namespace scale
+
+/// Nearest integer, ties to the even one: 2.5 -> 2, 3.5 -> 4, -2.5 -> -2. The result is still a double.
+double RoundHalfEven(double value);
+
+/// Rounds as RoundHalfEven and converts. Throw OverflowError when the rounded value is out of the type's range (a byte is
+/// 0 to 255).
+std::uint8_t ToByte(double value);
+std::int16_t ToInt16(double value);
+std::int32_t ToInt32(double value);
+
+/// 16-bit arithmetic as the program's sizes need it: throw OverflowError instead of wrapping.
+std::int16_t Add16(std::int16_t a, std::int16_t b);
+std::int16_t Multiply16(std::int16_t a, std::int16_t b);
+
+}  // namespace zrt

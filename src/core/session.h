@@ -1,0 +1,108 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "core/clock.h"
+#include "core/command.h"
+#include "core/connection.h"
+#include "core/dates.h"
+#include "core/recordset.h"
+#include "core/regional_format.h"
+#include "core/shift.h"
+
+namespace zrt {
+
+/// Where the shop's database is; fixed when the program is built.
+struct DatabaseAddress {
+  std::string host;
+  std::string account;
+  std::string schema;
+};
+
+/// The connection string of the main database: these fields, in this order.
+std::string MainConnectionString(const DatabaseAddress& address);
+
+/// The recordsets made once and kept for the whole run. Each has one fixed role; what the screens show stays in here.
+struct RecordsetPool {
+  Recordset RsProducts;     ///< TOVAR list: DataGrid1 of both indexes
+  Recordset RsPanels;       ///< HOTKEYS, the level shown: DataGrid12
+  Recordset RsDeletions;    ///< SPION: DataGrid11
+  Recordset RsOrderDetail;  ///< KASSA with PROD, order detail: DataGrid2
+  Recordset RsSales;        ///< PROD: DataGrid3
+  Recordset RsOrders;       ///< KASSA with PROD, orders: DataGrid4
+  Recordset RsKassaLite;    ///< KASSA alone: DataGrid7
+  Recordset RsTotals;       ///< one-row totals for labels
+  Recordset RsCards;        ///< DISCOUNT: DataGrid5
+  Recordset RsCardKinds;    ///< TOTALSKID
+  Recordset RsWaiters;      ///< KLIENT: DataGrid9
+  Recordset RsJournal;      ///< JOURNAL: DataGrid6
+  Recordset RsScratch;      ///< results of MainCommand
+};
+
+/// The process-wide state and the three ways to the database:
+///  1. bound set:    BindSet(set, sql)            (then the grid's format routine, then ShowLastRow(set))
+///  2. one-off read: ReadOne(sql) -> RsScratch    (field 0 by position)
+///  3. write:        Write(sql)
+/// One thread does all the work; no routine is re-entered during a statement, so SqlText, MainCommand and RsScratch can
+/// be shared.
+class Session {
+ public:
+  /// `clock` and `format` come from the platform; `address` from the build. The clock must outlive the session.
+  Session(DatabaseAddress address, const Clock& clock, RegionalFormat format);
+
+  /// Opens MainConnection (timeout 1800 s, client-side snapshots). Throws DatabaseError; MainCommand and the pool exist
+  /// only after a success.
+  void Connect();
+
+  /// Closes the connection, then releases the command and every recordset of the pool. Harmless when repeated.
+  void Disconnect();
+
+  bool IsConnected() const { return pool_ != nullptr; }
+
+  Connection MainConnection;
+  std::string SqlText;  ///< the statement being built
+
+  /// Throw DatabaseError when there is no connection: a step that needs the database fails then.
+  Command& MainCommand();
+  RecordsetPool& Pool();
+
+  /// Closes `set` if it is open and opens it with `sql`, which is kept in SqlText. Throws DatabaseError.
+  void BindSet(Recordset& set, std::string sql);
+  /// Moves to the last row if there are rows: grids open on their newest row.
+  static void ShowLastRow(Recordset& set);
+
+  /// Runs `sql` through MainCommand into RsScratch and returns it, on its first row if it has one. Throws DatabaseError.
+  Recordset& ReadOne(std::string sql);
+  /// Runs `sql` through MainCommand. Throws DatabaseError.
+  void Write(std::string sql);
+
+  const Clock& TheClock() const { return clock_; }
+  const RegionalFormat& Format() const { return format_; }
+
+  // Process-wide state, shared by the screens under these names.
+  std::string FilterName = "Data";  ///< name of the last sales filter, for file titles
+  std::uint8_t DbVersion = 0;       ///< CONST row 3, N2, as raised by UpgradeDatabase
+  std::uint8_t CurrentMenu = 0;     ///< touch menu shown: 1 or 2; 0 when the schema has a single menu
+  bool FullEditMode = false;        ///< reference data may be edited
+  bool RegisterEnabled = false;     ///< stock register and documents exist
+  bool LiteMode = false;            ///< cash operations only
+  int CurrentGrid = 0;              ///< big grid of the sales tab: 0 sales, 1 deletions, 2 order detail
+  bool PeriodAll = false;           ///< the whole stored period instead of one shift
+  int ExciseFilter = 0;             ///< 0 all, 1 alcohol, 2 cigarettes, 3 no excise
+  Shift ShiftPeriod;                ///< ShiftFrom, ShiftTo, ShiftTimeText
+  Date Today;                       ///< taken once at start; the calendars overwrite it with the day picked
+  std::string UdlPath;              ///< data link file of this installation, from the settings file
+  std::string ReportFolder = "C:\\Korvina\\Report\\";
+
+ private:
+  DatabaseAddress address_;
+  const Clock& clock_;
+  RegionalFormat format_;
+  std::unique_ptr<Command> command_;
+  std::unique_ptr<RecordsetPool> pool_;
+};
+
+}  // namespace zrt
