@@ -1,0 +1,81 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/regional_format.h"
+#include "ui/form.h"
+
+namespace zrt {
+
+enum class BoxIcon { kNone, kCritical, kQuestion, kExclamation, kInformation };
+enum class BoxButtons { kOk, kOkCancel, kYesNo };
+enum class BoxAnswer { kOk, kCancel, kYes, kNo };
+
+/// The host of all windows: shows forms and boxes and brings what the operator does to the handlers. What is common to all
+/// hosts stands here; a host overrides the Do... members.
+class Desktop {
+ public:
+  explicit Desktop(RegionalFormat format) : format_(std::move(format)) {}
+  virtual ~Desktop() = default;
+  Desktop(const Desktop&) = delete;
+  Desktop& operator=(const Desktop&) = delete;
+
+  const RegionalFormat& Format() const { return format_; }
+
+  /// Title of boxes that have none of their own.
+  std::string ProgramTitle = "ZRT - DESKOR";
+
+  /// Called at the beginning of each action of the operator; the program lets a lost connection be opened again.
+  std::function<void()> OnUserAction;
+
+  /// A message or question; returns the button. Closing the box counts as Cancel, No, or OK where that is the only one.
+  BoxAnswer MsgBox(const std::string& text, BoxIcon icon = BoxIcon::kNone, BoxButtons buttons = BoxButtons::kOk,
+                   const std::string& title = {});
+  /// Asks for a line of text; "" when the operator cancels.
+  std::string InputBox(const std::string& prompt, const std::string& title = {}, const std::string& preset = {});
+
+  void Show(Form& form);
+  void ShowModal(Form& form);
+  void Hide(Form& form);
+  void Unload(Form& form);
+  void UnloadAllBut(const Form& form);  ///< in the reverse order of their loading
+
+  virtual void SetFocus(Control& control) = 0;
+  virtual void Repaint(Control& control) = 0;
+
+  /// Runs what the operator's action causes. A failure ends the handler here: the operator sees one plain box without
+  /// database text, earlier statements stay in force, and the program lives. Hosts bring every click, key, timer and
+  /// window event through here.
+  void UserAction(const std::function<void()>& handler);
+
+  /// A form came to the front; hosts call it inside UserAction.
+  void Activated(Form& form);
+
+  /// All forms that exist, loaded or not, by name; nullptr when there is none.
+  Form* FindForm(std::string_view name) const;
+  const std::vector<Form*>& LoadedForms() const { return loaded_; }  ///< in the order of their loading
+
+ protected:
+  virtual BoxAnswer DoMsgBox(const std::string& text, BoxIcon icon, BoxButtons buttons, const std::string& title) = 0;
+  virtual std::string DoInputBox(const std::string& prompt, const std::string& title, const std::string& preset) = 0;
+  virtual void DoShow(Form& form) = 0;       ///< the form is loaded; make it visible, in front
+  virtual void DoShowModal(Form& form) = 0;  ///< the same, and return when form.IsVisible() is false
+  virtual void DoHide(Form& form) = 0;
+  virtual void DoUnload(Form& form) = 0;  ///< the form is hidden; drop its window
+  /// A run-time error ended a handler.
+  virtual void DoRuntimeError(const std::exception& error) = 0;
+
+ private:
+  friend class Form;
+
+  void LoadIfNeeded(Form& form);
+
+  RegionalFormat format_;
+  std::vector<Form*> forms_;
+  std::vector<Form*> loaded_;
+};
+
+}  // namespace zrt

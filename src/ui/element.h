@@ -1,0 +1,157 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "core/dates.h"
+
+namespace zrt {
+
+class Element;
+class PropertyBase;
+
+/// The drawn side of an element. Each element has at most one.
+class ElementView {
+ public:
+  virtual ~ElementView() = default;
+  /// A property has a new value; the view shows it.
+  virtual void Show(const PropertyBase& property) = 0;
+};
+
+/// A named value of an element. Reachable by its name for scripts of the shop's journeys.
+class PropertyBase {
+ public:
+  PropertyBase(Element& owner, const char* name);
+  virtual ~PropertyBase() = default;
+  PropertyBase(const PropertyBase&) = delete;
+  PropertyBase& operator=(const PropertyBase&) = delete;
+
+  const char* Name() const { return name_; }
+  Element& Owner() const { return owner_; }
+
+  /// The value as a script writes it: texts as they are, Booleans "True"/"False", numbers in decimal.
+  virtual std::string AsText() const = 0;
+
+  virtual void KeepAsInitial() = 0;  ///< the present value is what Reset brings back
+  virtual void Reset() = 0;
+
+ protected:
+  void Changed();
+
+ private:
+  Element& owner_;
+  const char* name_;
+};
+
+namespace detail {
+inline std::string PropertyText(const std::string& value) { return value; }
+inline std::string PropertyText(bool value) { return value ? "True" : "False"; }
+inline std::string PropertyText(std::int64_t value) { return std::to_string(value); }
+std::string PropertyText(const Date& value);
+std::string PropertyText(const std::vector<std::string>& value);
+template <class T>
+std::string PropertyText(const T&) {
+  return "?";
+}
+}  // namespace detail
+
+/// Assigning a value that differs tells the view; reading is reading a value: `if (CmdDat.Enabled()) ...`. Assigning never
+/// raises an event: only what the operator does raises one.
+template <class T>
+class Property final : public PropertyBase {
+ public:
+  Property(Element& owner, const char* name, T initial = T{})
+      : PropertyBase(owner, name), value_(initial), initial_(std::move(initial)) {}
+
+  Property& operator=(T value) {
+    if (value == value_) return *this;
+    value_ = std::move(value);
+    Changed();
+    return *this;
+  }
+  const T& operator()() const { return value_; }
+
+  std::string AsText() const override {
+    if constexpr (std::is_integral_v<T> && !std::is_same_v<T, bool>) {
+      return detail::PropertyText(static_cast<std::int64_t>(value_));
+    } else {
+      return detail::PropertyText(value_);
+    }
+  }
+  void KeepAsInitial() override { initial_ = value_; }
+  void Reset() override { *this = initial_; }
+
+ private:
+  T value_;
+  T initial_;
+};
+
+/// Something that the operator does to an element. One handler each, set in the form's constructor:
+/// `CmdDat.Click = [this] { CmdDat_Click(); };`
+class EventBase {
+ public:
+  EventBase(Element& owner, const char* name);
+  virtual ~EventBase() = default;
+  EventBase(const EventBase&) = delete;
+  EventBase& operator=(const EventBase&) = delete;
+
+  const char* Name() const { return name_; }
+
+ private:
+  const char* name_;
+};
+
+template <class... Args>
+class Event final : public EventBase {
+ public:
+  using EventBase::EventBase;
+
+  Event& operator=(std::function<void(Args...)> handler) {
+    handler_ = std::move(handler);
+    return *this;
+  }
+  explicit operator bool() const { return static_cast<bool>(handler_); }
+
+  /// Runs the handler, if there is one.
+  void Raise(Args... args) const {
+    if (handler_) handler_(std::forward<Args>(args)...);
+  }
+
+ private:
+  std::function<void(Args...)> handler_;
+};
+
+/// What forms and controls have in common: a name, named properties and events, and a view.
+class Element {
+ public:
+  explicit Element(std::string name) : name_(std::move(name)) {}
+  virtual ~Element() = default;
+  Element(const Element&) = delete;
+  Element& operator=(const Element&) = delete;
+
+  const std::string& Name() const { return name_; }
+
+  /// By name, case as written; nullptr when there is none.
+  PropertyBase* FindProperty(std::string_view name) const;
+  EventBase* FindEvent(std::string_view name) const;
+  const std::vector<PropertyBase*>& Properties() const { return properties_; }
+
+  /// The view that shows this element from now on; nullptr takes it off. Not owned. A new view is told every property.
+  void SetView(ElementView* view);
+  ElementView* View() const { return view_; }
+
+ private:
+  friend class PropertyBase;
+  friend class EventBase;
+
+  std::string name_;
+  std::vector<PropertyBase*> properties_;
+  std::vector<EventBase*> events_;
+  ElementView* view_ = nullptr;
+};
+
+}  // namespace zrt
