@@ -64,6 +64,8 @@ class RecordsetObserver {
   virtual void PositionChanged(Recordset& set) = 0;
   /// Opened, requeried or closed: rows and columns may all differ.
   virtual void RowsChanged(Recordset& set) = 0;
+  /// The recordset itself is being destroyed; it has forgotten its observers.
+  virtual void Gone(Recordset& set) = 0;
 };
 
 /// A client-side snapshot of one query: the whole result is fetched at Open into one arena; later changes in the database

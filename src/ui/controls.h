@@ -71,6 +71,9 @@ class Control : public Element {
   virtual void UserClick();
   virtual void UserDblClick();
 
+  /// The form was unloaded: lets go of what properties alone don't hold.
+  virtual void Forget() {}
+
  protected:
   Control(Form& form, std::string name, std::initializer_list<const char*> widget_classes);
 
@@ -138,7 +141,7 @@ class CheckBox final : public Control {
   void UserClick() override { UserTick(!Value()); }
 };
 
-/// One of several of which one is chosen: choosing it clears the others in the same frame.
+/// One of several of which one is chosen: choosing it clears the others of its control array in the same frame.
 class OptionButton final : public Control {
  public:
   OptionButton(Form& form, std::string name);
@@ -150,6 +153,9 @@ class OptionButton final : public Control {
   void Choose();
   void UserSet(const std::string& value) override;  ///< "on"
   void UserClick() override;
+
+  /// Those with the same group name exclude each other.
+  std::string GroupName() const;
 };
 
 class ComboBox final : public Control {

@@ -69,6 +69,7 @@ class DataGrid final : public Control {
 
   void UserRow(int row);  ///< the operator went to row `row`, from 1
   void UserDblClick() override;
+  void Forget() override { Unbind(); }
 
  private:
   class Follower;

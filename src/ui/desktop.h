@@ -51,8 +51,11 @@ class Desktop {
   /// window event through here.
   void UserAction(const std::function<void()>& handler);
 
-  /// A form came to the front; hosts call it inside UserAction.
+  /// A form came to the front: raises its Activate, unless it was in front already. Hosts call it inside UserAction when
+  /// the operator brings a window forward; Show, Hide and Unload call it themselves.
   void Activated(Form& form);
+  /// The form in front; nullptr when none is visible.
+  Form* Front() const { return visible_.empty() ? nullptr : visible_.back(); }
 
   /// All forms that exist, loaded or not, by name; nullptr when there is none.
   Form* FindForm(std::string_view name) const;
@@ -61,9 +64,9 @@ class Desktop {
  protected:
   virtual BoxAnswer DoMsgBox(const std::string& text, BoxIcon icon, BoxButtons buttons, const std::string& title) = 0;
   virtual std::string DoInputBox(const std::string& prompt, const std::string& title, const std::string& preset) = 0;
-  virtual void DoShow(Form& form) = 0;       ///< the form is loaded; make it visible, in front
-  virtual void DoShowModal(Form& form) = 0;  ///< the same, and return when form.IsVisible() is false
-  virtual void DoHide(Form& form) = 0;
+  virtual void DoShow(Form& form, bool modal) = 0;  ///< the form is loaded; make it visible, in front
+  virtual void DoModalLoop(Form& form) = 0;         ///< the operator works in the form until IsVisible() is false
+  virtual void DoHide(Form& form) = 0;              ///< IsVisible() is false already
   virtual void DoUnload(Form& form) = 0;  ///< the form is hidden; drop its window
   /// A run-time error ended a handler.
   virtual void DoRuntimeError(const std::exception& error) = 0;
@@ -72,10 +75,14 @@ class Desktop {
   friend class Form;
 
   void LoadIfNeeded(Form& form);
+  void BringForward(Form& form, bool modal);
+  void TakeAway(Form& form);
 
   RegionalFormat format_;
   std::vector<Form*> forms_;
   std::vector<Form*> loaded_;
+  std::vector<Form*> visible_;  ///< the front one last
+  Form* active_ = nullptr;      ///< the one whose Activate was raised last
 };
 
 }  // namespace zrt

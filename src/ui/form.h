@@ -52,6 +52,9 @@ class Form : public Element {
   friend class Timer;
   friend class Desktop;
 
+  /// Controls, timers and the form itself get back what the definition says.
+  void RestoreDefinition();
+
   Desktop& desktop_;
   const FormDefinition& definition_;
   std::vector<Control*> controls_;
