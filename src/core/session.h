@@ -94,6 +94,7 @@ class Session {
   int ExciseFilter = 0;             ///< 0 all, 1 alcohol, 2 cigarettes, 3 no excise
   Shift ShiftPeriod;                ///< ShiftFrom, ShiftTo, ShiftTimeText
   Date Today;                       ///< taken once at start; the calendars overwrite it with the day picked
+  bool IsReserveCopy = false;       ///< this database holds the reserve copy (CONST row 6, N6 isn't NULL)
   std::string UdlPath;              ///< data link file of this installation, from the settings file
   std::string ReportFolder = "C:\\Korvina\\Report\\";
 

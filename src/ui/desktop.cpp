@@ -61,11 +61,12 @@ void Desktop::UserAction(const std::function<void()>& handler) {
     handler();
   } catch (const std::exception& error) {
     DoRuntimeError(error);
+    if (OnRuntimeError) OnRuntimeError();
   }
 }
 
 void Desktop::Activated(Form& form) {
-  if (active_ == &form || !form.visible_) return;
+  if (active_ == &form || !form.visible_ || !form.loaded_) return;
   active_ = &form;
   std::erase(visible_, &form);
   visible_.push_back(&form);
@@ -97,6 +98,7 @@ void Desktop::BringForward(Form& form, bool modal) {
   std::erase(visible_, &form);
   visible_.push_back(&form);
   DoShow(form, modal);
+  if (OnShown) OnShown(form);
   Activated(form);
 }
 

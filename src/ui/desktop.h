@@ -26,10 +26,17 @@ class Desktop {
   const RegionalFormat& Format() const { return format_; }
 
   /// Title of boxes that have none of their own.
-  std::string ProgramTitle = "ZRT - DESKOR";
+  std::string ProgramTitle = "ZRT";
 
   /// Called at the beginning of each action of the operator; the program lets a lost connection be opened again.
   std::function<void()> OnUserAction;
+  /// Called after the box of a run-time error; a program that hasn't finished starting ends then.
+  std::function<void()> OnRuntimeError;
+  /// Called when a form has become visible.
+  std::function<void(const Form&)> OnShown;
+
+  /// Ends the program's run with this exit code, once the present action is over.
+  virtual void Quit(int code) = 0;
 
   /// A message or question; returns the button. Closing the box counts as Cancel, No, or OK where that is the only one.
   BoxAnswer MsgBox(const std::string& text, BoxIcon icon = BoxIcon::kNone, BoxButtons buttons = BoxButtons::kOk,
