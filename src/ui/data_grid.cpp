@@ -125,6 +125,12 @@ void DataGrid::Refresh() {
   if (OnRows) OnRows();
 }
 
+std::optional<std::string> DataGrid::Ask(std::string_view property) const {
+  if (property == "Rows") return std::to_string(Rows());
+  if (property == "Row") return std::to_string(Row());
+  return Control::Ask(property);
+}
+
 void DataGrid::UserRow(int row) {
   if (IsUsable() && row != Row()) set_->SetBookmark(row);
 }

@@ -70,6 +70,8 @@ class DataGrid final : public Control {
   void UserRow(int row);  ///< the operator went to row `row`, from 1
   void UserDblClick() override;
   void Forget() override { Unbind(); }
+  /// Knows also "Rows" and "Row".
+  std::optional<std::string> Ask(std::string_view property) const override;
 
  private:
   class Follower;

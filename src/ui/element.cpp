@@ -34,6 +34,11 @@ EventBase::EventBase(Element& owner, const char* name) : name_(name) { owner.eve
 
 PropertyBase* Element::FindProperty(std::string_view name) const { return ByName(properties_, name); }
 
+std::optional<std::string> Element::Ask(std::string_view property) const {
+  const PropertyBase* found = FindProperty(property);
+  return found == nullptr ? std::nullopt : std::optional(found->AsText());
+}
+
 EventBase* Element::FindEvent(std::string_view name) const { return ByName(events_, name); }
 
 void Element::SetView(ElementView* view) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -137,6 +138,8 @@ class Element {
 
   /// By name, case as written; nullptr when there is none.
   PropertyBase* FindProperty(std::string_view name) const;
+  /// The value of a property as a script reads it; nothing when there is none.
+  virtual std::optional<std::string> Ask(std::string_view property) const;
   EventBase* FindEvent(std::string_view name) const;
   const std::vector<PropertyBase*>& Properties() const { return properties_; }
 
