@@ -18,6 +18,7 @@ App::App(Desktop& desktop, const Clock& clock, const DriveMap& drives, AppSettin
 }
 
 App::~App() {
+  desktop_.DropWindows();
   desktop_.OnUserAction = nullptr;
   desktop_.OnRuntimeError = nullptr;
   desktop_.OnShown = nullptr;

@@ -24,8 +24,8 @@ class App {
   App(Desktop& desktop, const Clock& clock, const DriveMap& drives, AppSettings settings);
   ~App();
 
-  /// Shows the first window; its timer does the rest. A run-time error before the main window is visible ends the program
-  /// with a non-zero code after its box.
+  /// Shows the first window; its timer does the rest. A run-time error before the main window is visible ends the
+  /// program with a non-zero code after its box.
   void Start();
 
   /// Main window visible, start-up is over.

@@ -142,8 +142,8 @@ void Form2::DecideOperatingMode() {
   const Cell stored = session_.ReadOne("SELECT N3 FROM CONST WHERE COD=7").Field(0);
   if (stored.IsNull()) {
     session_.FullEditMode = true;
-    session_.RegisterEnabled = TheDesktop().MsgBox("Создать регистр остатков?", BoxIcon::kQuestion,
-                                                   BoxButtons::kOkCancel) == BoxAnswer::kOk;
+    session_.RegisterEnabled =
+        TheDesktop().MsgBox("Создать регистр остатков?", BoxIcon::kQuestion, BoxButtons::kOkCancel) == BoxAnswer::kOk;
     DesktopSchemaDialog dialog(TheDesktop());
     CreateDocumentTables(session_, dialog, session_.RegisterEnabled);
     return;
@@ -223,8 +223,8 @@ void Form2::Check1_Click() {
 }
 
 void Form2::ShowOnly(const Frame& frame) {
-  for (Frame* one : {&Catalogue.FrameSprav, &Sales.FrameProd, &Panels.FrameSensor, &Journal.FrameJourn,
-                     &KassaLite.FrameKassaLite}) {
+  for (Frame* one :
+       {&Catalogue.FrameSprav, &Sales.FrameProd, &Panels.FrameSensor, &Journal.FrameJourn, &KassaLite.FrameKassaLite}) {
     one->Visible = one == &frame;
   }
 }

@@ -4,8 +4,7 @@
 
 namespace zrt {
 
-frmSplash::frmSplash(Desktop& desktop, std::string version)
-    : Form(desktop, "frmSplash"), version_(std::move(version)) {
+frmSplash::frmSplash(Desktop& desktop, std::string version) : Form(desktop, "frmSplash"), version_(std::move(version)) {
   Load = [this] { Form_Load(); };
   KeyDown = [this](Key&) { Close(); };
   Click = [this] { Close(); };

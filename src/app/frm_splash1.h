@@ -11,7 +11,8 @@ namespace zrt {
 /// The first window: a picture that stands while the program starts.
 class frmSplash1 final : public Form {
  public:
-  /// `executable`: file name of this program, as the settings file names it. `main_window` is shown when the timer fires.
+  /// `executable`: file name of this program, as the settings file names it. `main_window` is shown when the timer
+  /// fires.
   frmSplash1(Desktop& desktop, Session& session, const DriveMap& drives, std::string executable, Form& main_window);
 
   Picture Picture1{*this, "Picture1"};

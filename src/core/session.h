@@ -74,7 +74,8 @@ class Session {
   /// Moves to the last row if there are rows: grids open on their newest row.
   static void ShowLastRow(Recordset& set);
 
-  /// Runs `sql` through MainCommand into RsScratch and returns it, on its first row if it has one. Throws DatabaseError.
+  /// Runs `sql` through MainCommand into RsScratch and returns it, on its first row if it has one. Throws
+  /// DatabaseError.
   Recordset& ReadOne(std::string sql);
   /// Runs `sql` through MainCommand. Throws DatabaseError.
   void Write(std::string sql);

@@ -114,7 +114,9 @@ void PanelTab::LoadPanelKeys(std::uint8_t panel, std::uint8_t level, std::uint8_
   if (row != 0) keys.Move(row);
 }
 
-int PanelTab::TablePanel(int panel) const { return session_.CurrentMenu == 2 ? panel + kPanelsPerMenu : panel; }
+int PanelTab::TablePanel(int panel) const {
+  return session_.CurrentMenu == 2 ? panel + kPanelsPerMenu : panel;
+}
 
 void PanelTab::PaintKey(Button& key, const Recordset& keys, std::int32_t code) {
   key.BackColor = key_colour::kEmpty;

@@ -62,8 +62,8 @@ class PanelTab {
   /// TextName shows the name of panel 1. Throws DatabaseError, TypeMismatch.
   void ShowFirstName();
 
-  /// Reads a level of a panel of the current menu and paints the keys; `row` is how far from the first record RsPanels is
-  /// to stand afterwards. A level that hasn't exactly 30 rows is listed, and the keys keep what they show. Throws
+  /// Reads a level of a panel of the current menu and paints the keys; `row` is how far from the first record RsPanels
+  /// is to stand afterwards. A level that hasn't exactly 30 rows is listed, and the keys keep what they show. Throws
   /// DatabaseError.
   void LoadPanelKeys(std::uint8_t panel, std::uint8_t level, std::uint8_t row);
 

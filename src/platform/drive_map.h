@@ -7,15 +7,15 @@
 
 namespace zrt {
 
-/// The program names its files by drive, "C:\Korvina\Report\" or "C:/Korvina/ZRTr". Where the system has no drives, each
-/// drive is a folder below one folder of the user: ROOT/C/Korvina/Report.
+/// The program names its files by drive, "C:\Korvina\Report\" or "C:/Korvina/ZRTr". Where the system has no drives,
+/// each drive is a folder below one folder of the user: ROOT/C/Korvina/Report.
 class DriveMap {
  public:
   /// `root` holds the folders of the drives; empty where the system has drives of its own.
   explicit DriveMap(std::filesystem::path root) : root_(std::move(root)) {}
 
-  /// Where the file or folder of a drive path really is. Both kinds of slash are accepted, case is kept. A path without a
-  /// drive counts as one of drive C.
+  /// Where the file or folder of a drive path really is. Both kinds of slash are accepted, case is kept. A path without
+  /// a drive counts as one of drive C.
   std::filesystem::path ToNative(std::string_view drive_path) const;
 
   /// The drives that exist, as "C:". Drive C always does.

@@ -33,7 +33,8 @@ void CardsTab::OpenCardKinds() {
 
 void CardsTab::OpenWaiters() {
   Recordset& waiters = session_.Pool().RsWaiters;
-  session_.BindSet(waiters, "SELECT COD As 'Cod',NAME As 'Person',DATETIME As 'Card',NUM As 'Acs' FROM KLIENT ORDER BY NAME");
+  session_.BindSet(waiters,
+                   "SELECT COD As 'Cod',NAME As 'Person',DATETIME As 'Card',NUM As 'Acs' FROM KLIENT ORDER BY NAME");
   DataGrid9.Bind(waiters);
   Session::ShowLastRow(waiters);
 }

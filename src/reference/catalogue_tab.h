@@ -9,8 +9,8 @@
 
 namespace zrt {
 
-/// The product catalogue in the main window: one recordset in two grids, index 0 on the tab "Справочники" and index 1 on
-/// the tab of the touch panels.
+/// The product catalogue in the main window: one recordset in two grids, index 0 on the tab "Справочники" and index 1
+/// on the tab of the touch panels.
 class CatalogueTab {
  public:
   CatalogueTab(Form& form, Session& session);

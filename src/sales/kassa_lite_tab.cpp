@@ -53,7 +53,9 @@ void KassaLiteTab::FillCombos() {
   for (int hour = 0; hour < 24; ++hour) Combo3.AddItem(std::to_string(hour));
 }
 
-void KassaLiteTab::Combo3_Click() { session_.Write(fmt::format("UPDATE CONST SET N8={} WHERE COD=5", Combo3.Text())); }
+void KassaLiteTab::Combo3_Click() {
+  session_.Write(fmt::format("UPDATE CONST SET N8={} WHERE COD=5", Combo3.Text()));
+}
 
 void KassaLiteTab::FormatKassaLiteGrid() {
   DataGrid7.Layout({{"Operation", 2250, Align::kLeft},

@@ -5,8 +5,8 @@
 
 #include "core/shift.h"
 
-// Every text that the statements of the sales tab and the Lite tab are joined from, in one place. A statement is a base, a
-// filter piece, a period piece and a tail; the aliases are the headers of the grids.
+// Every text that the statements of the sales tab and the Lite tab are joined from, in one place. A statement is a
+// base, a filter piece, a period piece and a tail; the aliases are the headers of the grids.
 
 namespace zrt::sales {
 
@@ -19,8 +19,8 @@ extern const std::string_view kTotal;        ///< sum of sold lines, thousandths
 extern const std::string_view kLiteTotal;    ///< sum of cash operations, money as it is; a condition follows
 
 extern const std::string_view kSalesTail;
-/// Groups by the order's number alone, so orders of two terminals with one number fall together in the grid: the operator
-/// tells them apart by opening the order.
+/// Groups by the order's number alone, so orders of two terminals with one number fall together in the grid: the
+/// operator tells them apart by opening the order.
 extern const std::string_view kOrderTail;
 extern const std::string_view kLiteTail;
 

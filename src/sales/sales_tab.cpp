@@ -1,6 +1,7 @@
 #include "sales/sales_tab.h"
 
 #include "core/errors.h"
+#include "core/numbers.h"
 #include "sales/sales_statements.h"
 #include "ui/desktop.h"
 
@@ -59,7 +60,9 @@ SalesTab::SalesTab(Form& form, Session& session)
   CmdDat.Click = [this] { CmdDat_Click(); };
 }
 
-void SalesTab::CalcShiftPeriod() { zrt::CalcShiftPeriod(TextDate.Caption(), Combo1.Text(), session_.ShiftPeriod); }
+void SalesTab::CalcShiftPeriod() {
+  zrt::CalcShiftPeriod(TextDate.Caption(), Combo1.Text(), session_.ShiftPeriod);
+}
 
 void SalesTab::FirstFill() {
   RecordsetPool& pool = session_.Pool();
@@ -69,13 +72,12 @@ void SalesTab::FirstFill() {
   session_.BindSet(pool.RsDeletions, fmt::format("{} WHERE SPION.TER=0", sales::kDeletions));
   DataGrid11.Bind(pool.RsDeletions);
   FormatDeletionsGrid();
-  session_.BindSet(pool.RsOrderDetail,
-                   fmt::format("{} AND KASSA.TER=0{}", sales::kOrderDetail, sales::kOrderTail));
+  session_.BindSet(pool.RsOrderDetail, fmt::format("{} AND KASSA.TER=0{}", sales::kOrderDetail, sales::kOrderTail));
   DataGrid2.Bind(pool.RsOrderDetail);
   FormatOrderDetailGrid();
 
-  session_.BindSet(pool.RsSales, fmt::format("{} WHERE {}{}", sales::kSales, sales::Within("DATETIME", shift),
-                                             sales::kSalesTail));
+  session_.BindSet(pool.RsSales,
+                   fmt::format("{} WHERE {}{}", sales::kSales, sales::Within("DATETIME", shift), sales::kSalesTail));
   DataGrid3.Bind(pool.RsSales);
   FormatSalesGrid();
   OpenOrders(" AND " + sales::Within("PROD.DATETIME", shift));
@@ -89,9 +91,13 @@ void SalesTab::FillCombos() {
   session_.ExciseFilter = 0;
 }
 
-void SalesTab::Combo1_Click() { session_.Write(fmt::format("UPDATE CONST SET N8={} WHERE COD=5", Combo1.Text())); }
+void SalesTab::Combo1_Click() {
+  session_.Write(fmt::format("UPDATE CONST SET N8={} WHERE COD=5", Combo1.Text()));
+}
 
-void SalesTab::Combo2_Click() { session_.ExciseFilter = Combo2.ListIndex(); }
+void SalesTab::Combo2_Click() {
+  session_.ExciseFilter = Combo2.ListIndex();
+}
 
 void SalesTab::CmdPlus_Click() {
   if (Combo1.Text().empty()) {
@@ -124,8 +130,8 @@ void SalesTab::CmdDat_Click() {
 
     const Shift& shift = session_.ShiftPeriod;
     const std::string excise = sales::ExciseCondition(session_.ExciseFilter);
-    const std::string sold = fmt::format(" WHERE {}{}{}{}", sales::Within("DATETIME", shift), excise.empty() ? "" : " AND ",
-                                         excise, sales::kSalesTail);
+    const std::string sold = fmt::format(" WHERE {}{}{}{}", sales::Within("DATETIME", shift),
+                                         excise.empty() ? "" : " AND ", excise, sales::kSalesTail);
     switch (session_.CurrentGrid) {
       case 0:
         session_.BindSet(pool.RsSales, fmt::format("{}{}", sales::kSales, sold));
@@ -150,7 +156,8 @@ void SalesTab::CmdDat_Click() {
 
     LblKol.Caption = {};
     session_.PeriodAll = false;
-    LblInf.Caption = fmt::format("{}{}", TextDate.Caption(), kExciseSuffix.at(static_cast<std::size_t>(session_.ExciseFilter)));
+    LblInf.Caption =
+        fmt::format("{}{}", TextDate.Caption(), kExciseSuffix.at(static_cast<std::size_t>(session_.ExciseFilter)));
   } catch (const Error&) {
     // The label keeps saying that the query is under way: the operator sees that what stands below is not the answer.
     Month0.Owner().TheDesktop().MsgBox("Неправильно введена дата!", BoxIcon::kCritical);

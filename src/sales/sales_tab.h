@@ -9,8 +9,8 @@
 
 namespace zrt {
 
-/// The sales tab of the main window: what the terminals sell, in one of three big grids with the orders beside it, for a
-/// shift or for the whole stored period.
+/// The sales tab of the main window: what the terminals sell, in one of three big grids with the orders beside it, for
+/// a shift or for the whole stored period.
 class SalesTab {
  public:
   SalesTab(Form& form, Session& session);

@@ -9,7 +9,8 @@ namespace zrt {
 
 namespace {
 
-/// The definition of a control of one of these classes. "QLabel/picture" means a QLabel whose own property `kind` says so.
+/// The definition of a control of one of these classes. "QLabel/picture" means a QLabel whose own property `kind` says
+/// so.
 const ControlDefinition& DefinitionOf(const Form& form, const std::string& name,
                                       std::initializer_list<const char*> widget_classes) {
   const ControlDefinition* found = form.Definition().Find(name);
@@ -43,7 +44,9 @@ Control::Control(Form& form, std::string name, std::initializer_list<const char*
   }
 }
 
-Control* Control::Parent() const { return definition_.parent.empty() ? nullptr : form_.FindControl(definition_.parent); }
+Control* Control::Parent() const {
+  return definition_.parent.empty() ? nullptr : form_.FindControl(definition_.parent);
+}
 
 bool Control::IsShown() const {
   if (!Visible()) return false;
@@ -57,9 +60,13 @@ bool Control::IsEnabled() const {
   return parent == nullptr || parent->IsEnabled();
 }
 
-void Control::SetFocus() { form_.TheDesktop().SetFocus(*this); }
+void Control::SetFocus() {
+  form_.TheDesktop().SetFocus(*this);
+}
 
-void Control::Repaint() { form_.TheDesktop().Repaint(*this); }
+void Control::Repaint() {
+  form_.TheDesktop().Repaint(*this);
+}
 
 void Control::UserKey(Key& key) {
   if (!IsUsable()) return;
@@ -67,11 +74,17 @@ void Control::UserKey(Key& key) {
   if (!key.swallow) form_.KeyDown.Raise(key);
 }
 
-void Control::UserSet(const std::string&) { throw Error(Name() + " holds nothing that can be set"); }
+void Control::UserSet(const std::string&) {
+  throw Error(Name() + " holds nothing that can be set");
+}
 
-void Control::UserClick() { throw Error(Name() + " can't be clicked"); }
+void Control::UserClick() {
+  throw Error(Name() + " can't be clicked");
+}
 
-void Control::UserDblClick() { throw Error(Name() + " can't be double-clicked"); }
+void Control::UserDblClick() {
+  throw Error(Name() + " can't be double-clicked");
+}
 
 std::string Control::Defined(const char* property) const {
   const auto found = definition_.properties.find(property);
@@ -85,7 +98,9 @@ bool Control::DefinedFlag(const char* property, bool otherwise) const {
 
 // Label, Frame, Picture
 
-Label::Label(Form& form, std::string name) : Control(form, std::move(name), {"QLabel"}) { Caption = Defined("text"); }
+Label::Label(Form& form, std::string name) : Control(form, std::move(name), {"QLabel"}) {
+  Caption = Defined("text");
+}
 
 Frame::Frame(Form& form, std::string name) : Control(form, std::move(name), {"QGroupBox", "QFrame", "QWidget"}) {
   Caption = Defined("title");
@@ -145,7 +160,9 @@ void CheckBox::UserTick(bool on) {
   Click.Raise();
 }
 
-void CheckBox::UserSet(const std::string& value) { UserTick(SaysOn(value)); }
+void CheckBox::UserSet(const std::string& value) {
+  UserTick(SaysOn(value));
+}
 
 OptionButton::OptionButton(Form& form, std::string name) : Control(form, std::move(name), {"QRadioButton"}) {
   Caption = Defined("text");
@@ -352,7 +369,9 @@ void CmdKeyTrigg::UserSet(const std::string& value) {
   UserPress(value == "1" ? 1 : 2);
 }
 
-void CmdKeyTrigg::UserClick() { UserPress(Trigger() == 1 ? 2 : 1); }
+void CmdKeyTrigg::UserClick() {
+  UserPress(Trigger() == 1 ? 2 : 1);
+}
 
 // Timer
 

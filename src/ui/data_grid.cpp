@@ -47,7 +47,10 @@ class DataGrid::Follower final : public RecordsetObserver {
   void RowsChanged(Recordset&) override {
     if (grid_.OnRows) grid_.OnRows();
   }
-  void Gone(Recordset&) override { grid_.set_ = nullptr; }
+  void Gone(Recordset&) override {
+    grid_.set_ = nullptr;
+    if (grid_.OnRows) grid_.OnRows();
+  }
 
  private:
   DataGrid& grid_;
@@ -97,7 +100,9 @@ void DataGrid::Layout(const std::vector<ColumnLayout>& layout) {
   Columns = std::move(columns);
 }
 
-int DataGrid::Rows() const { return set_ == nullptr ? 0 : set_->RecordCount(); }
+int DataGrid::Rows() const {
+  return set_ == nullptr ? 0 : set_->RecordCount();
+}
 
 int DataGrid::Row() const {
   if (Rows() == 0) return 0;
@@ -109,7 +114,8 @@ std::string DataGrid::CellText(int row, int column) const {
   if (set_ == nullptr || column < 0 || column >= static_cast<int>(Columns().size())) {
     throw Error(Name() + " has no such column");
   }
-  return set_->At(row, column).Display(Owner().TheDesktop().Format(), Columns()[static_cast<std::size_t>(column)].format);
+  return set_->At(row, column)
+      .Display(Owner().TheDesktop().Format(), Columns()[static_cast<std::size_t>(column)].format);
 }
 
 std::string DataGrid::CellText(int row, std::string_view header) const {
@@ -119,7 +125,9 @@ std::string DataGrid::CellText(int row, std::string_view header) const {
   throw Error(Name() + " has no column " + std::string(header));
 }
 
-std::string DataGrid::CurrentText(std::string_view header) const { return CellText(Row(), header); }
+std::string DataGrid::CurrentText(std::string_view header) const {
+  return CellText(Row(), header);
+}
 
 void DataGrid::Refresh() {
   if (OnRows) OnRows();

@@ -1,5 +1,7 @@
 #include "ui/desktop.h"
 
+#include <utility>
+
 #include "core/errors.h"
 
 namespace zrt {
@@ -53,6 +55,20 @@ void Desktop::UnloadAllBut(const Form& form) {
   for (auto one = loaded.rbegin(); one != loaded.rend(); ++one) {
     if (*one != &form) Unload(**one);
   }
+}
+
+void Desktop::DropWindows() {
+  for (Form* form : std::exchange(loaded_, {})) {
+    form->loaded_ = form->visible_ = false;
+    DoUnload(*form);
+  }
+  visible_.clear();
+  active_ = nullptr;
+}
+
+void Desktop::Leave(Form& form) {
+  for (auto* all : {&forms_, &loaded_, &visible_}) std::erase(*all, &form);
+  if (active_ == &form) active_ = nullptr;
 }
 
 void Desktop::UserAction(const std::function<void()>& handler) {

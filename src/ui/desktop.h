@@ -14,8 +14,8 @@ enum class BoxIcon { kNone, kCritical, kQuestion, kExclamation, kInformation };
 enum class BoxButtons { kOk, kOkCancel, kYesNo };
 enum class BoxAnswer { kOk, kCancel, kYes, kNo };
 
-/// The host of all windows: shows forms and boxes and brings what the operator does to the handlers. What is common to all
-/// hosts stands here; a host overrides the Do... members.
+/// The host of all windows: shows forms and boxes and brings what the operator does to the handlers. What is common to
+/// all hosts stands here; a host overrides the Do... members.
 class Desktop {
  public:
   explicit Desktop(RegionalFormat format) : format_(std::move(format)) {}
@@ -49,6 +49,8 @@ class Desktop {
   void Hide(Form& form);
   void Unload(Form& form);
   void UnloadAllBut(const Form& form);  ///< in the reverse order of their loading
+  /// Drops all windows without a word to their forms: the program is ending.
+  void DropWindows();
 
   virtual void SetFocus(Control& control) = 0;
   virtual void Repaint(Control& control) = 0;
@@ -58,8 +60,8 @@ class Desktop {
   /// window event through here.
   void UserAction(const std::function<void()>& handler);
 
-  /// A form came to the front: raises its Activate, unless it was in front already. Hosts call it inside UserAction when
-  /// the operator brings a window forward; Show, Hide and Unload call it themselves.
+  /// A form came to the front: raises its Activate, unless it was in front already. Hosts call it inside UserAction
+  /// when the operator brings a window forward; Show, Hide and Unload call it themselves.
   void Activated(Form& form);
   /// The form in front; nullptr when none is visible.
   Form* Front() const { return visible_.empty() ? nullptr : visible_.back(); }
@@ -74,13 +76,15 @@ class Desktop {
   virtual void DoShow(Form& form, bool modal) = 0;  ///< the form is loaded; make it visible, in front
   virtual void DoModalLoop(Form& form) = 0;         ///< the operator works in the form until IsVisible() is false
   virtual void DoHide(Form& form) = 0;              ///< IsVisible() is false already
-  virtual void DoUnload(Form& form) = 0;  ///< the form is hidden; drop its window
+  virtual void DoUnload(Form& form) = 0;            ///< the form is hidden; drop its window
   /// A run-time error ended a handler.
   virtual void DoRuntimeError(const std::exception& error) = 0;
 
  private:
   friend class Form;
 
+  void Join(Form& form) { forms_.push_back(&form); }
+  void Leave(Form& form);
   void LoadIfNeeded(Form& form);
   void BringForward(Form& form, bool modal);
   void TakeAway(Form& form);

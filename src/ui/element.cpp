@@ -18,7 +18,9 @@ std::string PropertyText(const Date& value) {
   return fmt::format("{:02}.{:02}.{:04}", value.day, value.month, value.year);
 }
 
-std::string PropertyText(const std::vector<std::string>& value) { return fmt::format("{}", fmt::join(value, ";")); }
+std::string PropertyText(const std::vector<std::string>& value) {
+  return fmt::format("{}", fmt::join(value, ";"));
+}
 
 }  // namespace detail
 
@@ -30,16 +32,22 @@ void PropertyBase::Changed() {
   if (owner_.view_ != nullptr) owner_.view_->Show(*this);
 }
 
-EventBase::EventBase(Element& owner, const char* name) : name_(name) { owner.events_.push_back(this); }
+EventBase::EventBase(Element& owner, const char* name) : name_(name) {
+  owner.events_.push_back(this);
+}
 
-PropertyBase* Element::FindProperty(std::string_view name) const { return ByName(properties_, name); }
+PropertyBase* Element::FindProperty(std::string_view name) const {
+  return ByName(properties_, name);
+}
 
 std::optional<std::string> Element::Ask(std::string_view property) const {
   const PropertyBase* found = FindProperty(property);
   return found == nullptr ? std::nullopt : std::optional(found->AsText());
 }
 
-EventBase* Element::FindEvent(std::string_view name) const { return ByName(events_, name); }
+EventBase* Element::FindEvent(std::string_view name) const {
+  return ByName(events_, name);
+}
 
 void Element::SetView(ElementView* view) {
   view_ = view;

@@ -8,18 +8,28 @@ namespace zrt {
 Form::Form(Desktop& desktop, std::string name)
     : Element(std::move(name)), desktop_(desktop), definition_(FormDefinition::Of(Name())) {
   Caption = definition_.Title();
-  desktop_.forms_.push_back(this);
+  desktop_.Join(*this);
 }
 
-Form::~Form() { std::erase(desktop_.forms_, this); }
+Form::~Form() {
+  desktop_.Leave(*this);
+}
 
-void Form::Show() { desktop_.Show(*this); }
+void Form::Show() {
+  desktop_.Show(*this);
+}
 
-void Form::ShowModal() { desktop_.ShowModal(*this); }
+void Form::ShowModal() {
+  desktop_.ShowModal(*this);
+}
 
-void Form::Hide() { desktop_.Hide(*this); }
+void Form::Hide() {
+  desktop_.Hide(*this);
+}
 
-void Form::Close() { desktop_.Unload(*this); }
+void Form::Close() {
+  desktop_.Unload(*this);
+}
 
 Control* Form::FindControl(std::string_view name) const {
   const auto found = by_name_.find(name);

@@ -10,7 +10,9 @@ namespace zrt {
 
 namespace {
 
-bool IsDecoration(std::string_view name) { return name.empty() || name.substr(0, 4) == "deco"; }
+bool IsDecoration(std::string_view name) {
+  return name.empty() || name.substr(0, 4) == "deco";
+}
 
 std::vector<std::string> Strings(const pugi::xml_node& list) {
   std::vector<std::string> all;

@@ -12,7 +12,9 @@ namespace zrt::play {
 
 namespace {
 
-[[noreturn]] void Fail(const std::string& text) { throw Failure{text}; }
+[[noreturn]] void Fail(const std::string& text) {
+  throw Failure{text};
+}
 
 void CheckEqual(const std::string& what, const std::string& expected, const std::string& found) {
   if (expected != found) Fail(what + "\n  expected: " + expected + "\n  found:    " + found);
@@ -51,7 +53,9 @@ int Number(const Line& line, std::size_t index) {
   }
 }
 
-std::string OrNothing(const std::string& text) { return text.empty() ? "(nothing)" : text; }
+std::string OrNothing(const std::string& text) {
+  return text.empty() ? "(nothing)" : text;
+}
 
 /// "*" stands for any characters inside a file's name.
 std::filesystem::path Match(const std::filesystem::path& pattern) {
@@ -124,12 +128,12 @@ void Player::Step() {
 void Player::Perform(const Line& line) {
   using Action = void (Player::*)(const Line&);
   static const std::map<std::string, Action> kActions = {
-      {"clock", &Player::SetClock}, {"form", &Player::UseForm},    {"dialog", &Player::Announce},
-      {"set", &Player::Set},        {"tab", &Player::Press},       {"menu", &Player::Press},
-      {"click", &Player::Press},    {"dblclick", &Player::Press},  {"key", &Player::Press},
-      {"row", &Player::GoToRow},    {"pick", &Player::Pick},       {"drag", &Player::Drag},
+      {"clock", &Player::SetClock},  {"form", &Player::UseForm},   {"dialog", &Player::Announce},
+      {"set", &Player::Set},         {"tab", &Player::Press},      {"menu", &Player::Press},
+      {"click", &Player::Press},     {"dblclick", &Player::Press}, {"key", &Player::Press},
+      {"row", &Player::GoToRow},     {"pick", &Player::Pick},      {"drag", &Player::Drag},
       {"timer", &Player::FireTimer}, {"expect", &Player::Expect},  {"cell", &Player::CheckCell},
-      {"rows", &Player::CheckRows}, {"file", &Player::CheckFile},  {"file-write", &Player::WriteFile},
+      {"rows", &Player::CheckRows},  {"file", &Player::CheckFile}, {"file-write", &Player::WriteFile},
       {"fault", &Player::SetFault}};
 
   const std::string& verb = Word(line, 0);
@@ -157,7 +161,8 @@ void Player::Act(const std::function<void()>& action) {
   UserAction(action);
   Announcement left = std::move(running_.back());
   running_.pop_back();
-  // The action that hides a modal form ends here, but the one that had opened it goes on: what is left was meant for it.
+  // The action that hides a modal form ends here, but the one that had opened it goes on: what is left was meant for
+  // it.
   if (!modal_.empty() && !modal_.back()->IsVisible() && !running_.empty()) {
     auto& outer = running_.back();
     outer.boxes.insert(outer.boxes.begin(), left.boxes.begin(), left.boxes.end());

@@ -48,11 +48,11 @@ void HeadlessDesktop::PressKey(Control& control, Key key) {
 
 Key KeyByName(const std::string& name) {
   static const std::array<std::pair<const char*, Key::Code>, 6> kNamed = {{{"Enter", Key::kEnter},
-                                                                            {"Esc", Key::kEscape},
-                                                                            {"Up", Key::kUp},
-                                                                            {"Down", Key::kDown},
-                                                                            {"Home", Key::kHome},
-                                                                            {"End", Key::kEnd}}};
+                                                                           {"Esc", Key::kEscape},
+                                                                           {"Up", Key::kUp},
+                                                                           {"Down", Key::kDown},
+                                                                           {"Home", Key::kHome},
+                                                                           {"End", Key::kEnd}}};
   for (const auto& [known, code] : kNamed) {
     if (name == known) return {code, {}};
   }

@@ -4,7 +4,9 @@
 
 namespace zrt::test {
 
-ScriptedDesktop::~ScriptedDesktop() { CheckAllCame(); }
+ScriptedDesktop::~ScriptedDesktop() {
+  CheckAllCame();
+}
 
 void ScriptedDesktop::Expect(std::string text, BoxAnswer answer, std::optional<BoxIcon> icon) {
   boxes_.push_back({std::move(text), answer, icon, {}});
@@ -14,7 +16,9 @@ void ScriptedDesktop::ExpectInput(std::string prompt, std::string entry) {
   boxes_.push_back({std::move(prompt), BoxAnswer::kOk, {}, std::move(entry)});
 }
 
-void ScriptedDesktop::InModal(std::function<void(Form&)> work) { modal_work_.push_back(std::move(work)); }
+void ScriptedDesktop::InModal(std::function<void(Form&)> work) {
+  modal_work_.push_back(std::move(work));
+}
 
 void ScriptedDesktop::CheckAllCame() {
   for (const Box& box : boxes_) ADD_FAILURE() << "this box stayed away: " << box.text;
@@ -40,7 +44,9 @@ std::optional<ScriptedDesktop::Box> ScriptedDesktop::Next(const std::string& tex
 BoxAnswer ScriptedDesktop::DoMsgBox(const std::string& text, BoxIcon icon, BoxButtons buttons, const std::string&) {
   const std::optional<Box> box = Next(text, false);
   if (!box) return buttons == BoxButtons::kYesNo ? BoxAnswer::kNo : BoxAnswer::kCancel;
-  if (box->icon) EXPECT_EQ(*box->icon, icon) << text;
+  if (box->icon) {
+    EXPECT_EQ(*box->icon, icon) << text;
+  }
   return box->answer;
 }
 

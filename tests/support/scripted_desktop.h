@@ -10,8 +10,8 @@
 namespace zrt::test {
 
 /// The host of unit tests: boxes are announced with their answers before the action that causes them, what the operator
-/// does in a modal form is a function. A box that comes unasked, or stays away, fails the test; so does a run-time error
-/// that the test didn't expect.
+/// does in a modal form is a function. A box that comes unasked, or stays away, fails the test; so does a run-time
+/// error that the test didn't expect.
 class ScriptedDesktop final : public HeadlessDesktop {
  public:
   ~ScriptedDesktop() override;
