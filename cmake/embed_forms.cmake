@@ -1,5 +1,5 @@
 # cmake -DOUTPUT=FILE -DFORMS="a.ui;b.ui" -P embed_forms.cmake: writes the C++ source that holds the definitions.
-set(body "#include \"ui/embedded_forms.h\"\n\nnamespace zrt {\n\nstd::string_view EmbeddedForm(std::string_view name) {\n")
+set(body "#include \"ui/embedded_forms.h\"\n\nnamespace zrt {\n\nstd::string_view EmbeddedForm([[maybe_unused]] std::string_view name) {\n")
 foreach(form ${FORMS})
   get_filename_component(name ${form} NAME_WE)
   file(READ ${form} text)
