@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <limits>
+#include <utility>
 
 #include "core/errors.h"
 #include "core/numbers.h"
@@ -312,6 +313,7 @@ Recordset::Recordset() = default;
 
 Recordset::~Recordset() {
   Close();
+  for (RecordsetObserver* observer : std::exchange(observers_, {})) observer->Gone(*this);
 }
 
 void Recordset::Open(const std::string& sql, Connection& connection) {
