@@ -11,13 +11,12 @@ namespace {
 using test::FixedClock;
 using test::ScriptedDesktop;
 using test::ScriptedFaults;
+using test::Stage;
 using test::TestDatabase;
 
 /// A whole program on a base of the newest version, in the normal mode unless a test says otherwise.
 class Startup : public testing::Test {
  protected:
-  Startup() : database_(4) { database_.Sql("UPDATE CONST SET N3=0 WHERE COD=7"); }
-
   void Start() { Start(database_.Address()); }
 
   void Start(const DatabaseAddress& address) {
@@ -28,7 +27,7 @@ class Startup : public testing::Test {
     desktop_.CheckAllCame();
   }
 
-  TestDatabase database_;
+  TestDatabase database_{Stage::kPlain};
   FixedClock clock_{{{2026, 11, 12}, 10, 0, 0}};
   DriveMap drives_{std::filesystem::temp_directory_path() / "zrt_no_such_folder"};
   ScriptedDesktop desktop_;
@@ -117,11 +116,11 @@ TEST_F(Startup, OperatingModes) {
       {"2", false, false, false, {"prod", "report", "sprav", "sensor"}},
       {"-2", false, false, false, {"prod", "report", "sprav", "sensor"}},
   };
-  database_.CreateDocumentTables();
+  TestDatabase with_documents(Stage::kRegister);
   for (const Mode& mode : kModes) {
     SCOPED_TRACE(mode.stored);
-    database_.Sql(std::string("UPDATE CONST SET N3=") + mode.stored + " WHERE COD=7");
-    Start();
+    with_documents.Sql(std::string("UPDATE CONST SET N3=") + mode.stored + " WHERE COD=7");
+    Start(with_documents.Address());
     EXPECT_EQ(app_->TheSession.FullEditMode, mode.full_edit);
     EXPECT_EQ(app_->TheSession.LiteMode, mode.lite);
     EXPECT_EQ(app_->TheSession.RegisterEnabled, mode.with_register);
@@ -154,8 +153,9 @@ TEST_F(Startup, TheWrongAnswerAboutTheServersVersionEndsTheStart) {
 }
 
 TEST_F(Startup, AnUpgradeThatFailsLeavesTheProgramOnTheVersionReached) {
-  TestDatabase old(0);
-  for (int block = 1; block <= 2; ++block) desktop_.Expect("База данных успешно обновлена до версии " + std::to_string(block));
+  TestDatabase old(Stage::kVersion0);
+  for (int block = 1; block <= 2; ++block)
+    desktop_.Expect("База данных успешно обновлена до версии " + std::to_string(block));
   desktop_.Expect("Ошибка обновления базы данных!", BoxAnswer::kOk, BoxIcon::kCritical);
   desktop_.Expect("Создать регистр остатков?", BoxAnswer::kCancel);
   old.Sql("CREATE TABLE CHECK13 (COD int) ENGINE=InnoDB");
@@ -203,12 +203,10 @@ TEST_F(Startup, KeysArePaintedByWhatStandsOnThem) {
     bool bold;
     const char* tip;
   };
-  const Painted kPainted[] = {{1, "10", 0x00FF00, false, "Чай"},
-                              {2, "11", 0x00FF00, true, "Пиво 0,5"},
-                              {3, "12", 0xFFFF, false, "Без цены"},
-                              {4, "99", 0xFF, false, "ТОВАРА НЕТ В СПРАВОЧНИКЕ !!!"},
-                              {5, "", 0x8000000E, false, ""},
-                              {30, "10", 0xFF0000, false, "ДУБЛИРОВАН"}};
+  const Painted kPainted[] = {
+      {1, "10", 0x00FF00, false, "Чай"},    {2, "11", 0x00FF00, true, "Пиво 0,5"},
+      {3, "12", 0xFFFF, false, "Без цены"}, {4, "99", 0xFF, false, "ТОВАРА НЕТ В СПРАВОЧНИКЕ !!!"},
+      {5, "", 0x8000000E, false, ""},       {30, "10", 0xFF0000, false, "ДУБЛИРОВАН"}};
   for (const Painted& expected : kPainted) {
     const Button& key = app_->Main.Panels.CmdM.at(static_cast<std::size_t>(expected.key - 1));
     EXPECT_EQ(key.Caption(), expected.caption) << expected.key;
