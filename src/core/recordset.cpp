@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <limits>
+#include <utility>
 
 #include "core/errors.h"
 #include "core/numbers.h"
