@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -62,10 +63,11 @@ class Connection {
   /// Tests hang their fault source in here; nullptr takes it out. Not owned.
   void SetFaultSource(FaultSource* faults);
 
+  struct Impl;  ///< the driver's side; only core itself sees into it
+
  private:
   friend class Recordset;
-  struct Impl;
-  Impl* impl_;
+  std::unique_ptr<Impl> impl_;
 };
 
 }  // namespace zrt

@@ -40,8 +40,8 @@ std::optional<DateTime> ParseDateTime(std::string_view text);
 /// The moment that a DATETIME value of the database names: "yyyy-mm-dd hh:mm:ss" or "yyyy-mm-dd".
 std::optional<DateTime> ParseSqlDateTime(std::string_view text);
 
-/// Dates enter SQL by cutting the screen text by position, without looking at it: characters 7 to 10, "-", 4 and 5, "-",
-/// 1 and 2. "15.11.2026 08:30:00" -> "2026-11-15".
+/// Dates enter SQL by cutting the screen text by position, without looking at it: characters 7 to 10, "-", 4 and 5,
+/// "-", 1 and 2. "15.11.2026 08:30:00" -> "2026-11-15".
 std::string CutSqlDate(std::string_view screen_text);
 
 /// The same with a blank and the eight characters from position 12: "2026-11-15 08:30:00". A text without a time gives

@@ -22,8 +22,8 @@ inline constexpr int kPriceToDocument = kDocument / kTovarPrise;  ///< TOVAR.PRI
 /// Nearest integer, ties to the even one: 2.5 -> 2, 3.5 -> 4, -2.5 -> -2. The result is still a double.
 double RoundHalfEven(double value);
 
-/// Rounds as RoundHalfEven and converts. Throw OverflowError when the rounded value is out of the type's range (a byte is
-/// 0 to 255).
+/// Rounds as RoundHalfEven and converts. Throw OverflowError when the rounded value is out of the type's range (a byte
+/// is 0 to 255).
 std::uint8_t ToByte(double value);
 std::int16_t ToInt16(double value);
 std::int32_t ToInt32(double value);

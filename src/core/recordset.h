@@ -64,11 +64,13 @@ class RecordsetObserver {
   virtual void PositionChanged(Recordset& set) = 0;
   /// Opened, requeried or closed: rows and columns may all differ.
   virtual void RowsChanged(Recordset& set) = 0;
+  /// The recordset itself is being destroyed; it has forgotten its observers.
+  virtual void Gone(Recordset& set) = 0;
 };
 
-/// A client-side snapshot of one query: the whole result is fetched at Open into one arena; later changes in the database
-/// don't show until Requery. Rows are counted from 1; the position may also be before the first row (Bof) or past the
-/// last (Eof). A result without rows is both.
+/// A client-side snapshot of one query: the whole result is fetched at Open into one arena; later changes in the
+/// database don't show until Requery. Rows are counted from 1; the position may also be before the first row (Bof) or
+/// past the last (Eof). A result without rows is both.
 class Recordset {
  public:
   Recordset();
@@ -80,8 +82,8 @@ class Recordset {
   /// already. A failed Open leaves the recordset closed.
   void Open(const std::string& sql, Connection& connection);
 
-  /// Fetches the same statement again and stands on the first row. Throws DatabaseError; the old rows are gone then, and
-  /// the set is closed. Throws Error when it isn't open.
+  /// Fetches the same statement again and stands on the first row. Throws DatabaseError; the old rows are gone then,
+  /// and the set is closed. Throws Error when it isn't open.
   void Requery();
 
   /// Frees the rows and tells the observers; harmless when closed.
@@ -97,7 +99,7 @@ class Recordset {
 
   bool Bof() const;
   bool Eof() const;
-  void MoveFirst();     ///< throws Error on an empty set, as all four
+  void MoveFirst();  ///< throws Error on an empty set, as all four
   void MoveLast();
   void MoveNext();      ///< from the last row to Eof; throws at Eof
   void MovePrevious();  ///< from the first row to Bof; throws at Bof
@@ -109,9 +111,9 @@ class Recordset {
   int Bookmark() const;
   void SetBookmark(int row);
 
-  /// Searches forward from the current row, itself included, for a criterion of the form "Name LIKE 'text%'": the column
-  /// named begins with the text (without "%": equals it), case ignored. Stands on the row found, else at Eof. Throws
-  /// Error for a criterion of another form, as one with a quote inside the text is, and on an empty set.
+  /// Searches forward from the current row, itself included, for a criterion of the form "Name LIKE 'text%'": the
+  /// column named begins with the text (without "%": equals it), case ignored. Stands on the row found, else at Eof.
+  /// Throws Error for a criterion of another form, as one with a quote inside the text is, and on an empty set.
   void Find(std::string_view criterion);
 
   /// Cell of the current row. Throws Error at Bof, Eof and for a column that isn't there.

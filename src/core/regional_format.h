@@ -8,8 +8,8 @@
 
 namespace zrt {
 
-/// How numbers and dates look on the screen and how typed ones are read. A value, handed in by the platform; the default
-/// is the Russian format that the program is used with, whatever the machine's own locale says.
+/// How numbers and dates look on the screen and how typed ones are read. A value, handed in by the platform; the
+/// default is the Russian format that the program is used with, whatever the machine's own locale says.
 struct RegionalFormat {
   char decimal = ',';
   std::string group = "\u00A0";  ///< stands between groups of three digits in FormatNumber

@@ -11,14 +11,14 @@ namespace zrt {
 class SchemaDialog {
  public:
   virtual ~SchemaDialog() = default;
-  virtual void Tell(std::string_view text) = 0;     ///< a plain box
-  virtual void Warn(std::string_view text) = 0;     ///< a box with the critical icon
+  virtual void Tell(std::string_view text) = 0;      ///< a plain box
+  virtual void Warn(std::string_view text) = 0;      ///< a box with the critical icon
   virtual bool AskYesNo(std::string_view text) = 0;  ///< buttons Yes and No, the question icon; true for Yes
 };
 
 /// Brings the schema from `version` (CONST row 3, N2) to version 4, one version after another, and raises `version` as
-/// it goes. A failing statement shows a message and ends the routine: what ran before it stays in force, and the operator
-/// has to mend the database by hand before the next start. Throws nothing.
+/// it goes. A failing statement shows a message and ends the routine: what ran before it stays in force, and the
+/// operator has to mend the database by hand before the next start. Throws nothing.
 void UpgradeDatabase(Session& session, SchemaDialog& dialog, std::uint8_t& version);
 
 /// Runs once per database, while the operating mode (CONST row 7, N3) is still NULL: creates the tables of the stock

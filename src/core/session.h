@@ -74,7 +74,8 @@ class Session {
   /// Moves to the last row if there are rows: grids open on their newest row.
   static void ShowLastRow(Recordset& set);
 
-  /// Runs `sql` through MainCommand into RsScratch and returns it, on its first row if it has one. Throws DatabaseError.
+  /// Runs `sql` through MainCommand into RsScratch and returns it, on its first row if it has one. Throws
+  /// DatabaseError.
   Recordset& ReadOne(std::string sql);
   /// Runs `sql` through MainCommand. Throws DatabaseError.
   void Write(std::string sql);
@@ -94,6 +95,7 @@ class Session {
   int ExciseFilter = 0;             ///< 0 all, 1 alcohol, 2 cigarettes, 3 no excise
   Shift ShiftPeriod;                ///< ShiftFrom, ShiftTo, ShiftTimeText
   Date Today;                       ///< taken once at start; the calendars overwrite it with the day picked
+  bool IsReserveCopy = false;       ///< this database holds the reserve copy (CONST row 6, N6 isn't NULL)
   std::string UdlPath;              ///< data link file of this installation, from the settings file
   std::string ReportFolder = "C:\\Korvina\\Report\\";
 

@@ -12,8 +12,9 @@ struct Shift {
   std::string TimeText;  ///< 'hh:00:00'
 };
 
-/// The period of the shift that begins on `date_text` (dd.mm.yyyy) at the hour `hour_text` (0 to 23; anything that is no
-/// number counts as 0, and then the shift is the calendar day). A `date_text` that is no date leaves `shift` as it was.
+/// The period of the shift that begins on `date_text` (dd.mm.yyyy) at the hour `hour_text` (0 to 23; anything that is
+/// no number counts as 0, and then the shift is the calendar day). A `date_text` that is no date leaves `shift` as it
+/// was.
 void CalcShiftPeriod(std::string_view date_text, std::string_view hour_text, Shift& shift);
 
 }  // namespace zrt

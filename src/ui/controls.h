@@ -32,11 +32,12 @@ struct Key {
   bool swallow = false;  ///< a handler sets this when the widget must not see the key
 };
 
-/// Base of every named control. Constructing one looks it up in the form's definition, takes its initial state from there
-/// and registers it with the form; throws Error when the definition lacks it or declares another kind of widget.
+/// Base of every named control. Constructing one looks it up in the form's definition, takes its initial state from
+/// there and registers it with the form; throws Error when the definition lacks it or declares another kind of widget.
 ///
-/// Members named User... are what the hosts call when the operator does something: they change the value as the operator
-/// did and raise the event. They do nothing on a control that can't be used (disabled, hidden, in a hidden frame).
+/// Members named User... are what the hosts call when the operator does something: they change the value as the
+/// operator did and raise the event. They do nothing on a control that can't be used (disabled, hidden, in a hidden
+/// frame).
 class Control : public Element {
  public:
   Property<bool> Enabled{*this, "Enabled", true};
@@ -70,6 +71,9 @@ class Control : public Element {
   /// For scripts and hosts: press, double click. Throw Error on a control that has none.
   virtual void UserClick();
   virtual void UserDblClick();
+
+  /// The form was unloaded: lets go of what properties alone don't hold.
+  virtual void Forget() {}
 
  protected:
   Control(Form& form, std::string name, std::initializer_list<const char*> widget_classes);
@@ -138,7 +142,7 @@ class CheckBox final : public Control {
   void UserClick() override { UserTick(!Value()); }
 };
 
-/// One of several of which one is chosen: choosing it clears the others in the same frame.
+/// One of several of which one is chosen: choosing it clears the others of its control array in the same frame.
 class OptionButton final : public Control {
  public:
   OptionButton(Form& form, std::string name);
@@ -150,6 +154,9 @@ class OptionButton final : public Control {
   void Choose();
   void UserSet(const std::string& value) override;  ///< "on"
   void UserClick() override;
+
+  /// Those with the same group name exclude each other.
+  std::string GroupName() const;
 };
 
 class ComboBox final : public Control {
@@ -162,7 +169,7 @@ class ComboBox final : public Control {
   Event<> Change{*this, "Change"};                   ///< a text was typed
 
   void AddItem(std::string item);
-  void Clear();          ///< no items, no text
+  void Clear();           ///< no items, no text
   int ListIndex() const;  ///< index of Text among the items from 0, -1 if it is none
 
   void UserChoose(const std::string& item);
@@ -299,7 +306,8 @@ template <class T, std::size_t N>
 std::array<T, N> ControlArray(Form& form, const std::string& name, int first) {
   return [&]<std::size_t... I>(std::index_sequence<I...>) {
     return std::array<T, N>{T(form, name + "_" + std::to_string(first + static_cast<int>(I)))...};
-  }(std::make_index_sequence<N>{});
+  }
+  (std::make_index_sequence<N>{});
 }
 
 }  // namespace zrt

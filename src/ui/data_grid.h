@@ -28,14 +28,14 @@ struct ColumnLayout {
   std::string_view format = "";
 };
 
-/// Shows a recordset without copying it; the grid's current row is the recordset's. While the recordset is closed the grid
-/// is empty.
+/// Shows a recordset without copying it; the grid's current row is the recordset's. While the recordset is closed the
+/// grid is empty.
 class DataGrid final : public Control {
  public:
   DataGrid(Form& form, std::string name);
   ~DataGrid() override;
 
-  Property<std::string> Caption{*this, "Caption"};             ///< heading above the grid; "" for none
+  Property<std::string> Caption{*this, "Caption"};              ///< heading above the grid; "" for none
   Property<std::vector<GridColumn>> Columns{*this, "Columns"};  ///< one per column of the recordset
   Event<> DblClick{*this, "DblClick"};
   /// The binding, or the rows of the recordset, changed: only views listen.
@@ -43,8 +43,8 @@ class DataGrid final : public Control {
   /// The current row changed: only views listen.
   std::function<void()> OnRow;
 
-  /// Shows `set` from now on (the same one again: after it was reopened), with a column per field under the field's name,
-  /// numbers at the right, widths that suit the types.
+  /// Shows `set` from now on (the same one again: after it was reopened), with a column per field under the field's
+  /// name, numbers at the right, widths that suit the types.
   void Bind(Recordset& set);
   /// Shows nothing.
   void Unbind();
@@ -69,6 +69,9 @@ class DataGrid final : public Control {
 
   void UserRow(int row);  ///< the operator went to row `row`, from 1
   void UserDblClick() override;
+  void Forget() override { Unbind(); }
+  /// Knows also "Rows" and "Row".
+  std::optional<std::string> Ask(std::string_view property) const override;
 
  private:
   class Follower;

@@ -14,8 +14,8 @@ enum class BoxIcon { kNone, kCritical, kQuestion, kExclamation, kInformation };
 enum class BoxButtons { kOk, kOkCancel, kYesNo };
 enum class BoxAnswer { kOk, kCancel, kYes, kNo };
 
-/// The host of all windows: shows forms and boxes and brings what the operator does to the handlers. What is common to all
-/// hosts stands here; a host overrides the Do... members.
+/// The host of all windows: shows forms and boxes and brings what the operator does to the handlers. What is common to
+/// all hosts stands here; a host overrides the Do... members.
 class Desktop {
  public:
   explicit Desktop(RegionalFormat format) : format_(std::move(format)) {}
@@ -26,10 +26,17 @@ class Desktop {
   const RegionalFormat& Format() const { return format_; }
 
   /// Title of boxes that have none of their own.
-  std::string ProgramTitle = "ZRT - DESKOR";
+  std::string ProgramTitle = "ZRT";
 
   /// Called at the beginning of each action of the operator; the program lets a lost connection be opened again.
   std::function<void()> OnUserAction;
+  /// Called after the box of a run-time error; a program that hasn't finished starting ends then.
+  std::function<void()> OnRuntimeError;
+  /// Called when a form has become visible.
+  std::function<void(const Form&)> OnShown;
+
+  /// Ends the program's run with this exit code, once the present action is over.
+  virtual void Quit(int code) = 0;
 
   /// A message or question; returns the button. Closing the box counts as Cancel, No, or OK where that is the only one.
   BoxAnswer MsgBox(const std::string& text, BoxIcon icon = BoxIcon::kNone, BoxButtons buttons = BoxButtons::kOk,
@@ -42,6 +49,8 @@ class Desktop {
   void Hide(Form& form);
   void Unload(Form& form);
   void UnloadAllBut(const Form& form);  ///< in the reverse order of their loading
+  /// Drops all windows without a word to their forms: the program is ending.
+  void DropWindows();
 
   virtual void SetFocus(Control& control) = 0;
   virtual void Repaint(Control& control) = 0;
@@ -51,8 +60,11 @@ class Desktop {
   /// window event through here.
   void UserAction(const std::function<void()>& handler);
 
-  /// A form came to the front; hosts call it inside UserAction.
+  /// A form came to the front: raises its Activate, unless it was in front already. Hosts call it inside UserAction
+  /// when the operator brings a window forward; Show, Hide and Unload call it themselves.
   void Activated(Form& form);
+  /// The form in front; nullptr when none is visible.
+  Form* Front() const { return visible_.empty() ? nullptr : visible_.back(); }
 
   /// All forms that exist, loaded or not, by name; nullptr when there is none.
   Form* FindForm(std::string_view name) const;
@@ -61,21 +73,27 @@ class Desktop {
  protected:
   virtual BoxAnswer DoMsgBox(const std::string& text, BoxIcon icon, BoxButtons buttons, const std::string& title) = 0;
   virtual std::string DoInputBox(const std::string& prompt, const std::string& title, const std::string& preset) = 0;
-  virtual void DoShow(Form& form) = 0;       ///< the form is loaded; make it visible, in front
-  virtual void DoShowModal(Form& form) = 0;  ///< the same, and return when form.IsVisible() is false
-  virtual void DoHide(Form& form) = 0;
-  virtual void DoUnload(Form& form) = 0;  ///< the form is hidden; drop its window
+  virtual void DoShow(Form& form, bool modal) = 0;  ///< the form is loaded; make it visible, in front
+  virtual void DoModalLoop(Form& form) = 0;         ///< the operator works in the form until IsVisible() is false
+  virtual void DoHide(Form& form) = 0;              ///< IsVisible() is false already
+  virtual void DoUnload(Form& form) = 0;            ///< the form is hidden; drop its window
   /// A run-time error ended a handler.
   virtual void DoRuntimeError(const std::exception& error) = 0;
 
  private:
   friend class Form;
 
+  void Join(Form& form) { forms_.push_back(&form); }
+  void Leave(Form& form);
   void LoadIfNeeded(Form& form);
+  void BringForward(Form& form, bool modal);
+  void TakeAway(Form& form);
 
   RegionalFormat format_;
   std::vector<Form*> forms_;
   std::vector<Form*> loaded_;
+  std::vector<Form*> visible_;  ///< the front one last
+  Form* active_ = nullptr;      ///< the one whose Activate was raised last
 };
 
 }  // namespace zrt

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -48,9 +49,15 @@ class PropertyBase {
 };
 
 namespace detail {
-inline std::string PropertyText(const std::string& value) { return value; }
-inline std::string PropertyText(bool value) { return value ? "True" : "False"; }
-inline std::string PropertyText(std::int64_t value) { return std::to_string(value); }
+inline std::string PropertyText(const std::string& value) {
+  return value;
+}
+inline std::string PropertyText(bool value) {
+  return value ? "True" : "False";
+}
+inline std::string PropertyText(std::int64_t value) {
+  return std::to_string(value);
+}
 std::string PropertyText(const Date& value);
 std::string PropertyText(const std::vector<std::string>& value);
 template <class T>
@@ -59,8 +66,8 @@ std::string PropertyText(const T&) {
 }
 }  // namespace detail
 
-/// Assigning a value that differs tells the view; reading is reading a value: `if (CmdDat.Enabled()) ...`. Assigning never
-/// raises an event: only what the operator does raises one.
+/// Assigning a value that differs tells the view; reading is reading a value: `if (CmdDat.Enabled()) ...`. Assigning
+/// never raises an event: only what the operator does raises one.
 template <class T>
 class Property final : public PropertyBase {
  public:
@@ -137,6 +144,8 @@ class Element {
 
   /// By name, case as written; nullptr when there is none.
   PropertyBase* FindProperty(std::string_view name) const;
+  /// The value of a property as a script reads it; nothing when there is none.
+  virtual std::optional<std::string> Ask(std::string_view property) const;
   EventBase* FindEvent(std::string_view name) const;
   const std::vector<PropertyBase*>& Properties() const { return properties_; }
 

@@ -12,8 +12,8 @@ namespace zrt {
 
 class Desktop;
 
-/// A screen: a plain class that owns its named controls; a handler is a member function. The object lives as long as the
-/// program; unloading it brings its controls back to the state of the definition, and the next Show loads it again.
+/// A screen: a plain class that owns its named controls; a handler is a member function. The object lives as long as
+/// the program; unloading it brings its controls back to the state of the definition, and the next Show loads it again.
 class Form : public Element {
  public:
   Form(Desktop& desktop, std::string name);
@@ -22,16 +22,16 @@ class Form : public Element {
   Property<std::string> Caption{*this, "Caption"};
   Property<int> Height{*this, "Height", 0};  ///< twips; 0 as the definition says
 
-  Event<> Load{*this, "Load"};          ///< before the form is shown for the first time, and after it was unloaded
-  Event<> Activate{*this, "Activate"};  ///< each time the form comes to the front
-  Event<> Unload{*this, "Unload"};      ///< the form is going away; its controls still have their values
+  Event<> Load{*this, "Load"};            ///< before the form is shown for the first time, and after it was unloaded
+  Event<> Activate{*this, "Activate"};    ///< each time the form comes to the front
+  Event<> Unload{*this, "Unload"};        ///< the form is going away; its controls still have their values
   Event<Key&> KeyDown{*this, "KeyDown"};  ///< a key that no control of the form swallowed
   Event<> Click{*this, "Click"};          ///< a click on the form itself
 
-  void Show();        ///< not modal; loads it first if need be; a shown form comes to the front
-  void ShowModal();   ///< returns when the form is hidden or unloaded
-  void Hide();        ///< keeps its state; harmless when hidden
-  void Close();       ///< unloads; harmless when not loaded
+  void Show();       ///< not modal; loads it first if need be; a shown form comes to the front
+  void ShowModal();  ///< returns when the form is hidden or unloaded
+  void Hide();       ///< keeps its state; harmless when hidden
+  void Close();      ///< unloads; harmless when not loaded
   bool IsLoaded() const { return loaded_; }
   bool IsVisible() const { return visible_; }
 
@@ -51,6 +51,9 @@ class Form : public Element {
   friend class Control;
   friend class Timer;
   friend class Desktop;
+
+  /// Controls, timers and the form itself get back what the definition says.
+  void RestoreDefinition();
 
   Desktop& desktop_;
   const FormDefinition& definition_;

@@ -10,8 +10,8 @@ namespace zrt {
 /// One control as a screen's definition declares it.
 struct ControlDefinition {
   std::string name;
-  std::string widget_class;  ///< "QLabel", "QAction" ...
-  std::string parent;        ///< name of the enclosing control, "" directly in the window
+  std::string widget_class;                       ///< "QLabel", "QAction" ...
+  std::string parent;                             ///< name of the enclosing control, "" directly in the window
   std::map<std::string, std::string> properties;  ///< plain properties by their name in the definition; texts in UTF-8
   std::map<std::string, std::vector<std::string>> lists;  ///< string lists, and "items" of a combo or list box
 };

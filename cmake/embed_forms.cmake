@@ -1,0 +1,18 @@
+# cmake -DOUTPUT=FILE -DFORMS="a.ui;b.ui" -P embed_forms.cmake: writes the C++ source that holds the definitions.
+set(body "#include \"ui/embedded_forms.h\"\n\nnamespace zrt {\n\nstd::string_view EmbeddedForm([[maybe_unused]] std::string_view name) {\n")
+foreach(form ${FORMS})
+  get_filename_component(name ${form} NAME_WE)
+  file(READ ${form} text)
+  # A literal of its own for every few thousand bytes: compilers limit the length of one.
+  string(APPEND body "  if (name == \"${name}\") {\n    return\n")
+  string(LENGTH "${text}" length)
+  set(at 0)
+  while(at LESS length)
+    string(SUBSTRING "${text}" ${at} 4000 piece)
+    string(APPEND body "R\"form(${piece})form\"\n")
+    math(EXPR at "${at} + 4000")
+  endwhile()
+  string(APPEND body "        ;\n  }\n")
+endforeach()
+string(APPEND body "  return {};\n}\n\n}  // namespace zrt\n")
+file(WRITE ${OUTPUT} "${body}")

@@ -1,0 +1,37 @@
+#include "app/app.h"
+
+namespace zrt {
+
+App::App(Desktop& desktop, const Clock& clock, const DriveMap& drives, AppSettings settings)
+    : TheSession(std::move(settings.database), clock, desktop.Format()),
+      About(desktop, ZRT_VERSION),
+      Main(desktop, TheSession, settings.executable, {About}, [this] { ShutdownApplication(); }),
+      Splash(desktop, TheSession, drives, settings.executable, Main),
+      desktop_(desktop) {
+  desktop_.OnUserAction = [this] { TheSession.MainConnection.AllowReopen(); };
+  desktop_.OnRuntimeError = [this] {
+    if (!started_) desktop_.Quit(1);
+  };
+  desktop_.OnShown = [this](const Form& form) {
+    if (&form == &Main) started_ = true;
+  };
+}
+
+App::~App() {
+  desktop_.DropWindows();
+  desktop_.OnUserAction = nullptr;
+  desktop_.OnRuntimeError = nullptr;
+  desktop_.OnShown = nullptr;
+}
+
+void App::Start() {
+  desktop_.UserAction([this] { Splash.Show(); });
+}
+
+void App::ShutdownApplication() {
+  desktop_.UnloadAllBut(Main);
+  TheSession.Disconnect();
+  desktop_.Quit(0);
+}
+
+}  // namespace zrt

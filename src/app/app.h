@@ -1,0 +1,47 @@
+#pragma once
+
+#include <string>
+
+#include "app/form2.h"
+#include "app/frm_splash.h"
+#include "app/frm_splash1.h"
+#include "core/session.h"
+#include "platform/drive_map.h"
+#include "ui/desktop.h"
+
+namespace zrt {
+
+/// What the machine and the build give the program.
+struct AppSettings {
+  DatabaseAddress database;
+  std::string executable;  ///< file name of this program
+};
+
+/// The composition root: owns the session and every form, starts and stops the program. The desktop, the clock and the
+/// drives must outlive it.
+class App {
+ public:
+  App(Desktop& desktop, const Clock& clock, const DriveMap& drives, AppSettings settings);
+  ~App();
+
+  /// Shows the first window; its timer does the rest. A run-time error before the main window is visible ends the
+  /// program with a non-zero code after its box.
+  void Start();
+
+  /// Main window visible, start-up is over.
+  bool IsRunning() const { return started_; }
+
+  Session TheSession;
+  frmSplash About;
+  Form2 Main;
+  frmSplash1 Splash;
+
+ private:
+  /// Unloads every other form, closes the connections, releases the command and the recordsets, in this order.
+  void ShutdownApplication();
+
+  Desktop& desktop_;
+  bool started_ = false;
+};
+
+}  // namespace zrt

@@ -1,0 +1,240 @@
+#include "app/form2.h"
+
+#include "core/errors.h"
+#include "core/numbers.h"
+#include "core/schema.h"
+#include "ui/desktop.h"
+
+namespace zrt {
+
+namespace {
+
+/// The schema routines speak to the operator through the desktop's boxes.
+class DesktopSchemaDialog final : public SchemaDialog {
+ public:
+  explicit DesktopSchemaDialog(Desktop& desktop) : desktop_(desktop) {}
+  void Tell(std::string_view text) override { desktop_.MsgBox(std::string(text)); }
+  void Warn(std::string_view text) override { desktop_.MsgBox(std::string(text), BoxIcon::kCritical); }
+  bool AskYesNo(std::string_view text) override {
+    return desktop_.MsgBox(std::string(text), BoxIcon::kQuestion, BoxButtons::kYesNo) == BoxAnswer::kYes;
+  }
+
+ private:
+  Desktop& desktop_;
+};
+
+/// Windows that give way when a tab is chosen; those named after "report" stay.
+constexpr std::array kHiddenByTabs = {"Form9", "FormTab", "frmSplash", "frmExpImp", "frmClear"};
+constexpr std::uint8_t kVersionWithTwoMenus = 3;
+
+}  // namespace
+
+Form2::Form2(Desktop& desktop, Session& session, std::string executable, Screens screens,
+             std::function<void()> shutdown)
+    : Form(desktop, "Form2"),
+      Sales(*this, session),
+      KassaLite(*this, session),
+      Catalogue(*this, session),
+      Cards(*this, session),
+      Panels(*this, session),
+      Journal(*this, session),
+      session_(session),
+      executable_(std::move(executable)),
+      screens_(screens),
+      shutdown_(std::move(shutdown)) {
+  Load = [this] { Form_Load(); };
+  Activate = [this] { Form_Activate(); };
+  Unload = [this] { shutdown_(); };
+  TabStrip1.Click = [this] { TabStrip1_Click(); };
+  Check1.Click = [this] { Check1_Click(); };
+  mnuAbout.Click = [this] { screens_.About.Show(); };
+  Complete();
+}
+
+void Form2::Form_Load() {
+  session_.Today = session_.TheClock().Now().date;
+  const std::string today = session_.Format().DateText(session_.Today);
+  Sales.TextDate.Caption = today;
+  KassaLite.TextDateLite.Caption = today;
+
+  ConnectDatabase();
+
+  Panels.ChooseFirst();
+  Panels.LoadPanelKeys(Panels.PanelNo, Panels.LevelNo, 0);
+  Panels.ShowFirstName();
+  Sales.FillCombos();
+  KassaLite.FillCombos();
+  if (Form* splash = TheDesktop().FindForm("frmSplash1")) splash->Close();
+  Sales.Dir1.Path = session_.ReportFolder;
+}
+
+void Form2::Form_Activate() {
+  if (session_.RegisterEnabled) Journal.Refresh();
+}
+
+void Form2::ConnectDatabase() {
+  try {
+    session_.Connect();
+  } catch (const DatabaseError&) {
+    TheDesktop().MsgBox("Нет соединения с Базой Данных!", BoxIcon::kCritical);
+    return;
+  }
+  InitMainWindow();
+}
+
+void Form2::InitMainWindow() {
+  session_.FilterName = "Data";
+  Caption = executable_;
+  ReadShiftHour();
+  ReadReserveStatus();
+  Panels.NamePanels();
+  UpgradeSchema();
+  NameMenus();
+  DecideOperatingMode();
+  if (session_.LiteMode) EnterLiteMode();
+  if (session_.RegisterEnabled) EnableRegister();
+  session_.Pool().RsScratch.Close();
+  try {
+    OpenSets();
+  } catch (const Error&) {
+    // Whatever failed: the operator knows this message, and nine times out of ten it was the date.
+    TheDesktop().MsgBox("Неправильно введена дата!", BoxIcon::kCritical);
+  }
+}
+
+// A base of the oldest version has neither rows 5 and 6 nor panel names yet; the upgrade that adds them comes after the
+// first look at them, so there a missing row counts as NULL.
+
+void Form2::ReadShiftHour() {
+  const Recordset& hour = session_.ReadOne("SELECT N8 FROM CONST WHERE COD=5");
+  if (hour.Eof() || hour.IsNull(0)) return;
+  Sales.Combo1.Text = hour.Field(0).Text();
+  KassaLite.Combo3.Text = hour.Field(0).Text();
+}
+
+void Form2::ReadReserveStatus() {
+  const Recordset& status = session_.ReadOne("SELECT N6 FROM CONST WHERE COD=6");
+  session_.IsReserveCopy = !status.Eof() && !status.IsNull(0);
+  if (session_.IsReserveCopy) Caption = Caption() + " = СЕРВЕР ХРАНЕНИЯ ДАННЫХ!";
+}
+
+void Form2::UpgradeSchema() {
+  session_.DbVersion = ToByte(session_.ReadOne("SELECT N2 FROM CONST WHERE COD=3").Field(0).Number());
+  DesktopSchemaDialog dialog(TheDesktop());
+  UpgradeDatabase(session_, dialog, session_.DbVersion);
+  session_.CurrentMenu = session_.DbVersion < kVersionWithTwoMenus ? 0 : 1;
+}
+
+void Form2::NameMenus() {
+  if (session_.CurrentMenu == 0) {
+    Panels.UseSingleMenu();
+    return;
+  }
+  const Recordset& names = session_.ReadOne("SELECT N1,N2 FROM CONST WHERE COD=7");
+  const auto name = [&](int field, const char* otherwise) {
+    return names.IsNull(field) ? std::string(otherwise) : names.Field(field).Text();
+  };
+  Panels.NameMenus(name(0, "меню-1"), name(1, "меню-2"));
+}
+
+void Form2::DecideOperatingMode() {
+  session_.FullEditMode = session_.LiteMode = session_.RegisterEnabled = false;
+  const Cell stored = session_.ReadOne("SELECT N3 FROM CONST WHERE COD=7").Field(0);
+  if (stored.IsNull()) {
+    session_.FullEditMode = true;
+    session_.RegisterEnabled =
+        TheDesktop().MsgBox("Создать регистр остатков?", BoxIcon::kQuestion, BoxButtons::kOkCancel) == BoxAnswer::kOk;
+    DesktopSchemaDialog dialog(TheDesktop());
+    CreateDocumentTables(session_, dialog, session_.RegisterEnabled);
+    return;
+  }
+  const std::int64_t mode = stored.Int();
+  session_.FullEditMode = mode == 0 || mode == 1 || mode == -1;
+  session_.LiteMode = mode == 1;
+  session_.RegisterEnabled = mode == -1;
+}
+
+void Form2::EnterLiteMode() {
+  // The first two tabs go: the table of sales and the system report.
+  TabStrip1.Remove(0);
+  TabStrip1.Remove(0);
+  TabStrip1.Add(0, {"kassa", "Реализация"});
+  TabStrip1.Selected = 0;
+  ShowOnly(KassaLite.FrameKassaLite);
+  for (Menu* menu : {&mnuDocument, &mnuObrabotka, &mnuReport, &mnuExport, &mnuAbout}) menu->Visible = false;
+  Check1.Visible = false;
+  Catalogue.CmdRefrTov.Visible = false;
+  Caption = Caption() + " Lite";
+}
+
+void Form2::EnableRegister() {
+  for (Menu* menu : {&mnuDocument, &mnuClearDoc, &mnuDelOneDoc, &mnuRegistr, &mnuReportSaldo, &mnuReportRun, &sep0,
+                     &sep1, &sep3, &sep4}) {
+    menu->Visible = true;
+  }
+  TabStrip1.Add(static_cast<int>(TabStrip1.Tabs().size()), {"jurn", "Журнал документов"});
+  Journal.FirstFill();
+}
+
+void Form2::OpenSets() {
+  Catalogue.FirstFill();
+  Sales.CalcShiftPeriod();
+  Sales.FirstFill();
+  if (session_.LiteMode) KassaLite.FirstFill();
+  Panels.OpenLayout();
+  Sales.LblInf.Caption = Sales.TextDate.Caption();
+  Cards.OpenCards();
+  Cards.OpenCardKinds();
+  Cards.OpenWaiters();
+}
+
+void Form2::TabStrip1_Click() {
+  const std::string key = TabStrip1.SelectedKey();
+  HideScreensBehindTabs();
+  if (key == "prod" || key == "report") {
+    ShowOnly(Sales.FrameProd);
+    if (key == "report") {
+      if (Form* report = TheDesktop().FindForm("Form9")) report->Show();
+    }
+  } else if (key == "sprav") {
+    ShowOnly(Catalogue.FrameSprav);
+    if (!session_.FullEditMode) {
+      Catalogue.ForbidEditing();
+      Cards.ForbidEditing();
+    }
+    Catalogue.DataGrid1[0].SetFocus();
+  } else if (key == "sensor") {
+    ShowOnly(Panels.FrameSensor);
+    if (Recordset& keys = session_.Pool().RsPanels; keys.RecordCount() > 0) keys.MoveFirst();
+    Catalogue.DataGrid1[1].SetFocus();
+  } else if (key == "jurn") {
+    ShowOnly(Journal.FrameJourn);
+    Journal.Refresh();
+    Journal.DataGrid6.SetFocus();
+  } else if (key == "kassa") {
+    ShowOnly(KassaLite.FrameKassaLite);
+  }
+}
+
+void Form2::Check1_Click() {
+  const bool shown = !Check1.Value();
+  for (Menu* menu : {&mnuObrabotka, &mnuReport, &mnuExport, &mnuAbout}) menu->Visible = shown;
+  mnuDocument.Visible = shown && session_.RegisterEnabled;
+}
+
+void Form2::ShowOnly(const Frame& frame) {
+  for (Frame* one :
+       {&Catalogue.FrameSprav, &Sales.FrameProd, &Panels.FrameSensor, &Journal.FrameJourn, &KassaLite.FrameKassaLite}) {
+    one->Visible = one == &frame;
+  }
+}
+
+void Form2::HideScreensBehindTabs() {
+  const bool report = TabStrip1.SelectedKey() == "report";
+  for (const std::string_view name : kHiddenByTabs) {
+    if (report && name == "Form9") continue;
+    if (Form* form = TheDesktop().FindForm(name)) form->Hide();
+  }
+}
+
+}  // namespace zrt

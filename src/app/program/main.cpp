@@ -1,0 +1,37 @@
+#include <QApplication>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#include "app/app.h"
+#include "platform/drive_map.h"
+#include "platform/system_clock.h"
+#include "ui/qt/qt_application.h"
+#include "ui/qt/qt_desktop.h"
+
+namespace {
+
+/// Where the folders of the drives live on a system without drives.
+std::filesystem::path DrivesFolder() {
+#ifdef _WIN32
+  return {};
+#else
+  return std::filesystem::path(
+      (QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + "/zrt/drives").toStdString());
+#endif
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  zrt::SetUpApplication(application);
+
+  const zrt::SystemClock clock;
+  const zrt::DriveMap drives(DrivesFolder());
+  zrt::QtDesktop desktop(zrt::RegionalFormat{}, drives);
+  zrt::App app(desktop, clock, drives,
+               {{ZRT_DB_HOST, ZRT_DB_USER, ZRT_DB_NAME},
+                QFileInfo(QApplication::applicationFilePath()).completeBaseName().toStdString()});
+  app.Start();
+  return desktop.Run();
+}

@@ -1,0 +1,157 @@
+#include "core/connection.h"
+
+#include <array>
+
+#include "core/odbc.h"
+#include "core/text.h"
+
+namespace zrt {
+namespace {
+
+/// The program's statements come from servers that cut an over-long text and let a grouped query name any column. This
+/// mode makes them mean the same on the servers of today.
+constexpr std::string_view kSessionMode = "SET SESSION sql_mode='NO_ENGINE_SUBSTITUTION'";
+
+SQLCHAR* Bytes(std::string_view text) {
+  // The ODBC calls take pointers to non-constant bytes that they don't write to.
+  return reinterpret_cast<SQLCHAR*>(const_cast<char*>(text.data()));
+}
+
+/// States and numbers by which drivers tell that there is no server at the other end any more.
+bool NamesDeadLink(const DatabaseError& error) {
+  return error.SqlState().starts_with("08") || error.Native() == 2006 || error.Native() == 2013 ||
+         error.Native() == 5014;
+}
+
+}  // namespace
+
+OdbcHandle::OdbcHandle(SQLSMALLINT type, SQLHANDLE parent) : type_(type) {
+  if (!SQL_SUCCEEDED(SQLAllocHandle(type, parent, &handle_))) {
+    throw DatabaseError("HY001", 0, "the driver manager gives no handle");
+  }
+}
+
+void OdbcHandle::Free() {
+  if (handle_ != nullptr) SQLFreeHandle(type_, std::exchange(handle_, nullptr));
+}
+
+DatabaseError Diagnosis(const OdbcHandle& handle) {
+  std::array<SQLCHAR, 6> state{};
+  std::array<SQLCHAR, SQL_MAX_MESSAGE_LENGTH> text{};
+  SQLINTEGER native = 0;
+  SQLSMALLINT length = 0;
+  const SQLRETURN result = SQLGetDiagRec(handle.Type(), handle.Get(), 1, state.data(), &native, text.data(),
+                                         static_cast<SQLSMALLINT>(text.size()), &length);
+  if (!SQL_SUCCEEDED(result)) return {"HY000", 0, "no diagnosis"};
+  return {reinterpret_cast<const char*>(state.data()), native,
+          FromWindows1251(reinterpret_cast<const char*>(text.data()))};
+}
+
+void Connection::Impl::OpenLink() {
+  CloseLink();
+  if (environment.Get() == nullptr) {
+    environment = OdbcHandle(SQL_HANDLE_ENV, nullptr);
+    SQLSetEnvAttr(environment.Get(), SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0);
+  }
+  OdbcHandle fresh(SQL_HANDLE_DBC, environment.Get());
+  const auto seconds = reinterpret_cast<SQLPOINTER>(static_cast<SQLULEN>(timeout));
+  SQLSetConnectAttr(fresh.Get(), SQL_ATTR_LOGIN_TIMEOUT, seconds, SQL_IS_UINTEGER);
+  SQLSetConnectAttr(fresh.Get(), SQL_ATTR_CONNECTION_TIMEOUT, seconds, SQL_IS_UINTEGER);
+  const SQLRETURN result =
+      SQLDriverConnect(fresh.Get(), nullptr, Bytes(connection_string),
+                       static_cast<SQLSMALLINT>(connection_string.size()), nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
+  if (!SQL_SUCCEEDED(result)) throw Diagnosis(fresh);
+  link = std::move(fresh);
+  try {
+    Send(kSessionMode);
+  } catch (const DatabaseError&) {
+    CloseLink();
+    throw;
+  }
+  lost = false;
+}
+
+void Connection::Impl::CloseLink() noexcept {
+  if (link.Get() != nullptr) SQLDisconnect(link.Get());
+  link.Free();
+}
+
+OdbcHandle Connection::Impl::Send(std::string_view bytes) {
+  OdbcHandle statement(SQL_HANDLE_STMT, link.Get());
+  const SQLRETURN result = SQLExecDirect(statement.Get(), Bytes(bytes), static_cast<SQLINTEGER>(bytes.size()));
+  // SQL_NO_DATA: an UPDATE or DELETE that found no row
+  if (!SQL_SUCCEEDED(result) && result != SQL_NO_DATA) throw Failure(statement);
+  return statement;
+}
+
+OdbcHandle Connection::Impl::Run(std::string_view sql) {
+  if (!open) throw DatabaseError("08003", 0, "the connection isn't open");
+  if (lost && std::exchange(may_reopen, false)) OpenLink();
+  if (lost) throw DatabaseError("08S01", 0, "the connection is lost");
+
+  const auto verdict = faults == nullptr ? FaultSource::Verdict::kRun : faults->BeforeStatement(sql);
+  if (verdict == FaultSource::Verdict::kFail) throw DatabaseError("HY000", 1105, "failed by the fault source");
+  if (verdict == FaultSource::Verdict::kCut) {
+    OdbcHandle statement(SQL_HANDLE_STMT, link.Get());
+    SQLExecDirect(statement.Get(), Bytes("KILL CONNECTION_ID()"), SQL_NTS);
+  }
+  return Send(ToWindows1251(sql));
+}
+
+DatabaseError Connection::Impl::Failure(const OdbcHandle& statement) {
+  const DatabaseError error = Diagnosis(statement);
+  SQLUINTEGER dead = SQL_CD_FALSE;
+  SQLGetConnectAttr(link.Get(), SQL_ATTR_CONNECTION_DEAD, &dead, 0, nullptr);
+  if (dead == SQL_CD_TRUE || NamesDeadLink(error)) lost = true;
+  return error;
+}
+
+Connection::Connection() : impl_(std::make_unique<Impl>()) {}
+
+Connection::~Connection() {
+  Close();
+}
+
+void Connection::Open(const std::string& connection_string) {
+  Close();
+  impl_->connection_string = ToWindows1251(connection_string);
+  impl_->timeout = ConnectionTimeout;
+  impl_->OpenLink();
+  impl_->open = true;
+}
+
+void Connection::Close() noexcept {
+  impl_->CloseLink();
+  impl_->open = impl_->lost = impl_->may_reopen = false;
+}
+
+bool Connection::IsOpen() const {
+  return impl_->open;
+}
+
+bool Connection::IsLost() const {
+  return impl_->lost;
+}
+
+void Connection::AllowReopen() {
+  impl_->may_reopen = impl_->lost;
+}
+
+std::int64_t Connection::Execute(std::string_view sql) {
+  const OdbcHandle statement = impl_->Run(sql);
+  SQLLEN rows = -1;
+  return SQL_SUCCEEDED(SQLRowCount(statement.Get(), &rows)) ? rows : -1;
+}
+
+std::string Connection::ServerVersion() const {
+  std::array<char, 64> version{};
+  if (impl_->link.Get() == nullptr) return {};
+  SQLGetInfo(impl_->link.Get(), SQL_DBMS_VER, version.data(), static_cast<SQLSMALLINT>(version.size()), nullptr);
+  return version.data();
+}
+
+void Connection::SetFaultSource(FaultSource* faults) {
+  impl_->faults = faults;
+}
+
+}  // namespace zrt

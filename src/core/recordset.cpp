@@ -1,0 +1,480 @@
+#include "core/recordset.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <limits>
+
+#include "core/errors.h"
+#include "core/numbers.h"
+#include "core/odbc.h"
+#include "core/snapshot.h"
+#include "core/text.h"
+#include "core/windows1251.h"
+
+namespace zrt {
+namespace {
+
+/// Rows that one call to the driver brings.
+constexpr std::size_t kRowsAtOnce = 1000;
+/// Columns that may be longer than this are read piece by piece instead of being bound.
+constexpr std::size_t kWidestBound = 4096;
+
+FieldType TypeOf(SQLSMALLINT sql_type) {
+  switch (sql_type) {
+    case SQL_BIT:
+    case SQL_TINYINT:
+    case SQL_SMALLINT:
+    case SQL_INTEGER:
+    case SQL_BIGINT:
+      return FieldType::kInteger;
+    case SQL_DECIMAL:
+    case SQL_NUMERIC:
+      return FieldType::kDecimal;
+    case SQL_REAL:
+    case SQL_FLOAT:
+    case SQL_DOUBLE:
+      return FieldType::kFloat;
+    case SQL_TYPE_DATE:
+    case SQL_TYPE_TIMESTAMP:
+      return FieldType::kDateTime;
+    default:
+      return FieldType::kText;
+  }
+}
+
+/// A column of the result and the buffer that the driver fills for a block of rows.
+struct Binding {
+  std::size_t width = 0;  ///< bytes of one value with its end mark; 0 when the column isn't bound
+  std::vector<char> values;
+  std::vector<SQLLEN> lengths;
+};
+
+/// Takes the result of a statement into a snapshot.
+class Fetcher {
+ public:
+  Fetcher(const OdbcHandle& statement, Connection::Impl& connection) : statement_(statement), connection_(connection) {}
+
+  std::vector<Column> Describe() {
+    SQLSMALLINT count = 0;
+    Check(SQLNumResultCols(Handle(), &count));
+    std::vector<Column> columns;
+    for (SQLSMALLINT i = 1; i <= count; ++i) {
+      std::array<SQLCHAR, 260> name{};
+      SQLSMALLINT name_length = 0;
+      SQLSMALLINT type = 0;
+      SQLULEN size = 0;
+      Check(SQLDescribeCol(Handle(), static_cast<SQLUSMALLINT>(i), name.data(), static_cast<SQLSMALLINT>(name.size()),
+                           &name_length, &type, &size, nullptr, nullptr));
+      const std::string text =
+          FromWindows1251({reinterpret_cast<const char*>(name.data()), static_cast<std::size_t>(name_length)});
+      columns.push_back({text, ToLower(text), TypeOf(type)});
+      SQLLEN display = 0;
+      Check(SQLColAttribute(Handle(), static_cast<SQLUSMALLINT>(i), SQL_DESC_DISPLAY_SIZE, nullptr, 0, nullptr,
+                            &display));
+      const std::size_t longest = std::max<std::size_t>(size, display > 0 ? static_cast<std::size_t>(display) : 0);
+      bindings_.push_back({longest < kWidestBound ? longest + 1 : 0, {}, {}});
+    }
+    return columns;
+  }
+
+  void Fetch(RowArena& arena, std::vector<const char*>& rows) {
+    if (bindings_.empty()) return;
+    SQLLEN expected = 0;
+    if (SQL_SUCCEEDED(SQLRowCount(Handle(), &expected)) && expected > 0)
+      rows.reserve(static_cast<std::size_t>(expected));
+    Bind();
+    for (;;) {
+      SQLULEN fetched = 0;
+      SQLSetStmtAttr(Handle(), SQL_ATTR_ROWS_FETCHED_PTR, &fetched, 0);
+      const SQLRETURN result = SQLFetch(Handle());
+      if (result == SQL_NO_DATA) return;
+      Check(result);
+      for (std::size_t row = 0; row < fetched; ++row)
+        rows.push_back(block_rows_ == 1 ? CopyWide(arena) : Copy(arena, row));
+    }
+  }
+
+ private:
+  SQLHANDLE Handle() const { return statement_.Get(); }
+
+  void Check(SQLRETURN result) {
+    if (!SQL_SUCCEEDED(result)) throw connection_.Failure(statement_);
+  }
+
+  void Bind() {
+    const bool all_bound =
+        std::all_of(bindings_.begin(), bindings_.end(), [](const Binding& b) { return b.width > 0; });
+    // Pieces of a long value can be asked for only while the driver stands on its row.
+    block_rows_ = all_bound ? kRowsAtOnce : 1;
+    Check(SQLSetStmtAttr(Handle(), SQL_ATTR_ROW_ARRAY_SIZE, reinterpret_cast<SQLPOINTER>(block_rows_), 0));
+    SQLUSMALLINT number = 0;
+    for (Binding& binding : bindings_) {
+      ++number;
+      row_bytes_ += RowArena::CellBytes(binding.width);
+      if (binding.width == 0) continue;
+      binding.values.resize(binding.width * block_rows_);
+      binding.lengths.resize(block_rows_);
+      Check(SQLBindCol(Handle(), number, SQL_C_CHAR, binding.values.data(), static_cast<SQLLEN>(binding.width),
+                       binding.lengths.data()));
+    }
+  }
+
+  std::string_view Value(const Binding& binding, std::size_t row) const {
+    const auto length = static_cast<std::size_t>(binding.lengths[row]);
+    if (length > binding.width) throw DatabaseError("01004", 0, "a value is longer than its column was announced");
+    return {binding.values.data() + row * binding.width, length};
+  }
+
+  const char* Copy(RowArena& arena, std::size_t row) {
+    char* const begin = arena.Reserve(row_bytes_);
+    char* at = begin;
+    for (const Binding& binding : bindings_) {
+      if (binding.lengths[row] == SQL_NULL_DATA) {
+        at = RowArena::PutNull(at);
+      } else {
+        const std::string_view value = Value(binding, row);
+        at = RowArena::Put(at, value.data(), value.size());
+      }
+    }
+    arena.Commit(at);
+    return begin;
+  }
+
+  /// The row that the driver stands on, with the values of its unbound columns.
+  const char* CopyWide(RowArena& arena) {
+    std::vector<std::optional<std::string>> wide(bindings_.size());
+    std::size_t bytes = row_bytes_;
+    for (std::size_t i = 0; i < bindings_.size(); ++i) {
+      if (bindings_[i].width > 0) continue;
+      wide[i] = ReadPieces(static_cast<SQLUSMALLINT>(i + 1));
+      if (wide[i]) bytes += wide[i]->size();
+    }
+    char* const begin = arena.Reserve(bytes);
+    char* at = begin;
+    for (std::size_t i = 0; i < bindings_.size(); ++i) {
+      const Binding& binding = bindings_[i];
+      const bool is_null = binding.width > 0 ? binding.lengths[0] == SQL_NULL_DATA : !wide[i];
+      if (is_null) {
+        at = RowArena::PutNull(at);
+      } else {
+        const std::string_view value = binding.width > 0 ? Value(binding, 0) : std::string_view(*wide[i]);
+        at = RowArena::Put(at, value.data(), value.size());
+      }
+    }
+    arena.Commit(at);
+    return begin;
+  }
+
+  std::optional<std::string> ReadPieces(SQLUSMALLINT number) {
+    std::string value;
+    std::array<char, 8192> piece;
+    for (;;) {
+      SQLLEN left = 0;  // bytes of the value from this piece on
+      const SQLRETURN result = SQLGetData(Handle(), number, SQL_C_CHAR, piece.data(), piece.size(), &left);
+      if (result == SQL_NO_DATA) return value;
+      Check(result);
+      if (left == SQL_NULL_DATA) return std::nullopt;
+      const bool more = left == SQL_NO_TOTAL || left >= static_cast<SQLLEN>(piece.size());
+      value.append(piece.data(), more ? piece.size() - 1 : static_cast<std::size_t>(left));
+      if (!more) return value;
+    }
+  }
+
+  const OdbcHandle& statement_;
+  Connection::Impl& connection_;
+  std::vector<Binding> bindings_;
+  std::size_t block_rows_ = 0;
+  std::size_t row_bytes_ = 0;  ///< most that the bound cells of a row take in the arena
+};
+
+/// A criterion of Find, taken apart.
+struct Criterion {
+  std::string column;
+  std::string value;  ///< UTF-8, without quotes and without the closing "%"
+  bool begins_with = false;
+};
+
+Criterion ParseCriterion(std::string_view criterion) {
+  const Error wrong("not a search criterion: " + std::string(criterion));
+  const std::size_t column_end = criterion.find(' ');
+  if (column_end == std::string_view::npos) throw wrong;
+  Criterion parsed;
+  parsed.column = criterion.substr(0, column_end);
+  std::string rest = Trim(criterion.substr(column_end));
+  const bool like = StartsWithNoCase(rest, "like ");
+  if (!like && !rest.starts_with('=')) throw wrong;
+  rest = Trim(rest.substr(like ? 5 : 1));
+  const bool quoted = rest.size() >= 2 && rest.starts_with('\'') && rest.ends_with('\'');
+  if (quoted) rest = rest.substr(1, rest.size() - 2);
+  if ((like && !quoted) || (!quoted && rest.empty()) || rest.find('\'') != std::string::npos) throw wrong;
+  if (like && rest.ends_with('%')) {
+    parsed.begins_with = true;
+    rest.pop_back();
+  }
+  parsed.value = std::move(rest);
+  return parsed;
+}
+
+std::string FoldBytes(std::string_view bytes) {
+  std::string folded(bytes);
+  for (char& byte : folded) byte = windows1251::kLower[static_cast<unsigned char>(byte)];
+  return folded;
+}
+
+bool BeginsWithFolded(std::string_view bytes, std::string_view folded) {
+  if (bytes.size() < folded.size()) return false;
+  for (std::size_t i = 0; i < folded.size(); ++i) {
+    if (windows1251::kLower[static_cast<unsigned char>(bytes[i])] != folded[i]) return false;
+  }
+  return true;
+}
+
+std::optional<double> NumberOf(std::string_view bytes) {
+  while (bytes.starts_with(' ')) bytes.remove_prefix(1);
+  while (bytes.ends_with(' ')) bytes.remove_suffix(1);
+  double value = 0;
+  const std::from_chars_result end = std::from_chars(bytes.data(), bytes.data() + bytes.size(), value);
+  const bool whole = end.ec == std::errc() && end.ptr == bytes.data() + bytes.size();
+  return whole ? std::optional(value) : std::nullopt;
+}
+
+bool IsNumber(FieldType type) {
+  return type == FieldType::kInteger || type == FieldType::kDecimal || type == FieldType::kFloat;
+}
+
+}  // namespace
+
+std::string Cell::Text() const {
+  if (!bytes_) throw TypeMismatch("NULL where a value is needed");
+  return FromWindows1251(*bytes_);
+}
+
+double Cell::Number() const {
+  if (!bytes_) throw TypeMismatch("NULL where a number is needed");
+  const std::optional<double> value = NumberOf(*bytes_);
+  if (!value) throw TypeMismatch("not a number: \"" + Text() + "\"");
+  return *value;
+}
+
+std::int64_t Cell::Int() const {
+  if (type_ == FieldType::kInteger && bytes_) {  // exact where a double would not be
+    std::int64_t value = 0;
+    if (std::from_chars(bytes_->data(), bytes_->data() + bytes_->size(), value).ec == std::errc()) return value;
+  }
+  const double rounded = RoundHalfEven(Number());
+  constexpr double kLimit = 9223372036854775808.0;  // 2^63
+  if (rounded < -kLimit || rounded >= kLimit) throw OverflowError("number out of range: " + Text());
+  return static_cast<std::int64_t>(rounded);
+}
+
+DateTime Cell::Moment() const {
+  const std::optional<DateTime> moment = ParseSqlDateTime(Raw());
+  if (!moment) throw TypeMismatch("not a date: \"" + TextOrEmpty() + "\"");
+  return *moment;
+}
+
+std::string Cell::Display(const RegionalFormat& format) const {
+  if (IsNumber(type_) && bytes_) {
+    const std::optional<double> value = NumberOf(*bytes_);
+    if (value) return format.FormatShortest(*value);
+  }
+  if (type_ == FieldType::kDateTime) {
+    const std::optional<DateTime> moment = ParseSqlDateTime(Raw());
+    if (moment) return format.DateTimeText(*moment);
+  }
+  return TextOrEmpty();
+}
+
+std::string Cell::Display(const RegionalFormat& format, std::string_view pattern) const {
+  if (pattern.empty() || !bytes_ || type_ == FieldType::kDateTime) return Display(format);
+  // A text is a number if the operator would write it so: texts carry the decimal mark of the screen.
+  const std::optional<double> value = IsNumber(type_) ? NumberOf(*bytes_) : format.ParseNumber(Text());
+  return value ? format.FormatFixed(*value, pattern) : Display(format);
+}
+
+void RowArena::AddBlock(std::size_t bytes) {
+  const std::size_t size = std::max(bytes, block_size_);
+  blocks_.push_back(std::make_unique_for_overwrite<char[]>(size));
+  next_ = blocks_.back().get();
+  end_ = next_ + size;
+  allocated_ += size;
+  block_size_ = std::min(block_size_ * 2, kLargestBlock);
+}
+
+std::optional<std::string_view> Recordset::Snapshot::Bytes(int row, int index) const {
+  const char* at = rows[static_cast<std::size_t>(row - 1)];
+  for (; index > 0; --index) RowArena::Take(at);
+  return RowArena::Take(at);
+}
+
+Recordset::Recordset() = default;
+
+Recordset::~Recordset() {
+  Close();
+}
+
+void Recordset::Open(const std::string& sql, Connection& connection) {
+  if (IsOpen()) throw DatabaseError("24000", 0, "the recordset is open already");
+  sql_ = sql;
+  connection_ = &connection;
+  Fetch();
+  TellRows();
+}
+
+void Recordset::Requery() {
+  if (!IsOpen()) throw Error("the recordset is closed");
+  rows_.reset();
+  try {
+    Fetch();
+  } catch (...) {
+    TellRows();
+    throw;
+  }
+  TellRows();
+}
+
+void Recordset::Fetch() {
+  const OdbcHandle statement = connection_->impl_->Run(sql_);
+  Fetcher fetcher(statement, *connection_->impl_);
+  auto fresh = std::make_unique<Snapshot>();
+  fresh->columns = fetcher.Describe();
+  fetcher.Fetch(fresh->arena, fresh->rows);
+  rows_ = std::move(fresh);
+  row_ = 1;
+}
+
+void Recordset::Close() {
+  if (!IsOpen()) return;
+  rows_.reset();
+  TellRows();
+}
+
+bool Recordset::IsOpen() const {
+  return rows_ != nullptr;
+}
+
+int Recordset::RecordCount() const {
+  return rows_ ? static_cast<int>(rows_->rows.size()) : 0;
+}
+
+int Recordset::FieldCount() const {
+  return rows_ ? static_cast<int>(rows_->columns.size()) : 0;
+}
+
+std::string Recordset::FieldName(int index) const {
+  if (index < 0 || index >= FieldCount()) throw Error("no such column: " + std::to_string(index));
+  return rows_->columns[static_cast<std::size_t>(index)].name;
+}
+
+FieldType Recordset::Type(int index) const {
+  if (index < 0 || index >= FieldCount()) throw Error("no such column: " + std::to_string(index));
+  return rows_->columns[static_cast<std::size_t>(index)].type;
+}
+
+int Recordset::FieldIndex(std::string_view name) const {
+  const std::string folded = ToLower(name);
+  for (int i = 0; i < FieldCount(); ++i) {
+    if (rows_->columns[static_cast<std::size_t>(i)].folded == folded) return i;
+  }
+  throw Error("no such column: " + std::string(name));
+}
+
+bool Recordset::Bof() const {
+  return RecordCount() == 0 || row_ == 0;
+}
+
+bool Recordset::Eof() const {
+  return RecordCount() == 0 || row_ == RecordCount() + 1;
+}
+
+void Recordset::MoveFirst() {
+  if (RecordCount() == 0) throw Error("the set has no rows");
+  Stand(1);
+}
+
+void Recordset::MoveLast() {
+  if (RecordCount() == 0) throw Error("the set has no rows");
+  Stand(RecordCount());
+}
+
+void Recordset::MoveNext() {
+  if (Eof()) throw Error("past the last row");
+  Stand(row_ + 1);
+}
+
+void Recordset::MovePrevious() {
+  if (Bof()) throw Error("before the first row");
+  Stand(row_ - 1);
+}
+
+void Recordset::Move(int count) {
+  if (RecordCount() == 0) throw Error("the set has no rows");
+  const std::int64_t wanted = std::int64_t{row_} + count;
+  Stand(static_cast<int>(std::clamp<std::int64_t>(wanted, 0, RecordCount() + 1)));
+}
+
+int Recordset::Bookmark() const {
+  return row_;
+}
+
+void Recordset::SetBookmark(int row) {
+  if (row < 0 || row > RecordCount() + 1) throw Error("no such row: " + std::to_string(row));
+  Stand(row);
+}
+
+void Recordset::Find(std::string_view criterion) {
+  const Criterion wanted = ParseCriterion(criterion);
+  if (RecordCount() == 0) throw Error("the set has no rows");
+  const int index = FieldIndex(wanted.column);
+  const std::string folded = FoldBytes(ToWindows1251(wanted.value));
+  const std::optional<double> number = IsNumber(Type(index)) ? NumberOf(wanted.value) : std::nullopt;
+  for (int row = std::max(row_, 1); row <= RecordCount(); ++row) {
+    const std::optional<std::string_view> bytes = rows_->Bytes(row, index);
+    if (!bytes) continue;
+    const bool fits = number && !wanted.begins_with
+                          ? NumberOf(*bytes) == number
+                          : BeginsWithFolded(*bytes, folded) && (wanted.begins_with || bytes->size() == folded.size());
+    if (fits) return Stand(row);
+  }
+  Stand(RecordCount() + 1);
+}
+
+Cell Recordset::Field(int index) const {
+  if (Bof() || Eof()) throw Error("no current row");
+  return At(row_, index);
+}
+
+Cell Recordset::At(int row, int index) const {
+  if (row < 1 || row > RecordCount()) throw Error("no such row: " + std::to_string(row));
+  return {Type(index), rows_->Bytes(row, index)};
+}
+
+std::size_t Recordset::MemoryUsed() const {
+  return rows_ ? rows_->arena.MemoryUsed() + rows_->rows.capacity() * sizeof(const char*) : 0;
+}
+
+void Recordset::AddObserver(RecordsetObserver* observer) {
+  observers_.push_back(observer);
+}
+
+void Recordset::RemoveObserver(RecordsetObserver* observer) {
+  std::erase(observers_, observer);
+}
+
+void Recordset::Stand(int row) {
+  if (row == row_) return;
+  row_ = row;
+  // An observer may leave while it is told.
+  for (RecordsetObserver* observer : std::vector(observers_)) {
+    if (std::find(observers_.begin(), observers_.end(), observer) != observers_.end()) observer->PositionChanged(*this);
+  }
+}
+
+void Recordset::TellRows() {
+  for (RecordsetObserver* observer : std::vector(observers_)) {
+    if (std::find(observers_.begin(), observers_.end(), observer) != observers_.end()) observer->RowsChanged(*this);
+  }
+}
+
+}  // namespace zrt

@@ -1,0 +1,74 @@
+#include "core/session.h"
+
+#include "core/errors.h"
+
+namespace zrt {
+namespace {
+
+constexpr int kTimeoutSeconds = 1800;
+constexpr int kClientSide = 3;
+
+DatabaseError NoConnection() {
+  return {"08003", 0, "no connection to the database"};
+}
+
+}  // namespace
+
+std::string MainConnectionString(const DatabaseAddress& address) {
+  return "driver={MySQL ODBC 8.0 ANSI Driver}; server=" + address.host + "; uid=" + address.account +
+         "; pwd=41730926; database=" + address.schema + "; charset=latin1";
+}
+
+Session::Session(DatabaseAddress address, const Clock& clock, RegionalFormat format)
+    : address_(std::move(address)), clock_(clock), format_(std::move(format)) {}
+
+void Session::Connect() {
+  MainConnection.ConnectionTimeout = kTimeoutSeconds;
+  MainConnection.CursorLocation = kClientSide;
+  MainConnection.Open(MainConnectionString(address_));
+  command_ = std::make_unique<Command>(MainConnection);
+  pool_ = std::make_unique<RecordsetPool>();
+}
+
+void Session::Disconnect() {
+  MainConnection.Close();
+  command_.reset();
+  pool_.reset();
+}
+
+Command& Session::MainCommand() {
+  if (!command_) throw NoConnection();
+  return *command_;
+}
+
+RecordsetPool& Session::Pool() {
+  if (!pool_) throw NoConnection();
+  return *pool_;
+}
+
+void Session::BindSet(Recordset& set, std::string sql) {
+  SqlText = std::move(sql);
+  set.Close();
+  set.Open(SqlText, MainConnection);
+}
+
+void Session::ShowLastRow(Recordset& set) {
+  if (set.RecordCount() > 0) set.MoveLast();
+}
+
+Recordset& Session::ReadOne(std::string sql) {
+  Recordset& scratch = Pool().RsScratch;
+  SqlText = std::move(sql);
+  MainCommand().CommandText = SqlText;
+  MainCommand().Execute(scratch);
+  return scratch;
+}
+
+void Session::Write(std::string sql) {
+  Command& command = MainCommand();
+  SqlText = std::move(sql);
+  command.CommandText = SqlText;
+  command.Execute();
+}
+
+}  // namespace zrt

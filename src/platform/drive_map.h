@@ -1,0 +1,31 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zrt {
+
+/// The program names its files by drive, "C:\Korvina\Report\" or "C:/Korvina/ZRTr". Where the system has no drives,
+/// each drive is a folder below one folder of the user: ROOT/C/Korvina/Report.
+class DriveMap {
+ public:
+  /// `root` holds the folders of the drives; empty where the system has drives of its own.
+  explicit DriveMap(std::filesystem::path root) : root_(std::move(root)) {}
+
+  /// Where the file or folder of a drive path really is. Both kinds of slash are accepted, case is kept. A path without
+  /// a drive counts as one of drive C.
+  std::filesystem::path ToNative(std::string_view drive_path) const;
+
+  /// The drives that exist, as "C:". Drive C always does.
+  std::vector<std::string> Drives() const;
+
+  /// Names of the folders in `drive_path`, sorted; empty when it can't be read.
+  std::vector<std::string> Folders(std::string_view drive_path) const;
+
+ private:
+  std::filesystem::path root_;
+};
+
+}  // namespace zrt

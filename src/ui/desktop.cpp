@@ -1,0 +1,132 @@
+#include "ui/desktop.h"
+
+#include <utility>
+
+#include "core/errors.h"
+
+namespace zrt {
+
+BoxAnswer Desktop::MsgBox(const std::string& text, BoxIcon icon, BoxButtons buttons, const std::string& title) {
+  return DoMsgBox(text, icon, buttons, title.empty() ? ProgramTitle : title);
+}
+
+std::string Desktop::InputBox(const std::string& prompt, const std::string& title, const std::string& preset) {
+  return DoInputBox(prompt, title.empty() ? ProgramTitle : title, preset);
+}
+
+void Desktop::Show(Form& form) {
+  LoadIfNeeded(form);
+  BringForward(form, false);
+}
+
+void Desktop::ShowModal(Form& form) {
+  LoadIfNeeded(form);
+  BringForward(form, true);
+  // Its Load or Activate may have hidden it again.
+  if (form.visible_) DoModalLoop(form);
+}
+
+void Desktop::Hide(Form& form) {
+  if (!form.visible_) return;
+  TakeAway(form);
+}
+
+void Desktop::Unload(Form& form) {
+  if (!form.loaded_) return;
+  // From here on nobody unloads it a second time, not even its own handler.
+  form.loaded_ = false;
+  std::erase(loaded_, &form);
+
+  std::exception_ptr failure;
+  try {
+    form.Unload.Raise();
+  } catch (...) {
+    // A window that has failed to tidy up still goes away; the failure is reported afterwards.
+    failure = std::current_exception();
+  }
+  if (form.visible_) TakeAway(form);
+  DoUnload(form);
+  form.RestoreDefinition();
+  if (failure) std::rethrow_exception(failure);
+}
+
+void Desktop::UnloadAllBut(const Form& form) {
+  const std::vector<Form*> loaded = loaded_;
+  for (auto one = loaded.rbegin(); one != loaded.rend(); ++one) {
+    if (*one != &form) Unload(**one);
+  }
+}
+
+void Desktop::DropWindows() {
+  for (Form* form : std::exchange(loaded_, {})) {
+    form->loaded_ = form->visible_ = false;
+    DoUnload(*form);
+  }
+  visible_.clear();
+  active_ = nullptr;
+}
+
+void Desktop::Leave(Form& form) {
+  for (auto* all : {&forms_, &loaded_, &visible_}) std::erase(*all, &form);
+  if (active_ == &form) active_ = nullptr;
+}
+
+void Desktop::UserAction(const std::function<void()>& handler) {
+  if (OnUserAction) OnUserAction();
+  try {
+    handler();
+  } catch (const std::exception& error) {
+    DoRuntimeError(error);
+    if (OnRuntimeError) OnRuntimeError();
+  }
+}
+
+void Desktop::Activated(Form& form) {
+  if (active_ == &form || !form.visible_ || !form.loaded_) return;
+  active_ = &form;
+  std::erase(visible_, &form);
+  visible_.push_back(&form);
+  form.Activate.Raise();
+}
+
+Form* Desktop::FindForm(std::string_view name) const {
+  const auto found = std::find_if(forms_.begin(), forms_.end(), [&](const Form* form) { return form->Name() == name; });
+  return found == forms_.end() ? nullptr : *found;
+}
+
+void Desktop::LoadIfNeeded(Form& form) {
+  if (form.loaded_) return;
+  if (!form.complete_) throw Error("form " + form.Name() + " was never completed");
+  form.loaded_ = true;
+  loaded_.push_back(&form);
+  try {
+    form.Load.Raise();
+  } catch (...) {
+    form.loaded_ = false;
+    std::erase(loaded_, &form);
+    form.RestoreDefinition();
+    throw;
+  }
+}
+
+void Desktop::BringForward(Form& form, bool modal) {
+  form.visible_ = true;
+  std::erase(visible_, &form);
+  visible_.push_back(&form);
+  DoShow(form, modal);
+  if (OnShown) OnShown(form);
+  Activated(form);
+}
+
+void Desktop::TakeAway(Form& form) {
+  form.visible_ = false;
+  std::erase(visible_, &form);
+  if (active_ == &form) active_ = nullptr;
+  DoHide(form);
+  // The window behind comes to the front. What it does then is no part of the action that took this one away.
+  if (active_ == nullptr && !visible_.empty()) {
+    UserAction([this] { Activated(*visible_.back()); });
+  }
+}
+
+}  // namespace zrt

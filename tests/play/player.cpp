@@ -1,0 +1,411 @@
+#include "play/player.h"
+
+#include <fstream>
+#include <map>
+#include <regex>
+#include <sstream>
+
+#include "core/errors.h"
+#include "core/text.h"
+
+namespace zrt::play {
+
+namespace {
+
+[[noreturn]] void Fail(const std::string& text) {
+  throw Failure{text};
+}
+
+void CheckEqual(const std::string& what, const std::string& expected, const std::string& found) {
+  if (expected != found) Fail(what + "\n  expected: " + expected + "\n  found:    " + found);
+}
+
+const std::map<std::string, BoxIcon> kIcons = {{"critical", BoxIcon::kCritical},
+                                               {"question", BoxIcon::kQuestion},
+                                               {"exclamation", BoxIcon::kExclamation},
+                                               {"information", BoxIcon::kInformation},
+                                               {"none", BoxIcon::kNone}};
+const std::map<std::string, BoxAnswer> kAnswers = {
+    {"OK", BoxAnswer::kOk}, {"Cancel", BoxAnswer::kCancel}, {"Yes", BoxAnswer::kYes}, {"No", BoxAnswer::kNo}};
+
+bool Offers(BoxButtons buttons, BoxAnswer answer) {
+  switch (buttons) {
+    case BoxButtons::kOk:
+      return answer == BoxAnswer::kOk;
+    case BoxButtons::kOkCancel:
+      return answer == BoxAnswer::kOk || answer == BoxAnswer::kCancel;
+    case BoxButtons::kYesNo:
+      return answer == BoxAnswer::kYes || answer == BoxAnswer::kNo;
+  }
+  return false;
+}
+
+const std::string& Word(const Line& line, std::size_t index) {
+  if (index >= line.words.size()) Fail("the action wants more words");
+  return line.words[index];
+}
+
+int Number(const Line& line, std::size_t index) {
+  try {
+    return std::stoi(Word(line, index));
+  } catch (const std::logic_error&) {
+    Fail("a number is wanted, not \"" + Word(line, index) + "\"");
+  }
+}
+
+std::string OrNothing(const std::string& text) {
+  return text.empty() ? "(nothing)" : text;
+}
+
+/// "*" stands for any characters inside a file's name.
+std::filesystem::path Match(const std::filesystem::path& pattern) {
+  const std::string name = pattern.filename().string();
+  if (name.find('*') == std::string::npos) return pattern;
+  std::string expression;
+  for (const char character : name) {
+    if (character == '*') {
+      expression += ".*";
+    } else {
+      if (std::isalnum(static_cast<unsigned char>(character)) == 0) expression += '\\';
+      expression += character;
+    }
+  }
+  const std::regex fits(expression);
+  std::vector<std::filesystem::path> found;
+  std::error_code error;
+  for (const auto& entry : std::filesystem::directory_iterator(pattern.parent_path(), error)) {
+    if (std::regex_match(entry.path().filename().string(), fits)) found.push_back(entry.path());
+  }
+  if (found.size() != 1) Fail(std::to_string(found.size()) + " files fit " + pattern.string());
+  return found.front();
+}
+
+}  // namespace
+
+class Player::Faults final : public FaultSource {
+ public:
+  void Arm(int statement, bool cut) {
+    left_ = statement;
+    cut_ = cut;
+  }
+  Verdict BeforeStatement(std::string_view) override {
+    if (left_ == 0 || --left_ > 0) return Verdict::kRun;
+    return cut_ ? Verdict::kCut : Verdict::kFail;
+  }
+
+ private:
+  int left_ = 0;
+  bool cut_ = false;
+};
+
+Player::Player(DatabaseAddress database, std::filesystem::path drives)
+    : database_(std::move(database)), drives_(std::move(drives)), faults_(std::make_unique<Faults>()) {
+  terminal_.Open(MainConnectionString(database_));
+}
+
+Player::~Player() = default;
+
+void Player::Run(const std::vector<Line>& script) {
+  script_ = &script;
+  next_ = 0;
+  while (next_ < script.size()) Step();
+  if (!announced_.boxes.empty() || announced_.error) Fail("the play ends with an announcement");
+}
+
+void Player::Step() {
+  const Line& line = script_->at(next_++);
+  try {
+    Perform(line);
+  } catch (const Failure& failure) {
+    // An inner line has named itself already.
+    if (failure.text.rfind("line ", 0) == 0) throw;
+    throw Failure{"line " + std::to_string(line.number) + ": " + line.text + "\n  " + failure.text};
+  } catch (const Error& error) {
+    throw Failure{"line " + std::to_string(line.number) + ": " + line.text + "\n  " + error.what()};
+  }
+}
+
+void Player::Perform(const Line& line) {
+  using Action = void (Player::*)(const Line&);
+  static const std::map<std::string, Action> kActions = {
+      {"clock", &Player::SetClock},  {"form", &Player::UseForm},   {"dialog", &Player::Announce},
+      {"set", &Player::Set},         {"tab", &Player::Press},      {"menu", &Player::Press},
+      {"click", &Player::Press},     {"dblclick", &Player::Press}, {"key", &Player::Press},
+      {"row", &Player::GoToRow},     {"pick", &Player::Pick},      {"drag", &Player::Drag},
+      {"timer", &Player::FireTimer}, {"expect", &Player::Expect},  {"cell", &Player::CheckCell},
+      {"rows", &Player::CheckRows},  {"file", &Player::CheckFile}, {"file-write", &Player::WriteFile},
+      {"fault", &Player::SetFault}};
+
+  const std::string& verb = Word(line, 0);
+  if (verb == "start") return Start();
+  if (verb == "stop") return Stop();
+  if (verb == "close") {
+    Form& closing = CurrentForm();
+    return Act([&] { closing.Close(); });
+  }
+  if (verb == "error") {
+    announced_.error = true;
+    return;
+  }
+  if (verb == "sql") {
+    terminal_.Execute(Word(line, 1));
+    return;
+  }
+  const auto action = kActions.find(verb);
+  if (action == kActions.end()) Fail("no action is called \"" + verb + "\"");
+  (this->*action->second)(line);
+}
+
+void Player::Act(const std::function<void()>& action) {
+  running_.push_back(std::exchange(announced_, {}));
+  UserAction(action);
+  Announcement left = std::move(running_.back());
+  running_.pop_back();
+  // The action that hides a modal form ends here, but the one that had opened it goes on: what is left was meant for
+  // it.
+  if (!modal_.empty() && !modal_.back()->IsVisible() && !running_.empty()) {
+    auto& outer = running_.back();
+    outer.boxes.insert(outer.boxes.begin(), left.boxes.begin(), left.boxes.end());
+    outer.error = outer.error || left.error;
+    return;
+  }
+  if (!left.boxes.empty()) Fail("this box stayed away: " + left.boxes.front().text);
+  if (left.error) Fail("the run-time error stayed away");
+  if (form_ != nullptr && !form_->IsVisible()) form_ = Front();
+}
+
+Player::Box Player::TakeBox(const std::string& text, bool input) {
+  if (running_.empty() || running_.back().boxes.empty()) Fail("an unannounced box: " + text);
+  Box box = std::move(running_.back().boxes.front());
+  running_.back().boxes.pop_front();
+  CheckEqual("the box", box.text, text);
+  if (box.input != input) Fail(std::string(input ? "an input box" : "a plain box") + " came: " + text);
+  return box;
+}
+
+BoxAnswer Player::DoMsgBox(const std::string& text, BoxIcon icon, BoxButtons buttons, const std::string&) {
+  const Box box = TakeBox(text, false);
+  if (box.icon && *box.icon != icon) Fail("the box has another icon: " + text);
+  const BoxAnswer answer = kAnswers.at(box.answer);
+  if (!Offers(buttons, answer)) Fail("the box has no button " + box.answer + ": " + text);
+  return answer;
+}
+
+std::string Player::DoInputBox(const std::string& prompt, const std::string&, const std::string&) {
+  const Box box = TakeBox(prompt, true);
+  return box.answer;
+}
+
+void Player::DoModalLoop(Form& form) {
+  Form* opener = form_;
+  form_ = &form;
+  modal_.push_back(&form);
+  while (form.IsVisible()) {
+    if (next_ == script_->size()) Fail("the play ends while " + form.Name() + " is open");
+    Step();
+  }
+  modal_.pop_back();
+  form_ = opener;
+}
+
+void Player::DoRuntimeError(const std::exception& error) {
+  if (running_.empty() || !running_.back().error) Fail(std::string("a run-time error: ") + error.what());
+  running_.back().error = false;
+}
+
+void Player::Start() {
+  if (app_) Fail("the program runs already");
+  exit_code_.reset();
+  app_ = std::make_unique<App>(*this, clock_, drives_, AppSettings{database_, "zrt"});
+  app_->TheSession.MainConnection.SetFaultSource(faults_.get());
+  Act([this] {
+    app_->Start();
+    app_->Splash.Timer1.UserFire();
+  });
+  if (app_->IsRunning()) {
+    form_ = &app_->Main;
+  } else {
+    app_.reset();
+    form_ = nullptr;
+  }
+}
+
+void Player::Stop() {
+  if (!app_) Fail("the program doesn't run");
+  Act([this] { app_->Main.Close(); });
+  if (exit_code_ != 0) Fail("the program didn't end");
+  form_ = nullptr;
+  app_.reset();
+}
+
+void Player::UseForm(const Line& line) {
+  Form* form = FindForm(Word(line, 1));
+  if (form == nullptr) Fail("no such form");
+  if (!form->IsVisible()) Fail("the form isn't shown");
+  if (!modal_.empty() && modal_.back() != form) Fail(modal_.back()->Name() + " is open over it");
+  form_ = form;
+  Act([&] { Activated(*form); });
+}
+
+void Player::Announce(const Line& line) {
+  Box box{Word(line, 1), {}, {}, false};
+  std::size_t at = 2;
+  if (Word(line, at) != "->") {
+    const auto icon = kIcons.find(Word(line, at++));
+    if (icon == kIcons.end()) Fail("no such icon");
+    box.icon = icon->second;
+  }
+  if (Word(line, at++) != "->") Fail("\"->\" is wanted before the answer");
+  box.answer = Word(line, at);
+  box.input = line.quoted[at];
+  if (!box.input && kAnswers.count(box.answer) == 0) Fail("no such answer");
+  announced_.boxes.push_back(std::move(box));
+}
+
+void Player::Set(const Line& line) {
+  Control& control = Usable(Word(line, 1));
+  Act([&] { control.UserSet(Word(line, 2)); });
+}
+
+void Player::Press(const Line& line) {
+  const std::string& verb = Word(line, 0);
+  if (verb == "tab") {
+    for (Control* control : CurrentForm().Controls()) {
+      auto* strip = dynamic_cast<TabStrip*>(control);
+      if (strip != nullptr) return Act([&] { strip->UserChoose(Word(line, 1)); });
+    }
+    Fail("the form has no tabs");
+  }
+  Control& control = Usable(Word(line, 1));
+  if (verb == "menu") As<Menu>(control);
+  Act([&] {
+    if (verb == "key") {
+      PressKey(control, test::KeyByName(Word(line, 2)));
+    } else if (verb == "dblclick") {
+      control.UserDblClick();
+    } else {
+      control.UserClick();
+    }
+  });
+}
+
+void Player::GoToRow(const Line& line) {
+  auto& grid = As<DataGrid>(Usable(Word(line, 1)));
+  const int row = Number(line, 2);
+  if (row < 1 || row > grid.Rows()) Fail("the grid has " + std::to_string(grid.Rows()) + " rows");
+  Act([&] { grid.UserRow(row); });
+}
+
+void Player::Pick(const Line& line) {
+  auto& month = As<MonthView>(Usable(Word(line, 1)));
+  const std::optional<Date> day = ParseDate(Word(line, 2));
+  if (!day) Fail("no such day");
+  Act([&] { month.UserPick(*day); });
+}
+
+void Player::Drag(const Line& line) {
+  auto& source = As<Button>(Usable(Word(line, 1)));
+  auto& target = As<Button>(Usable(Word(line, 2)));
+  Act([&] { source.UserDrag(target); });
+}
+
+void Player::FireTimer(const Line& line) {
+  Timer* timer = CurrentForm().FindTimer(Word(line, 1));
+  if (timer == nullptr) Fail("no such timer");
+  if (!timer->Enabled()) Fail("the timer doesn't run");
+  Act([&] { timer->UserFire(); });
+}
+
+void Player::Expect(const Line& line) {
+  const std::string& what = Word(line, 1);
+  const std::size_t dot = what.rfind('.');
+  if (dot == std::string::npos) Fail("CONTROL.PROPERTY is wanted");
+  const std::string owner = what.substr(0, dot);
+  const Element& element = owner == "form" ? static_cast<const Element&>(CurrentForm()) : Find(owner);
+  const std::optional<std::string> value = element.Ask(what.substr(dot + 1));
+  if (!value) Fail("no such property");
+  CheckEqual(what, Word(line, 2), *value);
+}
+
+void Player::CheckCell(const Line& line) {
+  const auto& grid = As<DataGrid>(Find(Word(line, 1)));
+  CheckEqual("the cell", Word(line, 4), grid.CellText(Number(line, 2), Word(line, 3)));
+}
+
+void Player::CheckRows(const Line& line) {
+  Recordset set;
+  set.Open(Word(line, 1), terminal_);
+  std::string found;
+  for (int row = 1; row <= set.RecordCount(); ++row) {
+    std::vector<std::string> cells;
+    for (int field = 0; field < set.FieldCount(); ++field) {
+      const Cell cell = set.At(row, field);
+      cells.push_back(cell.IsNull() ? "NULL" : cell.Text());
+    }
+    found += fmt::format("\n\t{}", fmt::join(cells, "|"));
+  }
+  std::string expected;
+  for (const std::string& row : line.block) expected += "\n\t" + row;
+  CheckEqual("the rows", OrNothing(expected), OrNothing(found));
+}
+
+void Player::CheckFile(const Line& line) {
+  const std::filesystem::path path = Match(drives_.ToNative(Word(line, 1)));
+  std::ifstream file(path, std::ios::binary);
+  if (!file) Fail("there is no such file");
+  std::string found;
+  for (std::string row; std::getline(file, row);) {
+    if (!row.empty() && row.back() == '\r') row.pop_back();
+    found += "\n\t" + FromWindows1251(row);
+  }
+  std::string expected;
+  for (const std::string& row : line.block) expected += "\n\t" + row;
+  CheckEqual("the file", OrNothing(expected), OrNothing(found));
+}
+
+void Player::WriteFile(const Line& line) {
+  const std::filesystem::path path = drives_.ToNative(Word(line, 1));
+  std::filesystem::create_directories(path.parent_path());
+  std::ofstream file(path, std::ios::binary);
+  for (const std::string& row : line.block) file << ToWindows1251(row) << "\r\n";
+  if (!file.flush()) Fail("the file can't be written");
+}
+
+void Player::SetFault(const Line& line) {
+  const bool cut = line.words.size() > 2;
+  if (cut && Word(line, 2) != "cut") Fail("\"cut\" or nothing is wanted");
+  faults_->Arm(Number(line, 1), cut);
+}
+
+void Player::SetClock(const Line& line) {
+  const std::optional<DateTime> now = ParseSqlDateTime(Word(line, 1) + " " + Word(line, 2));
+  if (!now) Fail("no such moment");
+  clock_.Set(*now);
+}
+
+Form& Player::CurrentForm() const {
+  if (form_ == nullptr) Fail("no form is shown");
+  return *form_;
+}
+
+Control& Player::Find(const std::string& name) const {
+  Control* control = CurrentForm().FindControl(name);
+  if (control == nullptr) Fail(CurrentForm().Name() + " has no control " + name);
+  return *control;
+}
+
+Control& Player::Usable(const std::string& name) const {
+  Control& control = Find(name);
+  if (!control.IsShown()) Fail(name + " isn't visible");
+  if (!control.IsEnabled()) Fail(name + " is disabled");
+  return control;
+}
+
+template <class T>
+T& Player::As(Control& control) const {
+  auto* right = dynamic_cast<T*>(&control);
+  if (right == nullptr) Fail("the action doesn't fit " + control.Name());
+  return *right;
+}
+
+}  // namespace zrt::play

@@ -1,0 +1,97 @@
+#pragma once
+
+#include <deque>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/app.h"
+#include "play/script.h"
+#include "support/headless_desktop.h"
+
+namespace zrt::play {
+
+/// Why a play stopped. Not a std::exception, so that no handler of the program takes it for one of its own failures.
+struct Failure {
+  std::string text;
+};
+
+/// The operator of a play: the program's third host. Runs the lines of a script on the real forms and a real server.
+class Player final : public test::HeadlessDesktop {
+ public:
+  /// `drives`: empty folder for the drives of the program's machine.
+  Player(DatabaseAddress database, std::filesystem::path drives);
+  ~Player() override;
+
+  /// Throws Failure, naming the line, what was expected and what was there.
+  void Run(const std::vector<Line>& script);
+
+ protected:
+  BoxAnswer DoMsgBox(const std::string& text, BoxIcon icon, BoxButtons buttons, const std::string& title) override;
+  std::string DoInputBox(const std::string& prompt, const std::string& title, const std::string& preset) override;
+  void DoModalLoop(Form& form) override;
+  void DoRuntimeError(const std::exception& error) override;
+
+ private:
+  /// An announced box.
+  struct Box {
+    std::string text;
+    std::optional<BoxIcon> icon;
+    std::string answer;
+    bool input = false;  ///< the answer was quoted: an input box
+  };
+  /// What was announced for one action.
+  struct Announcement {
+    std::deque<Box> boxes;
+    bool error = false;
+  };
+  class Faults;
+
+  void Step();
+  void Perform(const Line& line);
+  void Act(const std::function<void()>& action);
+  Box TakeBox(const std::string& text, bool input);
+
+  // Actions of the language.
+  void Start();
+  void Stop();
+  void UseForm(const Line& line);
+  void Announce(const Line& line);
+  void Set(const Line& line);
+  void Press(const Line& line);
+  void GoToRow(const Line& line);
+  void Pick(const Line& line);
+  void Drag(const Line& line);
+  void FireTimer(const Line& line);
+  void Expect(const Line& line);
+  void CheckCell(const Line& line);
+  void CheckRows(const Line& line);
+  void CheckFile(const Line& line);
+  void WriteFile(const Line& line);
+  void SetFault(const Line& line);
+  void SetClock(const Line& line);
+
+  Form& CurrentForm() const;
+  Control& Find(const std::string& name) const;
+  Control& Usable(const std::string& name) const;
+  template <class T>
+  T& As(Control& control) const;
+
+  DatabaseAddress database_;
+  DriveMap drives_;
+  test::FixedClock clock_;
+  std::unique_ptr<Faults> faults_;
+  std::unique_ptr<App> app_;
+  Connection terminal_;  ///< the way of a terminal to the database
+
+  const std::vector<Line>* script_ = nullptr;
+  std::size_t next_ = 0;
+  Form* form_ = nullptr;
+  std::vector<Form*> modal_;
+  Announcement announced_;
+  std::vector<Announcement> running_;  ///< one for each action under way, the innermost last
+};
+
+}  // namespace zrt::play

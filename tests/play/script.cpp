@@ -1,0 +1,69 @@
+#include "play/script.h"
+
+#include <sstream>
+
+#include "core/errors.h"
+
+namespace zrt::play {
+
+namespace {
+
+std::string QuotedWord(const std::string& text, std::size_t& at) {
+  std::string word;
+  for (++at; at < text.size() && text[at] != '"'; ++at) {
+    if (text[at] != '\\') {
+      word += text[at];
+      continue;
+    }
+    const char escaped = ++at < text.size() ? text[at] : '\0';
+    if (escaped != 'n' && escaped != '"' && escaped != '\\') throw Error("only \\\", \\n and \\\\ stand in a text");
+    word += escaped == 'n' ? '\n' : escaped;
+  }
+  if (at >= text.size()) throw Error("a text isn't closed");
+  ++at;
+  return word;
+}
+
+void SplitWords(Line& line) {
+  const std::string& text = line.text;
+  for (std::size_t at = 0; at < text.size();) {
+    if (text[at] == ' ') {
+      ++at;
+    } else if (text[at] == '"') {
+      line.words.push_back(QuotedWord(text, at));
+      line.quoted.push_back(true);
+    } else {
+      const std::size_t end = std::min(text.find(' ', at), text.size());
+      line.words.push_back(text.substr(at, end - at));
+      line.quoted.push_back(false);
+      at = end;
+    }
+  }
+}
+
+}  // namespace
+
+std::vector<Line> ReadScript(const std::string& text) {
+  std::vector<Line> script;
+  std::istringstream stream(text);
+  int number = 0;
+  for (std::string raw; std::getline(stream, raw);) {
+    ++number;
+    if (!raw.empty() && raw.back() == '\r') raw.pop_back();
+    try {
+      if (!raw.empty() && raw.front() == '\t') {
+        if (script.empty()) throw Error("nothing stands before this block");
+        script.back().block.push_back(raw.substr(1));
+        continue;
+      }
+      Line line{number, raw, {}, {}, {}};
+      if (!raw.empty() && raw.front() != '#') SplitWords(line);
+      if (!line.words.empty()) script.push_back(std::move(line));
+    } catch (const Error& error) {
+      throw Error("line " + std::to_string(number) + ": " + error.what());
+    }
+  }
+  return script;
+}
+
+}  // namespace zrt::play

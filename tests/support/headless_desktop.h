@@ -1,0 +1,53 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "core/clock.h"
+#include "ui/data_grid.h"
+#include "ui/desktop.h"
+
+namespace zrt::test {
+
+/// A clock that stands where a test puts it.
+class FixedClock final : public Clock {
+ public:
+  explicit FixedClock(DateTime now = {{2026, 11, 12}, 10, 0, 0}) : now_(now) {}
+  DateTime Now() const override { return now_; }
+  void Set(const DateTime& now) { now_ = now; }
+
+ private:
+  DateTime now_;
+};
+
+/// A host without windows: forms are shown by being marked so, the keyboard's place is remembered, and keys do to the
+/// controls what a toolkit's widgets do. Boxes and modal forms are answered by the two hosts built on it.
+class HeadlessDesktop : public Desktop {
+ public:
+  HeadlessDesktop() : Desktop(RegionalFormat{}) {}
+
+  Control* Focused() const { return focused_; }
+  std::optional<int> ExitCode() const { return exit_code_; }
+
+  void SetFocus(Control& control) override { focused_ = &control; }
+  void Repaint(Control&) override {}
+  void Quit(int code) override { exit_code_ = code; }
+
+  /// A key on a control: the handlers first, then, unless they swallowed it, what the widget does with it.
+  void PressKey(Control& control, Key key);
+
+ protected:
+  void DoShow(Form&, bool) override {}
+  void DoHide(Form&) override {}
+  void DoUnload(Form&) override {}
+
+  std::optional<int> exit_code_;
+
+ private:
+  Control* focused_ = nullptr;
+};
+
+/// The key that a script names: Enter, Esc, Up, Down, Home, End or a character. Throws Error for anything else.
+Key KeyByName(const std::string& name);
+
+}  // namespace zrt::test

@@ -1,0 +1,182 @@
+#include <gtest/gtest.h>
+
+#include "core/errors.h"
+#include "support/scripted_desktop.h"
+#include "ui/data_grid.h"
+#include "ui/form.h"
+
+namespace zrt {
+namespace {
+
+using test::ScriptedDesktop;
+
+constexpr const char* kDefinition = R"(<ui version="4.0"><class>X</class>
+<widget class="QMainWindow" name="X"><property name="windowTitle"><string>Окно &lt;1&gt;</string></property>
+ <widget class="QWidget" name="decoCentral"><layout class="QVBoxLayout"><item>
+  <widget class="QGroupBox" name="Frame1"><property name="title"><string>Рамка</string></property>
+   <layout class="QHBoxLayout" name="decoRow">
+    <item><widget class="QLabel" name="decoHead"><property name="text"><string>Код</string></property></widget></item>
+    <item><widget class="QLineEdit" name="Text1"><property name="maxLength"><number>5</number></property></widget></item>
+    <item><widget class="QComboBox" name="Combo1">
+     <item><property name="text"><string>один</string></property></item>
+     <item><property name="text"><string>два</string></property></item></widget></item>
+   </layout></widget></item></layout></widget>
+ <widget class="QMenuBar" name="decoBar"><widget class="QMenu" name="mnuTop"><property name="title"><string>Меню</string>
+  </property><addaction name="mnuOne"/></widget><addaction name="mnuTop"/></widget>
+ <action name="mnuOne"><property name="text"><string>Пункт</string></property>
+  <property name="visible"><bool>false</bool></property></action>
+</widget></ui>)";
+
+TEST(FormDefinition, ReadsControlsCaptionsItemsAndWhereTheyStand) {
+  const FormDefinition definition = FormDefinition::Read("X", kDefinition);
+  EXPECT_EQ(definition.Title(), "Окно <1>");
+  ASSERT_EQ(definition.Controls().size(), 5U);  // decoration has no control
+  EXPECT_EQ(definition.Find("Frame1")->properties.at("title"), "Рамка");
+  EXPECT_EQ(definition.Find("Frame1")->parent, "");
+  EXPECT_EQ(definition.Find("Text1")->parent, "Frame1");
+  EXPECT_EQ(definition.Find("Text1")->properties.at("maxLength"), "5");
+  EXPECT_EQ(definition.Find("Combo1")->lists.at("items"), (std::vector<std::string>{"один", "два"}));
+  EXPECT_EQ(definition.Find("mnuOne")->parent, "mnuTop");
+  EXPECT_EQ(definition.Find("mnuOne")->properties.at("visible"), "false");
+  EXPECT_EQ(definition.Find("decoHead"), nullptr);
+}
+
+TEST(FormDefinition, RefusesWhatItCannotTrust) {
+  EXPECT_THROW(FormDefinition::Read("X", "<ui><widget"), Error);
+  EXPECT_THROW(FormDefinition::Read("X", "<html/>"), Error);
+  EXPECT_THROW(FormDefinition::Read("X",
+                                    R"(<ui><widget class="QWidget" name="X"><widget class="QLabel" name="L"/>
+                                       <widget class="QLabel" name="L"/></widget></ui>)"),
+               Error);
+  EXPECT_THROW(FormDefinition::Of("frmNobody"), Error);
+}
+
+/// The about box's definition, with the forms' life laid open.
+class Probe final : public Form {
+ public:
+  explicit Probe(Desktop& desktop, const std::string& name = "frmSplash") : Form(desktop, name) {
+    Load = [this] { log += "L"; };
+    Activate = [this] { log += "A"; };
+    Unload = [this] { log += "U"; };
+    Complete();
+  }
+  Label lblVersion{*this, "lblVersion"};
+  Label lblProductName{*this, "lblProductName"};
+  std::string log;
+};
+
+TEST(Form, EachSideMustHaveWhatTheOtherHas) {
+  class LacksOne final : public Form {
+   public:
+    explicit LacksOne(Desktop& desktop) : Form(desktop, "frmSplash") { Complete(); }
+    Label lblVersion{*this, "lblVersion"};
+  };
+  class HasOneTooMany final : public Form {
+   public:
+    explicit HasOneTooMany(Desktop& desktop) : Form(desktop, "frmSplash") {}
+    Label lblNobody{*this, "lblNobody"};
+  };
+  class WrongKind final : public Form {
+   public:
+    explicit WrongKind(Desktop& desktop) : Form(desktop, "frmSplash") {}
+    Button lblVersion{*this, "lblVersion"};
+  };
+  ScriptedDesktop desktop;
+  EXPECT_THROW(LacksOne form(desktop), Error);
+  EXPECT_THROW(HasOneTooMany form(desktop), Error);
+  EXPECT_THROW(WrongKind form(desktop), Error);
+  EXPECT_EQ(desktop.FindForm("frmSplash"), nullptr);  // none of them is left behind
+}
+
+TEST(Form, LoadsOnceActivatesInFrontAndStartsAfreshAfterUnloading) {
+  ScriptedDesktop desktop;
+  Probe back(desktop);
+  Probe front(desktop);
+  const std::string initial = back.lblVersion.Caption();
+  back.Show();
+  EXPECT_EQ(back.log, "LA");
+  back.lblVersion.Caption = "изменено";
+  back.Hide();
+  back.Show();
+  EXPECT_EQ(back.log, "LAA");
+  EXPECT_EQ(back.lblVersion.Caption(), "изменено");
+
+  front.Show();
+  EXPECT_EQ(desktop.Front(), &front);
+  front.Close();  // the window behind comes to the front again
+  EXPECT_EQ(front.log, "LAU");
+  EXPECT_EQ(back.log, "LAAA");
+  EXPECT_EQ(desktop.Front(), &back);
+
+  back.Close();
+  EXPECT_EQ(back.lblVersion.Caption(), initial);
+  EXPECT_FALSE(back.IsLoaded());
+  back.Show();
+  EXPECT_EQ(back.log, "LAAAULA");
+}
+
+TEST(Form, AFailingLoadLeavesItUnloadedAndAFailingUnloadStillTakesItAway) {
+  ScriptedDesktop desktop;
+  Probe form(desktop);
+  form.Load = [] { throw Error("no table"); };
+  EXPECT_THROW(form.Show(), Error);
+  EXPECT_FALSE(form.IsLoaded());
+  EXPECT_FALSE(form.IsVisible());
+
+  form.Load = [] {};
+  form.Show();
+  form.Unload = [] { throw Error("no server"); };
+  EXPECT_THROW(form.Close(), Error);
+  EXPECT_FALSE(form.IsLoaded());
+  EXPECT_EQ(desktop.Front(), nullptr);
+}
+
+TEST(Form, ModalReturnsWhenHidden) {
+  ScriptedDesktop desktop;
+  Probe opener(desktop);
+  Probe form(desktop);
+  opener.Show();
+  std::string order;
+  desktop.InModal([&](Form& shown) {
+    order += "shown";
+    desktop.UserAction([&] { shown.Hide(); });
+  });
+  form.ShowModal();
+  EXPECT_EQ(order, "shown");
+  EXPECT_EQ(opener.log, "LAA");
+}
+
+TEST(Desktop, AFailureEndsTheHandlerAndNotTheProgram) {
+  ScriptedDesktop desktop;
+  int actions = 0;
+  int errors = 0;
+  desktop.OnUserAction = [&] { ++actions; };
+  desktop.OnRuntimeError = [&] { ++errors; };
+  desktop.ExpectRuntimeError();
+  desktop.UserAction([] { throw DatabaseError("HY000", 2006, "gone"); });
+  desktop.UserAction([] {});
+  EXPECT_EQ(actions, 2);
+  EXPECT_EQ(errors, 1);
+}
+
+TEST(Property, TellsTheViewOnlyOfChanges) {
+  struct Counter final : ElementView {
+    void Show(const PropertyBase& property) override { seen += std::string(property.Name()) + ";"; }
+    std::string seen;
+  } view;
+  ScriptedDesktop desktop;
+  Probe form(desktop);
+  form.lblVersion.SetView(&view);
+  EXPECT_NE(view.seen.find("Caption;"), std::string::npos);  // a new view is told everything
+  view.seen.clear();
+  form.lblVersion.Caption = "Version 9";
+  form.lblVersion.Caption = "Version 9";
+  form.lblVersion.Visible = false;
+  EXPECT_EQ(view.seen, "Caption;Visible;");
+  form.lblVersion.SetView(nullptr);
+  form.lblVersion.Caption = "Version 10";
+  EXPECT_EQ(view.seen, "Caption;Visible;");
+}
+
+}  // namespace
+}  // namespace zrt
