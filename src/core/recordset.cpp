@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <limits>
 #include <utility>
 
 #include "core/errors.h"
@@ -313,7 +312,6 @@ Recordset::Recordset() = default;
 
 Recordset::~Recordset() {
   Close();
-  for (RecordsetObserver* observer : std::exchange(observers_, {})) observer->Gone(*this);
 }
 
 void Recordset::Open(const std::string& sql, Connection& connection) {
