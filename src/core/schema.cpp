@@ -134,16 +134,34 @@ bool KnowsEngineClause(const std::string& version) {
   return major > 5 || (major == 5 && minor >= 5);
 }
 
+constexpr const char* kEngineClause = "ENGINE=InnoDB";
+
+std::string Compose(const char* sql, int n, const char* innodb) {
+  return fmt::format(fmt::runtime(sql), fmt::arg("n", n), fmt::arg("innodb", innodb));
+}
+
+std::vector<std::string> PanelKeyStatements(const AddPanelKeys& step) {
+  std::vector<std::string> statements;
+  for (int panel = step.first; panel <= step.last; ++panel) {
+    for (int key = 1; key <= kKeysPerPanel; ++key) {
+      const int level = key < 31 ? 1 : key >= 61 ? 3 : 2;
+      statements.push_back(
+          fmt::format("INSERT INTO HOTKEYS (ID,CODE,REZ,LV) VALUES ({},0,{},{})", panel * 100 + key, panel, level));
+    }
+  }
+  return statements;
+}
+
 class Upgrade {
  public:
   explicit Upgrade(Session& session) : connection_(session.MainConnection), command_(connection_) {
-    innodb_ = KnowsEngineClause(connection_.ServerVersion()) ? "ENGINE=InnoDB" : "TYPE=InnoDB";
+    innodb_ = KnowsEngineClause(connection_.ServerVersion()) ? kEngineClause : "TYPE=InnoDB";
   }
 
-  void operator()(const Run& step) { Execute(step.sql, 0); }
+  void operator()(const Run& step) { Execute(Compose(step.sql, 0, innodb_)); }
 
   void operator()(const RunForEach& step) {
-    for (int n = step.first; n <= step.last; ++n) Execute(step.sql, n);
+    for (int n = step.first; n <= step.last; ++n) Execute(Compose(step.sql, n, innodb_));
   }
 
   void operator()(const AddMissingRows& step) {
@@ -151,25 +169,18 @@ class Upgrade {
     for (int n = step.first; n <= step.last; ++n) {
       existing.Open(fmt::format("SELECT COD FROM CONST WHERE COD={}", n), connection_);
       const bool missing = existing.RecordCount() == 0;
-      if (missing) Execute(step.sql, n);
+      if (missing) Execute(Compose(step.sql, n, innodb_));
       existing.Close();
     }
   }
 
   void operator()(const AddPanelKeys& step) {
-    for (int panel = step.first; panel <= step.last; ++panel) {
-      for (int key = 1; key <= kKeysPerPanel; ++key) {
-        const int level = key < 31 ? 1 : key >= 61 ? 3 : 2;
-        Execute(
-            fmt::format("INSERT INTO HOTKEYS (ID,CODE,REZ,LV) VALUES ({},0,{},{})", panel * 100 + key, panel, level),
-            0);
-      }
-    }
+    for (const std::string& statement : PanelKeyStatements(step)) Execute(statement);
   }
 
  private:
-  void Execute(const std::string& sql, int n) {
-    command_.CommandText = fmt::format(fmt::runtime(sql), fmt::arg("n", n), fmt::arg("innodb", innodb_));
+  void Execute(const std::string& sql) {
+    command_.CommandText = sql;
     command_.Execute();
   }
 
@@ -177,6 +188,30 @@ class Upgrade {
   Command command_;
   const char* innodb_ = nullptr;
 };
+
+/// Gathers the statements of the steps for a database that no upgrade has touched: every row is still missing.
+class Script {
+ public:
+  void operator()(const Run& step) { statements.push_back(Compose(step.sql, 0, kEngineClause)); }
+
+  void operator()(const RunForEach& step) { ForEach(step.first, step.last, step.sql); }
+
+  void operator()(const AddMissingRows& step) { ForEach(step.first, step.last, step.sql); }
+
+  void operator()(const AddPanelKeys& step) {
+    const std::vector<std::string> keys = PanelKeyStatements(step);
+    statements.insert(statements.end(), keys.begin(), keys.end());
+  }
+
+  std::vector<std::string> statements;
+
+ private:
+  void ForEach(int first, int last, const char* sql) {
+    for (int n = first; n <= last; ++n) statements.push_back(Compose(sql, n, kEngineClause));
+  }
+};
+
+constexpr const char* kDocumentTableSuffix = " ENGINE=InnoDB DEFAULT CHARSET=latin1";
 
 }  // namespace
 
@@ -204,12 +239,26 @@ void CreateDocumentTables(Session& session, SchemaDialog& dialog, bool register_
   if (register_wanted) {
     // The operator's answer decides, right or wrong; the server isn't asked.
     const bool old_server = dialog.AskYesNo("Версия сервера MySQL 4.0.12 ?");
-    const std::string suffix = old_server ? " TYPE=InnoDB" : " ENGINE=InnoDB DEFAULT CHARSET=latin1";
+    const std::string suffix = old_server ? " TYPE=InnoDB" : kDocumentTableSuffix;
     for (const char* table : kDocumentTables) execute(table + suffix);
     execute("UPDATE TOVAR SET N5=0 WHERE N5 IS NULL");
     execute("UPDATE TOVAR SET N7=0 WHERE N7 IS NULL");
   }
   execute(fmt::format("UPDATE CONST SET N3={} WHERE COD=7", register_wanted ? -1 : 0));
+}
+
+std::vector<std::string> UpgradeStatements() {
+  Script script;
+  for (const VersionBlock& block : kBlocks) {
+    std::for_each(block.begin, block.end, [&](const Step& step) { std::visit(script, step); });
+  }
+  return script.statements;
+}
+
+std::vector<std::string> DocumentTableStatements() {
+  std::vector<std::string> statements;
+  for (const char* table : kDocumentTables) statements.push_back(std::string(table) + kDocumentTableSuffix);
+  return statements;
 }
 
 }  // namespace zrt

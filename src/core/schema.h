@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/session.h"
 
@@ -24,5 +26,10 @@ void UpgradeDatabase(Session& session, SchemaDialog& dialog, std::uint8_t& versi
 /// Runs once per database, while the operating mode (CONST row 7, N3) is still NULL: creates the tables of the stock
 /// documents if `register_wanted`, and stores the answer as -1 or 0. Throws DatabaseError.
 void CreateDocumentTables(Session& session, SchemaDialog& dialog, bool register_wanted);
+
+/// The same statements as texts (UTF-8), for tools that write a whole database as a script: those that bring a database
+/// with the terminals' tables alone from version 0 to 4 on a present server, and the document tables' own.
+std::vector<std::string> UpgradeStatements();
+std::vector<std::string> DocumentTableStatements();
 
 }  // namespace zrt
