@@ -11,16 +11,7 @@ int GridModel::columnCount(const QModelIndex& parent) const { return parent.isVa
 QVariant GridModel::data(const QModelIndex& index, int role) const {
   const auto column = static_cast<std::size_t>(index.column());
   if (column >= grid_.Columns().size()) return {};
-  if (role == Qt::TextAlignmentRole) {
-    switch (grid_.Columns()[column].align) {
-      case GridColumn::Align::kLeft:
-        return QVariant(Qt::AlignLeft | Qt::AlignVCenter);
-      case GridColumn::Align::kCentre:
-        return QVariant(Qt::AlignCenter);
-      case GridColumn::Align::kRight:
-        return QVariant(Qt::AlignRight | Qt::AlignVCenter);
-    }
-  }
+  if (role == Qt::TextAlignmentRole) return Alignment(column);
   if (role != Qt::DisplayRole || index.row() >= grid_.Rows()) return {};
   try {
     return QString::fromStdString(grid_.CellText(index.row() + 1, index.column()));
@@ -34,8 +25,20 @@ QVariant GridModel::headerData(int section, Qt::Orientation orientation, int rol
   const auto column = static_cast<std::size_t>(section);
   if (orientation != Qt::Horizontal || column >= grid_.Columns().size()) return {};
   if (role == Qt::DisplayRole) return QString::fromStdString(grid_.Columns()[column].header);
-  if (role == Qt::TextAlignmentRole) return data(index(0, section), role);
+  if (role == Qt::TextAlignmentRole) return Alignment(column);
   return {};
+}
+
+QVariant GridModel::Alignment(std::size_t column) const {
+  switch (grid_.Columns()[column].align) {
+    case GridColumn::Align::kRight:
+      return QVariant(Qt::AlignRight | Qt::AlignVCenter);
+    case GridColumn::Align::kCentre:
+      return QVariant(Qt::AlignCenter);
+    case GridColumn::Align::kLeft:
+      break;
+  }
+  return QVariant(Qt::AlignLeft | Qt::AlignVCenter);
 }
 
 void GridModel::Renew() {

@@ -22,6 +22,8 @@ class GridModel final : public QAbstractTableModel {
   void RenewHeader();
 
  private:
+  QVariant Alignment(std::size_t column) const;
+
   const DataGrid& grid_;
   int rows_ = 0;  ///< as the widget knows them: the recordset may be ahead until Renew
   int columns_ = 0;
