@@ -151,7 +151,7 @@ class TextBoxView final : public TypedView<TextBox, QLineEdit> {
 
  private:
   void Typed(const QString& text) {
-    Act([&] { control_.UserType(text.toStdString()); });
+    Act([&] { control_.UserType(text.toStdString(), widget_->cursorPosition()); });
     if (!IsDead()) Selected();
   }
 
@@ -318,6 +318,8 @@ class MonthViewView final : public TypedView<MonthView, QCalendarWidget> {
     widget->setFirstDayOfWeek(Qt::Monday);
     widget->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
     connect(widget, &QCalendarWidget::clicked, this, [this](const QDate& day) { Pick(day); });
+    // The keyboard's place is inside the calendar, in the table of days.
+    for (QWidget* part : widget->findChildren<QWidget*>()) part->installEventFilter(this);
     if (const QString below = widget->property("below").toString(); !below.isEmpty()) {
       anchor_ = widget->window()->findChild<QWidget*>(below);
       const QSize size = widget->sizeHint();
