@@ -87,6 +87,8 @@ FormWindow::FormWindow(ViewContext context, Form& form)
   form.SetView(this);
 }
 
+FormWindow::~FormWindow() = default;
+
 void FormWindow::BindControls() {
   for (Control* control : form_->Controls()) {
     const QString name = QString::fromStdString(control->Name());

@@ -18,6 +18,7 @@ namespace zrt {
 class FormWindow final : public QObject, public ElementView {
  public:
   FormWindow(ViewContext context, Form& form);
+  ~FormWindow() override;
 
   void Open(bool modal);
   /// Returns when the form is hidden.
