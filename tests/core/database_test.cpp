@@ -61,8 +61,9 @@ TEST_F(Database, CyrillicIsKeptAsTheTerminalsKeepIt) {
 }
 
 TEST_F(Database, CellsOfEveryKind) {
-  shop_.Sql("INSERT INTO T VALUES (-7,'',  '2026-11-15 00:00:00',1234.500,0.5),(NULL,NULL,NULL,NULL,NULL),"
-            "(7,'1,25','2026-11-15 08:05:00',0.125,1e10)");
+  shop_.Sql(
+      "INSERT INTO T VALUES (-7,'',  '2026-11-15 00:00:00',1234.500,0.5),(NULL,NULL,NULL,NULL,NULL),"
+      "(7,'1,25','2026-11-15 08:05:00',0.125,1e10)");
   set_.Open("SELECT N,TXT,D,DEC3,F,ROUND(N/1000,3) As R FROM T", connection_);
   const RegionalFormat format;
   EXPECT_EQ(set_.Field(0).Int(), -7);
@@ -158,8 +159,9 @@ TEST_F(Database, ManyRowsAndLongTexts) {
 TEST_F(Database, FindsByTheBeginningOfAText) {
   shop_.Sql("INSERT INTO T (N,TXT) VALUES (1,'Кофе'),(2,'Чай'),(3,'ЧАЙ зелёный'),(4,'100% сок'),(5,NULL)");
   set_.Open("SELECT N,TXT FROM T ORDER BY N", connection_);
-  const std::pair<const char*, int> kCases[] = {{"TXT LIKE 'ча%'", 2},   {"txt like 'чай З%'", 3}, {"TXT LIKE 'ай%'", 6},
-                                                {"TXT LIKE '100%%'", 4}, {"TXT LIKE '%'", 1},      {"TXT LIKE 'чай'", 2}};
+  const std::pair<const char*, int> kCases[] = {{"TXT LIKE 'ча%'", 2}, {"txt like 'чай З%'", 3},
+                                                {"TXT LIKE 'ай%'", 6}, {"TXT LIKE '100%%'", 4},
+                                                {"TXT LIKE '%'", 1},   {"TXT LIKE 'чай'", 2}};
   for (const auto& [criterion, row] : kCases) {
     set_.MoveFirst();
     set_.Find(criterion);

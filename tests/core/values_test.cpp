@@ -37,8 +37,9 @@ TEST(Text, CountsCharactersNotBytes) {
 }
 
 TEST(Numbers, RoundToTheEvenNeighbour) {
-  const std::pair<double, std::int32_t> kCases[] = {{0.5, 0},  {1.5, 2},  {2.5, 2},       {3.5, 4},         {-0.5, 0},
-                                                    {-1.5, -2}, {-2.5, -2}, {2.4999999, 2}, {2.5000001, 3}, {1e9, 1000000000}};
+  const std::pair<double, std::int32_t> kCases[] = {{0.5, 0},       {1.5, 2},         {2.5, 2},   {3.5, 4},
+                                                    {-0.5, 0},      {-1.5, -2},       {-2.5, -2}, {2.4999999, 2},
+                                                    {2.5000001, 3}, {1e9, 1000000000}};
   for (const auto& [value, rounded] : kCases) EXPECT_EQ(ToInt32(value), rounded) << value;
 }
 
@@ -82,12 +83,27 @@ TEST(RegionalFormat, ShowsNumbersTheRussianWay) {
 
 TEST(RegionalFormat, ReadsWhatTheOperatorTypes) {
   const RegionalFormat format;
-  const std::pair<const char*, std::optional<double>> kCases[] = {
-      {"1,5", 1.5},          {"-12", -12.0},  {" 7 ", 7.0},       {"+3", 3.0},           {"1\u00A0234,50", 1234.5},
-      {",5", 0.5},           {"5,", 5.0},     {"1.5", {}},        {"", {}},              {" ", {}},
-      {"12a", {}},           {"1e", {}},      {"1,2,3", {}},      {"-", {}},             {",", {}},
-      {"--1", {}},           {"'1'", {}},     {"0x10", {}},       {"nan", {}},           {"inf", {}},
-      {"12345678901", 12345678901.0}};
+  const std::pair<const char*, std::optional<double>> kCases[] = {{"1,5", 1.5},
+                                                                  {"-12", -12.0},
+                                                                  {" 7 ", 7.0},
+                                                                  {"+3", 3.0},
+                                                                  {"1\u00A0234,50", 1234.5},
+                                                                  {",5", 0.5},
+                                                                  {"5,", 5.0},
+                                                                  {"1.5", {}},
+                                                                  {"", {}},
+                                                                  {" ", {}},
+                                                                  {"12a", {}},
+                                                                  {"1e", {}},
+                                                                  {"1,2,3", {}},
+                                                                  {"-", {}},
+                                                                  {",", {}},
+                                                                  {"--1", {}},
+                                                                  {"'1'", {}},
+                                                                  {"0x10", {}},
+                                                                  {"nan", {}},
+                                                                  {"inf", {}},
+                                                                  {"12345678901", 12345678901.0}};
   for (const auto& [text, value] : kCases) EXPECT_EQ(format.ParseNumber(text), value) << text;
   EXPECT_THROW(format.ToNumber("1.5"), TypeMismatch);
 }
