@@ -15,7 +15,7 @@ constexpr int kLinesAnOrder = 4;  ///< on average
 constexpr int kOpenOrders = 8;
 constexpr int kMinutesADay = 24 * 60;
 constexpr int kLastOrder = 27 * 60;  ///< three in the morning
-constexpr int kDaysBeforeExport = 7;
+constexpr int kDaysBeforeExport = 3;
 
 std::string Stamp(const Date& day, int minute, int second) {
   const Date date = AddDays(day, minute / kMinutesADay);
