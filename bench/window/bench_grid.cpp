@@ -1,5 +1,7 @@
-// bench_grid HOST SCHEMA [ROWS]: a grid over a large set of sold lines: how long it takes to show once the data are there,
-// and the slowest step of scrolling through it page by page.
+// bench_grid HOST SCHEMA [ROWS]: a grid over a large set of sold lines: how long it takes to show once the data are
+// there, and the slowest step of scrolling through it page by page.
+
+#include <fmt/format.h>
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -71,7 +73,8 @@ int main(int argc, char** argv) {
     slowest = std::max(slowest, one);
     sum += one;
   }
-  std::cout << fmt::format("| grid of {} rows | shown after {:.1f} ms | scrolls a step in {:.1f} ms, slowest {:.1f} ms |\n",
-                           sales.RecordCount(), shown, sum / (kSteps + 1), slowest);
+  std::cout << fmt::format(
+      "| grid of {} rows | shown after {:.1f} ms | scrolls a step in {:.1f} ms, slowest {:.1f} ms |\n",
+      sales.RecordCount(), shown, sum / (kSteps + 1), slowest);
   return 0;
 }

@@ -1,18 +1,19 @@
-// bench_startup HOST SCHEMA: how long start-up takes up to the painted window, beside the time that its statements alone
-// take on the bare client library. Both are medians of the same run.
-
-#include <mysql.h>
+// bench_startup HOST SCHEMA: how long start-up takes up to the painted window, beside the time that its statements
+// alone take on the bare client library. Both are medians of the same run.
 
 #include <QApplication>
-#include <chrono>
 #include <iostream>
 
+#include "../bare_client.h"
 #include "app/app.h"
 #include "platform/system_clock.h"
 #include "ui/qt/qt_application.h"
 #include "ui/qt/qt_desktop.h"
 
 namespace {
+
+using zrt::bench::Median;
+using zrt::bench::Seconds;
 
 constexpr int kRounds = 5;
 
@@ -24,18 +25,6 @@ class Recorder final : public zrt::FaultSource {
   }
   std::vector<std::string> statements;
 };
-
-template <class Work>
-double Seconds(Work&& work) {
-  const auto begin = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
-}
-
-double Median(std::vector<double> all) {
-  std::sort(all.begin(), all.end());
-  return all[all.size() / 2];
-}
 
 double StartUp(const zrt::DatabaseAddress& address, std::vector<std::string>& statements) {
   const zrt::SystemClock clock;
@@ -57,18 +46,8 @@ double StartUp(const zrt::DatabaseAddress& address, std::vector<std::string>& st
 /// Connecting and the statements alone, results stored by the client as the program does.
 double Bare(const zrt::DatabaseAddress& address, const std::vector<std::string>& statements) {
   return Seconds([&] {
-    MYSQL* connection = mysql_init(nullptr);
-    mysql_options(connection, MYSQL_SET_CHARSET_NAME, "latin1");
-    if (mysql_real_connect(connection, address.host.c_str(), address.account.c_str(), "41730926",
-                           address.schema.c_str(), 3306, nullptr, 0) == nullptr) {
-      throw std::runtime_error(mysql_error(connection));
-    }
-    mysql_query(connection, "SET SESSION sql_mode='NO_ENGINE_SUBSTITUTION'");
-    for (const std::string& statement : statements) {
-      if (mysql_query(connection, statement.c_str()) != 0) throw std::runtime_error(mysql_error(connection));
-      mysql_free_result(mysql_store_result(connection));
-    }
-    mysql_close(connection);
+    zrt::bench::BareClient client(address.host, address.schema);
+    for (const std::string& statement : statements) mysql_free_result(client.Run(statement));
   });
 }
 
@@ -92,8 +71,7 @@ int main(int argc, char** argv) {
   }
   const double total = Median(program);
   const double alone = Median(bare);
-  std::cout << fmt::format(
-      "| start-up, {} statements | {:.3f} s | {:.3f} s | {:.2f} | {:+.3f} s beyond 1.2 times |\n", statements.size(),
-      total, alone, total / alone, total - 1.2 * alone);
+  std::cout << fmt::format("| start-up, {} statements | {:.3f} s | {:.3f} s | {:.2f} | {:+.3f} s beyond 1.2 times |\n",
+                           statements.size(), total, alone, total / alone, total - 1.2 * alone);
   return 0;
 }
