@@ -1,151 +1,139 @@
-// zrt_demo: prints the database of a demonstration shop as an SQL script, in the bytes that the database keeps:
-//
-//   zrt_demo [OPTION VALUE ...] | mariadb --default-character-set=latin1 zrt
-//
-//   --seed N       another shop of the same kind (1)
-//   --now MOMENT   "yyyy-mm-dd hh:mm:ss" or "yyyy-mm-dd": when the sales end (the machine's clock)
-//   --days N       shifts in the database (92)
-//   --lines N      sold lines in all shifts together (24000)
-//   --products N   size of the catalogue (400)
-//   --mode MODE    normal, register, lite or restricted (normal)
-//   --version N    4, or 0 for a database that the program has never seen (4)
-//
-// The same options give the same bytes.
+// zrt_demo: writes the demonstration shop as an SQL script in windows-1251, to be piped into the bare client. The same
+// options give the same bytes.
 
 #include <fmt/format.h>
 
-#include <chrono>
 #include <cstdio>
 #include <ctime>
 #include <fstream>
-#include <iterator>
+#include <iostream>
 #include <map>
-#include <stdexcept>
-#include <string>
-#include <string_view>
+#include <sstream>
 
 #include "catalogue.h"
+#include "core/errors.h"
 #include "core/schema.h"
-#include "random.h"
+#include "platform/system_clock.h"
 #include "sales_history.h"
-#include "script_writer.h"
-#include "shop.h"
 
-namespace zrt::tools {
 namespace {
 
+using namespace zrt::tools;
+
+constexpr const char* kUsage =
+    "usage: zrt_demo [OPTION VALUE ...]\n"
+    "  --lines N        sold lines (40000)\n"
+    "  --products N     products of the catalogue (400)\n"
+    "  --mode MODE      normal, register, lite or restricted (register)\n"
+    "  --version V      of the schema: 4, or 0 as the terminals bring it (4)\n"
+    "  --now MOMENT     \"yyyy-mm-dd hh:mm:ss\": the end of what was sold (the machine's clock)\n"
+    "  --seed N         another shop of the same kind (1)\n";
+
+const std::map<std::string, int> kModes = {{"normal", 0}, {"register", -1}, {"lite", 1}, {"restricted", 2}};
+
 struct Options {
-  int seed = 1;
+  int lines = 40000;
   int products = 400;
-  int version = 4;
-  std::string mode = "normal";
-  HistoryPlan history;
+  int mode = -1;
+  bool upgraded = true;
+  zrt::DateTime now = zrt::SystemClock().Now();
+  unsigned seed = 1;
 };
 
-const std::map<std::string, int, std::less<>> kModes = {
-    {"normal", 0}, {"register", -1}, {"lite", 1}, {"restricted", 2}};
-
-DateTime MachineTime() {
-  const std::time_t now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
-  std::tm local{};
-  localtime_r(&now, &local);
-  return {{local.tm_year + 1900, local.tm_mon + 1, local.tm_mday}, local.tm_hour, local.tm_min, local.tm_sec};
-}
-
-Options ReadOptions(int count, char** words) {
-  Options options;
-  options.history.now = MachineTime();
-  for (int i = 1; i < count; i += 2) {
-    const std::string_view name = words[i];
-    if (i + 1 == count) throw std::invalid_argument(fmt::format("{} needs a value", name));
-    const std::string value = words[i + 1];
-    if (name == "--seed") {
-      options.seed = std::stoi(value);
-    } else if (name == "--now") {
-      const std::optional<DateTime> now = ParseSqlDateTime(value);
-      if (!now) throw std::invalid_argument(fmt::format("--now {}: not a moment", value));
-      options.history.now = *now;
-    } else if (name == "--days") {
-      options.history.days = std::stoi(value);
-    } else if (name == "--lines") {
-      options.history.lines = std::stoi(value);
+bool Read(int argc, char** argv, Options& options) {
+  for (int i = 1; i + 1 < argc; i += 2) {
+    const std::string name = argv[i];
+    const std::string value = argv[i + 1];
+    if (name == "--lines") {
+      options.lines = std::stoi(value);
     } else if (name == "--products") {
       options.products = std::stoi(value);
-    } else if (name == "--mode" && kModes.contains(value)) {
-      options.mode = value;
+    } else if (name == "--mode" && kModes.count(value) != 0) {
+      options.mode = kModes.at(value);
     } else if (name == "--version" && (value == "0" || value == "4")) {
-      options.version = std::stoi(value);
+      options.upgraded = value == "4";
+    } else if (const auto now = zrt::ParseSqlDateTime(value); name == "--now" && now) {
+      options.now = *now;
+    } else if (name == "--seed") {
+      options.seed = static_cast<unsigned>(std::stoul(value));
     } else {
-      throw std::invalid_argument(fmt::format("unknown: {} {}", name, value));
+      return false;
     }
   }
-  if (options.history.days < 1) throw std::invalid_argument("--days: at least the current shift is needed");
-  options.history.upgraded = options.version > 0;
-  return options;
+  return argc % 2 == 1 && options.lines > 0;
 }
 
-std::string ReadScript(const char* name) {
-  const std::string path = std::string(ZRT_DATA_DIR "/") + name;
+std::string ReadFile(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
-  if (!file) throw std::runtime_error("can't read " + path);
-  return {std::istreambuf_iterator<char>(file), {}};
+  if (!file) throw zrt::FileError(path, "can't be read");
+  std::ostringstream text;
+  text << file.rdbuf();
+  return text.str();
 }
 
-void WriteProducts(ScriptWriter& script, const std::vector<Product>& catalogue, const SalesHistory& history,
-                   const Options& options, Random& random) {
+void WriteCatalogue(ScriptWriter& script, const std::vector<Product>& catalogue, const SalesHistory& sales,
+                    bool upgraded, Random& random) {
   for (const Product& product : catalogue) {
-    const auto sold = history.CurrentSales().find(product.cod);
-    // Without posted documents the register knows of no stock.
-    const bool stocked = options.mode != "register" && !product.service;
-    const int stock = stocked ? random.Between(-2, 120) * 1000 : 0;
-    std::string columns = "COD,COD1,NAME,OST,KOL,PRISE,BARCODE,NDS,REZ";
-    std::string values = fmt::format("{},1,{},{},{},{},'{}',{},{}", product.cod, Quoted(product.name), stock,
-                                     sold == history.CurrentSales().end() ? 0 : sold->second, product.price,
-                                     product.barcode, product.tax, product.category);
-    if (options.version > 0) {
-      columns += ",N1,N2,N4,N5,N6,N7,T1,UKT";
+    const auto entry = sales.CurrentSales().find(product.cod);
+    const std::int64_t sold = entry == sales.CurrentSales().end() ? 0 : entry->second;
+    const std::int64_t stock = product.service ? 0 : random.Between(0, 120) * 1000 + sold;
+    std::string values = fmt::format("{},1,{},{},{},{},'{}',{},{}", product.cod, Quoted(product.name), stock, sold,
+                                     product.price, product.barcode, product.tax, product.category);
+    if (upgraded) {
       values +=
           fmt::format(",{},{},{},{},{},{},'00.00.0000','{}'", product.excise, product.location, product.scale_code,
                       product.parts * 1000, product.service ? "0" : "NULL", product.portion, product.ukt);
     }
-    script.Row("TOVAR", columns, values);
+    script.Row("TOVAR",
+               upgraded ? "COD,COD1,NAME,OST,KOL,PRISE,BARCODE,NDS,REZ,N1,N2,N4,N5,N6,N7,T1,UKT"
+                        : "COD,COD1,NAME,OST,KOL,PRISE,BARCODE,NDS,REZ",
+               values);
   }
 }
 
-void WriteDatabase(const Options& options, std::FILE* out) {
-  ScriptWriter script(out);
-  Random random(static_cast<std::uint64_t>(options.seed));
+void WriteShop(const Options& options) {
+  ScriptWriter script(stdout);
+  Random random(options.seed);
   const std::vector<Product> catalogue = MakeCatalogue(options.products);
   std::vector<Card> cards = MakeCards();
-  const bool upgraded = options.version > 0;
 
-  script.Script(ReadScript("base_schema.sql"));
-  if (upgraded) {
-    for (const std::string& statement : UpgradeStatements()) script.Statement(statement);
-    if (options.mode == "register") {
-      for (const std::string& statement : DocumentTableStatements()) script.Statement(statement);
+  script.Statement("SET SESSION sql_mode='NO_ENGINE_SUBSTITUTION'");
+  script.Script(ReadFile(ZRT_DATA_DIR "/base_schema.sql"));
+  if (options.upgraded) {
+    for (const std::string& statement : zrt::UpgradeStatements()) script.Statement(statement);
+    if (options.mode == kModes.at("register")) {
+      for (const std::string& statement : zrt::DocumentTableStatements()) script.Statement(statement);
     }
-    WriteSettings(script, kModes.at(options.mode));
-    WritePanels(script, catalogue);
   }
-  WriteStaff(script, upgraded);
-  SalesHistory history(options.history, catalogue, cards, script, random);
-  history.Write();
-  WriteProducts(script, catalogue, history, options, random);
-  WriteCards(script, cards, upgraded, random);
-  script.Script(ReadScript("tune.sql"));
+  script.Statement("SET autocommit=0");
+  SalesHistory sales(script, random, catalogue, cards, options.upgraded);
+  sales.Write(options.lines, options.now);
+  WriteCatalogue(script, catalogue, sales, options.upgraded, random);
+  WriteStaff(script, options.upgraded);
+  WriteCards(script, cards, options.upgraded, random);
+  if (options.upgraded) {
+    WritePanels(script, catalogue);
+    WriteSettings(script, options.mode, ShiftHourAt(options.now));
+  }
+  script.Statement("COMMIT");
+  script.Statement("SET autocommit=1");
+  if (options.upgraded) script.Script(ReadFile(ZRT_DATA_DIR "/tune.sql"));
   script.Flush();
 }
 
 }  // namespace
-}  // namespace zrt::tools
 
 int main(int argc, char** argv) {
+  Options options;
   try {
-    zrt::tools::WriteDatabase(zrt::tools::ReadOptions(argc, argv), stdout);
+    if (!Read(argc, argv, options)) {
+      std::cerr << kUsage;
+      return 2;
+    }
+    WriteShop(options);
     return 0;
-  } catch (const std::exception& failure) {
-    fmt::print(stderr, "zrt_demo: {}\n", failure.what());
+  } catch (const std::exception& error) {
+    std::cerr << "zrt_demo: " << error.what() << "\n";
     return 1;
   }
 }

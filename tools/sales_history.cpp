@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <numeric>
 
 namespace zrt::tools {
 namespace {
@@ -20,8 +21,13 @@ constexpr int kTables = 24;
 /// Each terminal counts its own orders and has been in use for a different time.
 constexpr int kNumbersPerTerminal = 200'000;
 
-/// How many orders begin in an hour of the shift; the café closes at half past two.
-constexpr std::array kOrdersByHour = {2, 4, 4, 5, 9, 9, 6, 4, 4, 5, 8, 10, 10, 8, 6, 4, 3, 2};
+/// Sold lines of an ordinary day; the shop has kept them for three years at the most.
+constexpr int kLinesADay = 400;
+constexpr int kMostDays = 1100;
+
+/// How many orders begin in an hour of the shift; the last guests come before three in the morning.
+constexpr std::array kOrdersByHour = {2, 4, 4, 5, 9, 9, 6, 4, 4, 5, 8, 10, 10, 8, 7, 6, 6, 5, 4};
+constexpr int kHoursOpen = static_cast<int>(kOrdersByHour.size());
 /// Monday to Sunday.
 constexpr std::array kOrdersByWeekDay = {80, 80, 90, 100, 150, 170, 110};
 
@@ -42,38 +48,53 @@ struct SalesHistory::Order {
   Card* card = nullptr;
   std::vector<SoldLine> lines;
   std::vector<const Product*> products;  ///< of the lines; nullptr for a surcharge
+  std::vector<int> moments;              ///< of the lines, seconds of the day
 };
 
-SalesHistory::SalesHistory(const HistoryPlan& plan, const std::vector<Product>& catalogue, std::vector<Card>& cards,
-                           ScriptWriter& script, Random& random)
-    : plan_(plan), catalogue_(catalogue), cards_(cards), script_(script), random_(random), waiters_(WaiterCodes()) {
-  for (int day = 0; day < plan_.days + 2; ++day) dates_.push_back(AddDays(plan_.now.date, day - plan_.days + 1));
-  for (const Product& product : catalogue_) (product.group == Group::kShop ? goods_ : dishes_).push_back(&product);
+int ShiftHourAt(const DateTime& now) {
+  return now.hour < kShiftHour ? 0 : kShiftHour;
+}
+
+SalesHistory::SalesHistory(ScriptWriter& script, Random& random, const std::vector<Product>& catalogue,
+                           std::vector<Card>& cards, bool upgraded)
+    : script_(script), random_(random), cards_(cards), upgraded_(upgraded), waiters_(WaiterCodes()) {
+  for (const Product& product : catalogue) (product.group == Group::kShop ? goods_ : dishes_).push_back(&product);
   for (int terminal = 1; terminal <= kShopTerminal; ++terminal) {
     next_number_[terminal] = (terminal - 1) * kNumbersPerTerminal + 1;
   }
-  // Whoever starts the demonstration before noon still finds a morning's sales in the current shift.
-  end_of_current_ = std::max(plan_.now.hour * kHour + plan_.now.minute * kMinute + plan_.now.second, 12 * kHour);
 }
 
-void SalesHistory::Write() {
-  std::vector<std::int64_t> weights;
-  std::int64_t sum = 0;
-  for (int day = 0; day < plan_.days; ++day) {
-    std::int64_t weight =
-        10 * kOrdersByWeekDay[static_cast<std::size_t>(WeekDay(dates_[static_cast<std::size_t>(day)]) - 1)];
-    if (day == plan_.days - 1) weight = weight * (end_of_current_ - kShiftHour * kHour) / (18 * kHour);
-    weights.push_back(weight);
-    sum += weight;
-  }
-  std::int64_t done = 0, passed = 0;
-  for (int day = 0; day < plan_.days; ++day) {
-    passed += weights[static_cast<std::size_t>(day)];
-    const std::int64_t until = plan_.lines * passed / sum;
-    WriteShift(day, static_cast<int>(until - done));
-    done = until;
-  }
+void SalesHistory::Write(int lines, const DateTime& now) {
+  days_ = std::clamp(lines / kLinesADay, 1, kMostDays);
+  const bool night = now.hour < kShiftHour;
+  for (int day = 0; day < days_ + 2; ++day) dates_.push_back(AddDays(now.date, day - days_ + (night ? 0 : 1)));
+  current_from_ = night ? kDay : 0;
+  end_ = current_from_ + now.hour * kHour + now.minute * kMinute + now.second;
+  // A shop that has just opened has had a guest or two.
+  end_ = std::max(end_, kShiftHour * kHour + 10 * kMinute);
+
+  const std::vector<int> lines_by_day = LinesByDay(lines);
+  for (int day = 0; day < days_; ++day) WriteShift(day, lines_by_day[static_cast<std::size_t>(day)]);
   WriteOpenReceipts();
+}
+
+std::vector<int> SalesHistory::LinesByDay(int lines) const {
+  std::vector<std::int64_t> weights;
+  for (int day = 0; day < days_; ++day) {
+    const Date& date = dates_[static_cast<std::size_t>(day)];
+    weights.push_back(kOrdersByWeekDay[static_cast<std::size_t>(WeekDay(date) - 1)] * kHoursOpen);
+  }
+  const int hours_today = std::clamp(end_ / kHour - kShiftHour, 1, kHoursOpen);
+  weights.back() = weights.back() * hours_today / kHoursOpen;
+  const std::int64_t all = std::accumulate(weights.begin(), weights.end(), std::int64_t{0});
+  std::vector<int> lines_by_day;
+  std::int64_t passed = 0;
+  for (const std::int64_t weight : weights) {
+    const std::int64_t before = lines * passed / all;
+    passed += weight;
+    lines_by_day.push_back(static_cast<int>(lines * passed / all - before));
+  }
+  return lines_by_day;
 }
 
 void SalesHistory::WriteShift(int day, int lines) {
@@ -82,10 +103,10 @@ void SalesHistory::WriteShift(int day, int lines) {
     int second, lines;
   };
   std::vector<Start> starts;
-  const bool current = day == plan_.days - 1;
+  const bool current = day == days_ - 1;
   while (lines > 0) {
     int second = PickStart();
-    while (current && second >= end_of_current_) second = PickStart();
+    while (current && second >= end_) second = PickStart();
     const int count = std::min(lines, random_.Between(1, 5));
     starts.push_back({second, count});
     lines -= count;
@@ -99,7 +120,7 @@ void SalesHistory::WriteOrder(int day, int start, int lines) {
   order.day = day;
   order.opened = start;
   // What the current shift has sold hasn't been copied to the reserve server yet.
-  if (day < plan_.days - 1) {
+  if (day < days_ - 1) {
     const Date& copied = dates_[static_cast<std::size_t>(day) + 1];
     order.row.export_mark = copied.day * 10000 + copied.month * 100 + copied.year % 100;
   }
@@ -120,7 +141,7 @@ void SalesHistory::WriteShopReceipt(Order& order, int lines) {
   for (int i = 0; i < lines; ++i) AddLine(order, PickProduct(true), order.opened + i * random_.Between(5, 20));
   order.closed = order.opened + 2 * kMinute;
   // Sometimes a purchase comes back.
-  if (lines == 1 && random_.Percent(4)) {
+  if (lines == 1 && random_.Percent(12)) {
     order.row.oper = "Возврат";
     order.lines.front().kol *= -1;
   } else {
@@ -168,6 +189,7 @@ void SalesHistory::AddLine(Order& order, const Product& product, int moment) {
   line.ukt = product.ukt;
   order.lines.push_back(std::move(line));
   order.products.push_back(&product);
+  order.moments.push_back(moment);
 }
 
 void SalesHistory::AddSurcharge(Order& order) {
@@ -181,6 +203,7 @@ void SalesHistory::AddSurcharge(Order& order) {
   line.status = StatusText("наценка", TimeText(order.closed - kMinute));
   order.lines.push_back(std::move(line));
   order.products.push_back(nullptr);
+  order.moments.push_back(order.closed);
 }
 
 void SalesHistory::GiveDiscount(Order& order) {
@@ -203,10 +226,10 @@ void SalesHistory::GiveDiscount(Order& order) {
 void SalesHistory::CloseOrder(Order& order) {
   CashRow& row = order.row;
   const bool shop = row.ter == kShopTerminal;
-  const bool current = order.day == plan_.days - 1;
+  const bool current = order.day == days_ - 1;
   // A waiter may forget to close an order; it stays open for good.
   const bool forgotten = !shop && random_.Below(400) == 0;
-  order.is_closed = !forgotten && !(current && order.closed > end_of_current_ && !shop);
+  order.is_closed = !forgotten && !(current && order.closed > end_ && !shop);
   row.state = order.is_closed ? kClosed : random_.Percent(40) ? kBillPrinted : kOpen;
   if (!order.is_closed) row.export_mark.reset();
   // The shop's till and what is taken away have no table. The copying to a reserve server refuses a missing number, so
@@ -226,9 +249,9 @@ void SalesHistory::CloseOrder(Order& order) {
     if (row.fiscal) line.fiscal = line.excise != 0 ? 1 : *row.fiscal;
     row.sum1 += line.Gross();
     row.skid += line.skid;
-    if (current) current_sales_[line.cod] += line.kol;
-    script_.Row("PROD", std::string(kProdBaseColumns) + (plan_.upgraded ? kProdAddedColumns : ""),
-                BaseValues(line) + (plan_.upgraded ? AddedValues(line) : ""));
+    if (current && order.moments[i] >= current_from_) current_sales_[line.cod] += line.kol;
+    script_.Row("PROD", std::string(kProdBaseColumns) + (upgraded_ ? kProdAddedColumns : ""),
+                BaseValues(line) + (upgraded_ ? AddedValues(line) : ""));
     const bool marked = line.excise != 0 && order.products[i]->portion >= 500;
     if (marked && random_.Percent(20)) {
       script_.Row(
@@ -247,9 +270,9 @@ void SalesHistory::CloseOrder(Order& order) {
 }
 
 void SalesHistory::PutCash(const Order& order, int closed, const std::string& text) {
-  const std::string columns = std::string(kKassaBaseColumns) + (plan_.upgraded ? kKassaAddedColumns : "");
+  const std::string columns = std::string(kKassaBaseColumns) + (upgraded_ ? kKassaAddedColumns : "");
   const auto put = [&](const CashRow& row) {
-    script_.Row("KASSA", columns, BaseValues(row) + (plan_.upgraded ? AddedValues(row) : ""));
+    script_.Row("KASSA", columns, BaseValues(row) + (upgraded_ ? AddedValues(row) : ""));
   };
   CashRow row = order.row;
   row.text = text;
@@ -286,7 +309,7 @@ void SalesHistory::Annul(const Order& order, int moment) {
 }
 
 void SalesHistory::WriteDrawer(int day) {
-  const std::string columns = std::string(kKassaBaseColumns) + (plan_.upgraded ? kKassaAddedColumns : "");
+  const std::string columns = std::string(kKassaBaseColumns) + (upgraded_ ? kKassaAddedColumns : "");
   const auto put = [&](const char* oper, int plus, int minus, int second) {
     CashRow row;
     row.oper = oper;
@@ -297,26 +320,26 @@ void SalesHistory::WriteDrawer(int day) {
     row.opened = row.closed = SqlMoment(day, second);
     row.table = 0;
     row.state = 0;
-    script_.Row("KASSA", columns, BaseValues(row) + (plan_.upgraded ? AddedValues(row) : ""));
+    script_.Row("KASSA", columns, BaseValues(row) + (upgraded_ ? AddedValues(row) : ""));
   };
   put("Внесение", 5000, 0, kShiftHour * kHour + 5 * kMinute);
-  if (day < plan_.days - 1) put("Изъятие", 0, 100 * random_.Between(100, 400), 27 * kHour);
+  if (day < days_ - 1) put("Изъятие", 0, 100 * random_.Between(100, 400), 27 * kHour);
 }
 
 void SalesHistory::WriteOpenReceipts() {
-  const int day = plan_.days - 1;
+  const int day = days_ - 1;
   for (int terminal = 1; terminal <= kShopTerminal; ++terminal) {
     Order order;
     order.day = day;
     const int lines = random_.Between(2, 5);
-    for (int i = 0; i < lines; ++i) AddLine(order, PickProduct(terminal == kShopTerminal), end_of_current_);
+    for (int i = 0; i < lines; ++i) AddLine(order, PickProduct(terminal == kShopTerminal), end_);
     // One guest orders the same again.
-    if (terminal == 2) AddLine(order, *order.products.front(), end_of_current_);
+    if (terminal == 2) AddLine(order, *order.products.front(), end_);
     for (std::size_t i = 0; i < order.lines.size(); ++i) {
       script_.Row(fmt::format("CHECK{}", terminal),
-                  std::string(kCheckBaseColumns) + (plan_.upgraded ? kCheckAddedColumns : ""),
+                  std::string(kCheckBaseColumns) + (upgraded_ ? kCheckAddedColumns : ""),
                   CheckBaseValues(order.lines[i], order.products[i]->tax) +
-                      (plan_.upgraded ? CheckAddedValues(order.lines[i]) : ""));
+                      (upgraded_ ? CheckAddedValues(order.lines[i]) : ""));
     }
   }
 }
@@ -339,7 +362,7 @@ int SalesHistory::PickStart() {
 }
 
 std::int64_t SalesHistory::PriceOn(const Product& product, int day) const {
-  if (day >= plan_.days - kPriceRiseDaysAgo) return product.price;
+  if (day >= days_ - kPriceRiseDaysAgo) return product.price;
   return product.price - product.price / 2000 * 100;
 }
 
@@ -357,7 +380,7 @@ std::string SalesHistory::ScreenMoment(int day, int second) const {
 
 DateTime SalesHistory::Moment(int day, int second) const {
   // Nothing has happened yet after the end of the current shift.
-  if (day == plan_.days - 1) second = std::min(second, end_of_current_);
+  if (day == days_ - 1) second = std::min(second, end_);
   const int rest = second % kDay;
   return {dates_[static_cast<std::size_t>(day + second / kDay)], rest / kHour, rest / kMinute % 60, rest % 60};
 }

@@ -13,30 +13,29 @@
 
 namespace zrt::tools {
 
-/// Length and size of the history.
-struct HistoryPlan {
-  DateTime now;        ///< the current shift is the one of this day
-  int days = 92;       ///< shifts, the current one included
-  int lines = 24'000;  ///< sold lines (rows of PROD) of all shifts together
-  bool upgraded = true;
-};
+/// Hour of the shift change that shows what was sold right before `now`. The program opens on the calendar day, and
+/// before the shift changes that day's shift is still to come: a shop that is made at night counts its days from
+/// midnight.
+int ShiftHourAt(const DateTime& now);
 
-/// What the terminals have written: sold lines, cash operations, annulled lines, excise marks and open receipts. All
-/// but the current shift has been copied to a reserve server.
+/// What the terminals have written: sold lines, cash operations, annulled lines, excise marks and open receipts of
+/// shifts up to `now`. All but the last shift has been copied to a reserve server.
 class SalesHistory {
  public:
-  SalesHistory(const HistoryPlan& plan, const std::vector<Product>& catalogue, std::vector<Card>& cards,
-               ScriptWriter& script, Random& random);
+  /// `upgraded`: the tables have the columns that the schema's upgrades add. `cards` take what is sold on them.
+  SalesHistory(ScriptWriter& script, Random& random, const std::vector<Product>& catalogue, std::vector<Card>& cards,
+               bool upgraded);
 
-  /// Writes exactly `plan.lines` rows of PROD and everything that goes with them. Accumulates the sums of the cards.
-  void Write();
+  /// Writes exactly `lines` rows of PROD and everything that goes with them, over as many shifts as such a shop needs.
+  void Write(int lines, const DateTime& now);
 
-  /// Quantity sold in the current shift by product code, thousandths.
+  /// Quantity sold since the last change of shift (ShiftHourAt) by product code, thousandths.
   const std::map<int, std::int64_t>& CurrentSales() const { return current_sales_; }
 
  private:
   struct Order;
 
+  std::vector<int> LinesByDay(int lines) const;
   void WriteShift(int day, int lines);
   void WriteOrder(int day, int start, int lines);
   void WriteShopReceipt(Order& order, int lines);
@@ -58,16 +57,17 @@ class SalesHistory {
   std::string ScreenMoment(int day, int second) const;
   static std::string TimeText(int second);
 
-  HistoryPlan plan_;
-  const std::vector<Product>& catalogue_;
-  std::vector<Card>& cards_;
   ScriptWriter& script_;
   Random& random_;
+  std::vector<Card>& cards_;
+  bool upgraded_;
+  int days_ = 0;
   std::vector<Date> dates_;  ///< by day of the history, and the two after its end
   std::vector<const Product*> dishes_, goods_;
   std::vector<int> waiters_;
   std::map<int, int> next_number_;  ///< by terminal
-  int end_of_current_ = 0;          ///< second of the last day up to which there are sales
+  int current_from_ = 0;            ///< second of the last day since which CurrentSales counts
+  int end_ = 0;                     ///< second of the last day up to which there are sales
   std::map<int, std::int64_t> current_sales_;
 };
 

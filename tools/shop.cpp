@@ -160,9 +160,9 @@ void WritePanels(ScriptWriter& script, const std::vector<Product>& catalogue) {
   PutKey(script, 10, kKeysPerLevel - 2, catalogue.front().cod);
 }
 
-void WriteSettings(ScriptWriter& script, int mode) {
-  script.Statement(fmt::format("UPDATE CONST SET N8={}, N9={}, N10={} WHERE COD=5", kShiftHour, Quoted(kKitchen1),
-                               Quoted(kKitchen2)));
+void WriteSettings(ScriptWriter& script, int mode, int hour) {
+  script.Statement(
+      fmt::format("UPDATE CONST SET N8={}, N9={}, N10={} WHERE COD=5", hour, Quoted(kKitchen1), Quoted(kKitchen2)));
   script.Statement(fmt::format("UPDATE CONST SET N1='Основное меню', N2='Летнее меню', N3={} WHERE COD=7", mode));
 }
 

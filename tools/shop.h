@@ -37,8 +37,9 @@ int CardPercent(const Card& card, int category);
 void WriteStaff(ScriptWriter& script, bool upgraded);
 void WriteCards(ScriptWriter& script, const std::vector<Card>& cards, bool upgraded, Random& random);
 
-/// Panels and settings of an upgraded database. `mode` is the operating mode, CONST row 7 N3.
+/// Panels and settings of an upgraded database. `mode` is the operating mode, CONST row 7 N3; `hour` that of the shift
+/// change.
 void WritePanels(ScriptWriter& script, const std::vector<Product>& catalogue);
-void WriteSettings(ScriptWriter& script, int mode);
+void WriteSettings(ScriptWriter& script, int mode, int hour);
 
 }  // namespace zrt::tools

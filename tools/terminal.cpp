@@ -1,239 +1,182 @@
-// zrt_terminal: a cash terminal that sells into the shop's database while the back office works on it.
-//
-//   --host HOST       database server (127.0.0.77)
-//   --account NAME    its account (zrt)
-//   --database NAME   its schema (zrt)
-//   --terminal N      number of the terminal, 1 to 24 (1)
-//   --orders N        orders to sell before it ends, 0 for no end (10)
-//   --pace MS         milliseconds between two actions of the cashier (1000)
-//   --seed N          other guests (1)
-//   --clock MOMENT    "yyyy-mm-dd hh:mm:ss": stamps begin here and go on by half a minute with each action, whatever
-//   the
-//                     pace (the machine's clock)
-//
-// Each line of an order is written into the terminal's open receipt, now and then one is taken back. What the receipt
-// holds when the guest pays becomes the order; a line that the back office has annulled meanwhile is not in it.
+// zrt_terminal: a cash terminal that sells into the shop's database while the program runs. Lines go into the open
+// receipt first; when the order is closed they move to PROD and KASSA, lines taken back go to SPION. A line that the
+// back office has annulled meanwhile isn't sold.
 
 #include <fmt/format.h>
 
 #include <chrono>
-#include <ctime>
-#include <optional>
-#include <stdexcept>
-#include <string>
-#include <string_view>
+#include <iostream>
+#include <set>
 #include <thread>
 
-#include "core/connection.h"
+#include "catalogue.h"
+#include "core/errors.h"
 #include "core/recordset.h"
+#include "core/regional_format.h"
 #include "core/session.h"
+#include "platform/system_clock.h"
 #include "random.h"
 #include "sale.h"
-#include "script_writer.h"
 
-namespace zrt::tools {
 namespace {
 
-constexpr int kSecondsPerAction = 30;
+using namespace zrt::tools;
+
+constexpr const char* kUsage =
+    "usage: zrt_terminal --host HOST --schema NAME [OPTION VALUE ...]\n"
+    "  --terminal N   number of the terminal, 1 to 24 (1)\n"
+    "  --orders N     orders to sell; 0 goes on until it is ended (0)\n"
+    "  --pause MS     milliseconds between two lines (1500)\n"
+    "  --seed N       what is sold (1)\n";
 
 struct Options {
-  DatabaseAddress address{"127.0.0.77", "zrt", "zrt"};
+  zrt::DatabaseAddress database{"", "zrt", ""};
   int terminal = 1;
-  int orders = 10;
-  int pace = 1000;
-  int seed = 1;
-  std::optional<DateTime> clock;
+  int orders = 0;
+  int pause_ms = 1500;
+  unsigned seed = 1;
 };
 
-Options ReadOptions(int count, char** words) {
-  Options options;
-  for (int i = 1; i < count; i += 2) {
-    const std::string_view name = words[i];
-    if (i + 1 == count) throw std::invalid_argument(fmt::format("{} needs a value", name));
-    const std::string value = words[i + 1];
+bool Read(int argc, char** argv, Options& options) {
+  for (int i = 1; i + 1 < argc; i += 2) {
+    const std::string name = argv[i];
+    const std::string value = argv[i + 1];
     if (name == "--host") {
-      options.address.host = value;
-    } else if (name == "--account") {
-      options.address.account = value;
-    } else if (name == "--database") {
-      options.address.schema = value;
+      options.database.host = value;
+    } else if (name == "--schema") {
+      options.database.schema = value;
     } else if (name == "--terminal") {
       options.terminal = std::stoi(value);
     } else if (name == "--orders") {
       options.orders = std::stoi(value);
-    } else if (name == "--pace") {
-      options.pace = std::stoi(value);
+    } else if (name == "--pause") {
+      options.pause_ms = std::stoi(value);
     } else if (name == "--seed") {
-      options.seed = std::stoi(value);
-    } else if (name == "--clock") {
-      options.clock = ParseSqlDateTime(value);
-      if (!options.clock) throw std::invalid_argument(fmt::format("--clock {}: not a moment", value));
+      options.seed = static_cast<unsigned>(std::stoul(value));
     } else {
-      throw std::invalid_argument(fmt::format("unknown: {}", name));
+      return false;
     }
   }
-  if (options.terminal < 1 || options.terminal > 24) throw std::invalid_argument("--terminal: 1 to 24");
-  return options;
+  return argc % 2 == 1 && !options.database.host.empty() && !options.database.schema.empty();
 }
 
 class Terminal {
  public:
-  explicit Terminal(const Options& options)
-      : options_(options),
-        random_(static_cast<std::uint64_t>(options.seed)),
-        check_(fmt::format("CHECK{}", options.terminal)) {
-    if (options_.clock) stamp_ = ToTime(*options_.clock);
-    connection_.Open(MainConnectionString(options_.address));
-    // The order of the rows decides what a seed sells.
-    products_.Open(
-        "SELECT COD,NAME,PRISE,NDS,N1,N2,N4,UKT FROM TOVAR WHERE COD1=1 AND PRISE>0 GROUP BY COD ORDER BY COD",
-        connection_);
-    waiters_.Open("SELECT COD FROM KLIENT WHERE NUM<3 ORDER BY COD", connection_);
-    if (products_.RecordCount() == 0) throw std::runtime_error("the catalogue is empty: nothing to sell");
-    if (waiters_.RecordCount() == 0) throw std::runtime_error("there is no waiter to sell");
+  explicit Terminal(const Options& options) : options_(options), random_(options.seed) {
+    connection_.Open(zrt::MainConnectionString(options.database));
+    goods_.Open("SELECT COD,NAME,PRISE,NDS,N1,N2,UKT FROM TOVAR WHERE PRISE>0 ORDER BY COD", connection_);
+    if (goods_.RecordCount() == 0) throw zrt::Error("the catalogue is empty");
   }
 
   void SellOrder() {
-    const int waiter = static_cast<int>(waiters_.At(random_.Between(1, waiters_.RecordCount()), 0).Int());
-    const int number = NextNumber();
-    const std::string opened = SqlStamp();
-    for (int lines = random_.Between(1, 6); lines > 0; --lines) AddLine(waiter, number);
-    CloseOrder(waiter, number, opened);
+    zrt::Recordset last;
+    last.Open(fmt::format("SELECT MAX(NUM) FROM KASSA WHERE TER={}", options_.terminal), connection_);
+    CashRow order;
+    order.oper = "Заказ";
+    order.ter = options_.terminal;
+    order.pers = random_.Between(1, 8);
+    order.num = last.IsNull(0) ? 1 : static_cast<int>(last.Field(0).Int()) + 1;
+    order.table = random_.Between(1, 24);
+    order.guests = random_.Between(1, 4);
+    order.opened = Now();
+    std::vector<SoldLine> lines;
+    for (int i = random_.Between(1, 5); i > 0; --i) {
+      Pause();
+      lines.push_back(AddLine(order));
+    }
+    if (lines.size() > 1 && random_.Percent(20)) {
+      TakeBack(lines.back());
+      lines.pop_back();
+    }
+    Pause();
+    DropAnnulled(lines);
+    if (!lines.empty()) CloseOrder(order, lines);
   }
 
  private:
-  static std::time_t ToTime(const DateTime& moment) {
-    std::tm parts{};
-    parts.tm_year = moment.date.year - 1900;
-    parts.tm_mon = moment.date.month - 1;
-    parts.tm_mday = moment.date.day;
-    parts.tm_hour = moment.hour;
-    parts.tm_min = moment.minute;
-    parts.tm_sec = moment.second;
-    parts.tm_isdst = -1;
-    return std::mktime(&parts);
+  std::string Now() const {
+    const zrt::DateTime now = clock_.Now();
+    return fmt::format("{:04}-{:02}-{:02} {:02}:{:02}:{:02}", now.date.year, now.date.month, now.date.day, now.hour,
+                       now.minute, now.second);
   }
 
-  std::string Stamp(const char* pattern) const {
-    const std::time_t moment =
-        options_.clock ? stamp_ : std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
-    std::tm parts{};
-    localtime_r(&moment, &parts);
-    char text[32];
-    return {text, std::strftime(text, sizeof text, pattern, &parts)};
-  }
+  void Pause() const { std::this_thread::sleep_for(std::chrono::milliseconds(options_.pause_ms)); }
 
-  std::string SqlStamp() const { return Stamp("%Y-%m-%d %H:%M:%S"); }
-
-  void Wait() {
-    stamp_ += kSecondsPerAction;
-    std::this_thread::sleep_for(std::chrono::milliseconds(options_.pace));
-  }
-
-  int NextNumber() {
-    Recordset last;
-    last.Open(fmt::format("SELECT MAX(NUM) FROM KASSA WHERE TER={}", options_.terminal), connection_);
-    return last.IsNull(0) ? 1 : static_cast<int>(last.Field(0).Int()) + 1;
-  }
-
-  SoldLine MakeLine(int row, int waiter, int number) {
+  SoldLine AddLine(const CashRow& order) {
+    goods_.SetBookmark(random_.Between(1, goods_.RecordCount()));
     SoldLine line;
-    line.cod = static_cast<int>(products_.At(row, 0).Int());
-    line.name = products_.At(row, 1).Text();
-    line.prise = products_.At(row, 2).Int() * 10;
-    line.excise = static_cast<int>(products_.At(row, 4).Int());
-    line.category = static_cast<int>(products_.At(row, 5).Int());
-    line.ukt = products_.At(row, 7).TextOrEmpty();
-    const bool weighed = products_.At(row, 6).Int() != 0;
-    line.kol = weighed ? random_.Between(80, 1400) : 1000 * random_.Between(1, 3);
-    line.ter = options_.terminal;
-    line.pers = waiter;
-    line.num = number;
+    line.cod = static_cast<int>(goods_.Field("COD").Int());
+    line.name = goods_.Field("NAME").Text();
+    line.kol = random_.Between(1, 3) * 1000;
+    line.prise = goods_.Field("PRISE").Int() * 10;
+    line.ter = order.ter;
+    line.pers = order.pers;
+    line.num = order.num;
+    line.datetime = Now();
+    line.excise = static_cast<int>(goods_.Field("N1").Int());
+    line.category = static_cast<int>(goods_.Field("N2").Int());
+    line.ukt = goods_.Field("UKT").TextOrEmpty();
+    const int tax = static_cast<int>(goods_.Field("NDS").Int());
+    connection_.Execute(fmt::format("INSERT INTO CHECK{} ({}{}) VALUES ({}{})", order.ter, kCheckBaseColumns,
+                                    kCheckAddedColumns, CheckBaseValues(line, tax), CheckAddedValues(line)));
     return line;
   }
 
-  void AddLine(int waiter, int number) {
-    const int row = random_.Between(1, products_.RecordCount());
-    const SoldLine line = MakeLine(row, waiter, number);
-    const int tax = static_cast<int>(products_.At(row, 3).Int());
-    connection_.Execute(fmt::format("INSERT INTO {} ({}{}) VALUES ({}{})", check_, kCheckBaseColumns,
-                                    kCheckAddedColumns, CheckBaseValues(line, tax), CheckAddedValues(line)));
-    Wait();
-    if (random_.Percent(8)) TakeBack(line);
-  }
-
   void TakeBack(const SoldLine& line) {
-    connection_.Execute(fmt::format("DELETE FROM {} WHERE COD={}", check_, line.cod));
-    connection_.Execute(fmt::format("INSERT INTO SPION ({}) VALUES ({})", kSpionColumns,
-                                    SpionValues(line, Stamp("%d.%m.%Y %H:%M:%S"))));
-    Wait();
+    const std::string moment = zrt::RegionalFormat{}.DateTimeText(clock_.Now());
+    connection_.Execute(fmt::format("INSERT INTO SPION ({}) VALUES ({})", kSpionColumns, SpionValues(line, moment)));
+    connection_.Execute(fmt::format("DELETE FROM CHECK{} WHERE COD={} LIMIT 1", line.ter, line.cod));
   }
 
-  void CloseOrder(int waiter, int number, const std::string& opened) {
-    Recordset receipt;
-    receipt.Open(fmt::format("SELECT COD,NAME,ROUND(KOL*1000),ROUND(PRISE*1000),N1,N2,UKT FROM {}", check_),
-                 connection_);
-    if (receipt.RecordCount() == 0) return;
-    const std::string now = SqlStamp();
-    const std::string time = now.substr(11, 5);
-    CashRow row;
-    row.oper = "Заказ";
-    row.ter = options_.terminal;
-    row.pers = waiter;
-    row.num = number;
-    row.opened = opened;
-    row.closed = now;
-    row.table = random_.Between(1, 24);
-    row.cash = random_.Percent(60);
-    row.text = OrderText("исполнен " + time, StatusText(row.cash ? "оплачен" : "картой", time));
-    if (random_.Percent(50)) row.fiscal = 2;
-    for (int i = 1; i <= receipt.RecordCount(); ++i) {
-      SoldLine line;
-      line.cod = static_cast<int>(receipt.At(i, 0).Int());
-      line.name = receipt.At(i, 1).TextOrEmpty();
-      line.kol = receipt.At(i, 2).Int();
-      line.prise = receipt.At(i, 3).Int();
-      line.excise = static_cast<int>(receipt.At(i, 4).Int());
-      line.category = static_cast<int>(receipt.At(i, 5).Int());
-      line.ukt = receipt.At(i, 6).TextOrEmpty();
-      line.ter = row.ter;
-      line.pers = row.pers;
-      line.num = row.num;
-      line.datetime = now;
-      line.status = StatusText("готово", time);
-      if (row.fiscal) line.fiscal = line.excise != 0 ? 1 : *row.fiscal;
-      row.sum1 += line.Gross();
+  /// An annulment takes all lines of a product out of the open receipt.
+  void DropAnnulled(std::vector<SoldLine>& lines) {
+    zrt::Recordset receipt;
+    receipt.Open(fmt::format("SELECT COD FROM CHECK{}", options_.terminal), connection_);
+    std::set<std::int64_t> codes;
+    for (int row = 1; row <= receipt.RecordCount(); ++row) codes.insert(receipt.At(row, 0).Int());
+    std::erase_if(lines, [&codes](const SoldLine& line) { return codes.count(line.cod) == 0; });
+  }
+
+  void CloseOrder(CashRow& order, std::vector<SoldLine>& lines) {
+    order.closed = Now();
+    order.cash = random_.Percent(60);
+    order.text = OrderText("подано", StatusText("оплачен", order.closed.substr(11, 5)));
+    const std::optional<int> fiscal = random_.Percent(70) ? std::optional(2) : std::nullopt;
+    for (SoldLine& line : lines) {
+      line.fiscal = fiscal;
+      line.status = StatusText("оплачен", order.closed.substr(11, 5));
+      order.sum1 += line.Gross();
       connection_.Execute(fmt::format("INSERT INTO PROD ({}{}) VALUES ({}{})", kProdBaseColumns, kProdAddedColumns,
                                       BaseValues(line), AddedValues(line)));
+      connection_.Execute(fmt::format("UPDATE TOVAR SET KOL=KOL+{} WHERE COD={}", line.kol, line.cod));
     }
+    order.fiscal = fiscal;
     connection_.Execute(fmt::format("INSERT INTO KASSA ({}{}) VALUES ({}{})", kKassaBaseColumns, kKassaAddedColumns,
-                                    BaseValues(row), AddedValues(row)));
-    connection_.Execute(fmt::format("DELETE FROM {}", check_));
-    fmt::print("{} terminal {} order {}: {} lines, {:.2f}\n", now, row.ter, row.num, receipt.RecordCount(),
-               static_cast<double>(row.sum1) / 1000);
-    std::fflush(stdout);
-    Wait();
+                                    BaseValues(order), AddedValues(order)));
+    connection_.Execute(fmt::format("DELETE FROM CHECK{}", order.ter));
   }
 
   Options options_;
   Random random_;
-  std::string check_;
-  std::time_t stamp_ = 0;
-  Connection connection_;
-  Recordset products_, waiters_;
+  zrt::SystemClock clock_;
+  zrt::Connection connection_;
+  zrt::Recordset goods_;
 };
 
 }  // namespace
-}  // namespace zrt::tools
 
 int main(int argc, char** argv) {
+  Options options;
   try {
-    const zrt::tools::Options options = zrt::tools::ReadOptions(argc, argv);
-    zrt::tools::Terminal terminal(options);
-    for (int order = 0; options.orders == 0 || order < options.orders; ++order) terminal.SellOrder();
+    if (!Read(argc, argv, options)) {
+      std::cerr << kUsage;
+      return 2;
+    }
+    Terminal terminal(options);
+    for (int sold = 0; options.orders == 0 || sold < options.orders; ++sold) terminal.SellOrder();
     return 0;
-  } catch (const std::exception& failure) {
-    fmt::print(stderr, "zrt_terminal: {}\n", failure.what());
+  } catch (const std::exception& error) {
+    std::cerr << "zrt_terminal: " << error.what() << "\n";
     return 1;
   }
 }

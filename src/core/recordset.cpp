@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <limits>
+#include <utility>
 
 #include "core/errors.h"
 #include "core/numbers.h"
@@ -312,6 +312,7 @@ Recordset::Recordset() = default;
 
 Recordset::~Recordset() {
   Close();
+  for (RecordsetObserver* observer : std::exchange(observers_, {})) observer->Gone(*this);
 }
 
 void Recordset::Open(const std::string& sql, Connection& connection) {

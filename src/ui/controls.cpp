@@ -137,12 +137,12 @@ void TextBox::SelectAll() {
   SelLength = static_cast<int>(Length(Text()));
 }
 
-void TextBox::UserType(const std::string& text) {
+void TextBox::UserType(const std::string& text, int cursor) {
   if (!IsUsable()) return;
   const std::string typed = MaxLength() > 0 ? Left(text, static_cast<std::size_t>(MaxLength())) : text;
   if (typed == Text()) return;
   Text = typed;
-  SelStart = static_cast<int>(Length(typed));
+  SelStart = cursor >= 0 ? cursor : static_cast<int>(Length(typed));
   SelLength = 0;
   Change.Raise();
 }

@@ -125,8 +125,8 @@ class TextBox final : public Control {
   Event<> Change{*this, "Change"};
 
   void SelectAll();
-  /// The operator typed: the text is now `text`.
-  void UserType(const std::string& text);
+  /// The operator typed: the text is now `text`, the cursor stands behind `cursor` characters (-1: at the end).
+  void UserType(const std::string& text, int cursor = -1);
   void UserSet(const std::string& value) override { UserType(value); }
 };
 

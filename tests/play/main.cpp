@@ -1,53 +1,11 @@
-#include <unistd.h>
-
-#include <fstream>
 #include <iostream>
-#include <sstream>
 
-#include "core/errors.h"
-#include "play/player.h"
+#include "play/play_file.h"
 
 namespace {
 
 constexpr const char* kUsage = "usage: zrt_play --server HOST --database NAME FILE...\n";
 constexpr const char* kAccount = "zrt";
-
-/// Folder for the drives of the program's machine, gone when the play is over.
-class TemporaryFolder {
- public:
-  TemporaryFolder() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "zrt_play_XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) throw zrt::FileError(pattern, "can't be made");
-    path_ = pattern;
-  }
-  ~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  const std::filesystem::path& Path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
-
-bool PlayFile(const std::string& name, const zrt::DatabaseAddress& database) {
-  try {
-    std::ifstream file(name, std::ios::binary);
-    if (!file) throw zrt::FileError(name, "can't be read");
-    std::ostringstream text;
-    text << file.rdbuf();
-    const auto script = zrt::play::ReadScript(text.str());
-    const TemporaryFolder drives;
-    zrt::play::Player player(database, drives.Path());
-    player.Run(script);
-    return true;
-  } catch (const zrt::play::Failure& failure) {
-    std::cerr << name << ", " << failure.text << "\n";
-  } catch (const zrt::Error& error) {
-    std::cerr << name << ": " << error.what() << "\n";
-  }
-  return false;
-}
 
 }  // namespace
 
@@ -67,6 +25,6 @@ int main(int argc, char** argv) {
     return 2;
   }
   bool all_hold = true;
-  for (const std::string& name : files) all_hold = PlayFile(name, database) && all_hold;
+  for (const std::string& name : files) all_hold = zrt::play::PlayFile(name, database) && all_hold;
   return all_hold ? 0 : 1;
 }

@@ -30,8 +30,7 @@ void TypeCharacter(TextBox& box, const std::string& character) {
   const auto start = static_cast<std::size_t>(box.SelStart());
   const auto length = static_cast<std::size_t>(box.SelLength());
   const std::string typed = Left(box.Text(), start) + character + Mid(box.Text(), start + length + 1);
-  box.UserType(typed);
-  box.SelStart = static_cast<int>(start + 1);
+  box.UserType(typed, static_cast<int>(start + 1));
 }
 
 }  // namespace

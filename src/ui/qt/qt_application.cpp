@@ -1,0 +1,57 @@
+#include "ui/qt/qt_application.h"
+
+#include <QApplication>
+#include <QFontDatabase>
+#include <QIcon>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QPalette>
+#include <QStyleFactory>
+#include <QTranslator>
+
+namespace zrt {
+
+namespace {
+
+QPalette LightPalette() {
+  const QColor window(0xF0, 0xF0, 0xEE);
+  const QColor text(0x1C, 0x1C, 0x1C);
+  const QColor faint(0x8C, 0x8C, 0x8C);
+  QPalette palette(window);
+  palette.setColor(QPalette::WindowText, text);
+  palette.setColor(QPalette::Base, Qt::white);
+  palette.setColor(QPalette::AlternateBase, QColor(0xF4, 0xF6, 0xF8));
+  palette.setColor(QPalette::Text, text);
+  palette.setColor(QPalette::Button, QColor(0xE6, 0xE6, 0xE4));
+  palette.setColor(QPalette::ButtonText, text);
+  palette.setColor(QPalette::ToolTipBase, QColor(0xFF, 0xFF, 0xE6));
+  palette.setColor(QPalette::ToolTipText, text);
+  palette.setColor(QPalette::Highlight, QColor(0x2F, 0x6D, 0xB3));
+  palette.setColor(QPalette::HighlightedText, Qt::white);
+  for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+    palette.setColor(QPalette::Disabled, role, faint);
+  }
+  return palette;
+}
+
+}  // namespace
+
+void SetUpApplication(QApplication& application) {
+  QLocale::setDefault(QLocale(QLocale::Russian, QLocale::Russia));
+  QApplication::setStyle(QStyleFactory::create("Fusion"));
+  QApplication::setPalette(LightPalette());
+  constexpr int kPoints = 9;
+  QFont font("Liberation Sans", kPoints);
+  font.setStyleHint(QFont::SansSerif);
+  QApplication::setFont(font);
+  QApplication::setWindowIcon(QIcon(":/zrt/zrt.png"));
+  // The main window may be hidden while the program goes on; it ends when the main window is unloaded.
+  QApplication::setQuitOnLastWindowClosed(false);
+
+  auto* translator = new QTranslator(&application);
+  if (translator->load(QLocale(), "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+    QApplication::installTranslator(translator);
+  }
+}
+
+}  // namespace zrt

@@ -1,0 +1,286 @@
+#include <gtest/gtest.h>
+
+#include <thread>
+
+#include "core/errors.h"
+#include "core/session.h"
+#include "support/private_server.h"
+#include "support/scripted_faults.h"
+#include "support/test_database.h"
+
+namespace zrt {
+namespace {
+
+using test::ScriptedFaults;
+using test::Stage;
+using test::TestDatabase;
+
+class Database : public testing::Test {
+ protected:
+  Database() {
+    connection_.SetFaultSource(&faults_);
+    connection_.Open(MainConnectionString(shop_.Address()));
+    shop_.Sql("CREATE TABLE T (N int, TXT varchar(50), D datetime, DEC3 decimal(10,3), F float)");
+  }
+
+  TestDatabase shop_{Stage::kVersion0};
+  ScriptedFaults faults_;
+  Connection connection_;
+  Recordset set_;
+};
+
+TEST_F(Database, TheConnectionStringHasItsFieldsInOrder) {
+  EXPECT_EQ(MainConnectionString({"10.0.0.5", "kassa", "shop"}),
+            "driver={MySQL ODBC 8.0 ANSI Driver}; server=10.0.0.5; uid=kassa; pwd=41730926; database=shop; "
+            "charset=latin1");
+}
+
+TEST_F(Database, StatementsMeanTheSameOnEveryServer) {
+  EXPECT_EQ(connection_.Execute("INSERT INTO T (N,TXT) VALUES (1,REPEAT('я',60))"), 1);  // cut, not refused
+  set_.Open("SELECT TXT,N FROM T GROUP BY N", connection_);
+  EXPECT_EQ(set_.Field(0).Text().size(), 100U);  // 50 Cyrillic letters
+  EXPECT_EQ(connection_.Execute("UPDATE T SET N=2 WHERE N=77"), 0);
+  EXPECT_THROW(connection_.Execute("DELETE FROM T; DELETE FROM T"), DatabaseError);
+  EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM T"), "1");
+  try {
+    connection_.Execute("SELECT * FROM NO_SUCH");
+    FAIL();
+  } catch (const DatabaseError& error) {
+    EXPECT_EQ(error.SqlState(), "42S02");
+    EXPECT_EQ(error.Native(), 1146);
+  }
+  EXPECT_FALSE(connection_.IsLost());
+}
+
+TEST_F(Database, CyrillicIsKeptAsTheTerminalsKeepIt) {
+  connection_.Execute("INSERT INTO T (N,TXT) VALUES (1,'Ёж № 1: «чай?» {x} ☕')");
+  EXPECT_EQ(shop_.Value("SELECT HEX(TXT) FROM T"), "A8E620B920313A20ABF7E0E93FBB207B787D203F");
+  set_.Open("SELECT TXT As 'Имя' FROM T", connection_);
+  EXPECT_EQ(set_.FieldName(0), "Имя");
+  EXPECT_EQ(set_.Field("имя").Text(), "Ёж № 1: «чай?» {x} ?");
+}
+
+TEST_F(Database, CellsOfEveryKind) {
+  shop_.Sql(
+      "INSERT INTO T VALUES (-7,'',  '2026-11-15 00:00:00',1234.500,0.5),(NULL,NULL,NULL,NULL,NULL),"
+      "(7,'1,25','2026-11-15 08:05:00',0.125,1e10)");
+  set_.Open("SELECT N,TXT,D,DEC3,F,ROUND(N/1000,3) As R FROM T", connection_);
+  const RegionalFormat format;
+  EXPECT_EQ(set_.Field(0).Int(), -7);
+  EXPECT_FALSE(set_.IsNull(1));
+  EXPECT_EQ(set_.Field(1).Text(), "");
+  EXPECT_EQ(set_.Field(2).Display(format), "15.11.2026");
+  EXPECT_EQ(set_.Field(3).Display(format), "1234,5");
+  EXPECT_EQ(set_.Field(3).Display(format, "0.00"), "1234,50");
+  EXPECT_EQ(set_.Field(4).Number(), 0.5);
+  EXPECT_EQ(set_.Field(5).Display(format, "0.000"), "-0,007");
+  EXPECT_THROW(set_.Field(1).Number(), TypeMismatch);
+
+  set_.MoveNext();
+  for (int field = 0; field < set_.FieldCount(); ++field) {
+    EXPECT_TRUE(set_.IsNull(field));
+    EXPECT_EQ(set_.Field(field).Display(format, "0.00"), "");
+    EXPECT_THROW(set_.Field(field).Text(), TypeMismatch);
+  }
+  EXPECT_THROW(set_.Field(0).Int(), TypeMismatch);
+  EXPECT_THROW(set_.Field(2).Moment(), TypeMismatch);
+
+  set_.MoveNext();
+  EXPECT_EQ(set_.Field(1).Display(format, "0.00"), "1,25");  // a number that a terminal wrote as text
+  EXPECT_EQ(set_.Field(2).Moment(), (DateTime{{2026, 11, 15}, 8, 5, 0}));
+  EXPECT_EQ(set_.Field(3).Int(), 0);
+  EXPECT_THROW(set_.Field(6), Error);
+  EXPECT_THROW(set_.Field("X"), Error);
+}
+
+TEST_F(Database, PositionsOfASet) {
+  shop_.Sql("INSERT INTO T (N) VALUES (1),(2),(3)");
+  set_.Open("SELECT N FROM T ORDER BY N", connection_);
+  EXPECT_EQ(set_.Bookmark(), 1);
+  EXPECT_THROW(set_.Open("SELECT 1", connection_), DatabaseError);
+  set_.MoveLast();
+  EXPECT_EQ(set_.Field(0).Int(), 3);
+  set_.MoveNext();
+  EXPECT_TRUE(set_.Eof());
+  EXPECT_THROW(set_.MoveNext(), Error);
+  EXPECT_THROW(set_.Field(0), Error);
+  set_.Move(-2);
+  EXPECT_EQ(set_.Field(0).Int(), 2);
+  set_.Move(-9);
+  EXPECT_TRUE(set_.Bof());
+  EXPECT_THROW(set_.MovePrevious(), Error);
+  set_.Move(99);
+  EXPECT_EQ(set_.Bookmark(), 4);
+  set_.SetBookmark(2);
+  EXPECT_EQ(set_.Field(0).Int(), 2);
+  EXPECT_EQ(set_.At(3, 0).Int(), 3);
+  EXPECT_EQ(set_.Bookmark(), 2);
+
+  set_.Close();
+  set_.Open("SELECT N FROM T WHERE N>9", connection_);
+  EXPECT_TRUE(set_.Bof() && set_.Eof());
+  EXPECT_EQ(set_.FieldCount(), 1);
+  EXPECT_THROW(set_.MoveFirst(), Error);
+  EXPECT_THROW(set_.MoveLast(), Error);
+}
+
+TEST_F(Database, ASnapshotStandsStillUntilItIsAskedAgain) {
+  shop_.Sql("INSERT INTO T (N) VALUES (1)");
+  set_.Open("SELECT N FROM T", connection_);
+  shop_.Sql("UPDATE T SET N=5");
+  shop_.Sql("INSERT INTO T (N) VALUES (6)");
+  EXPECT_EQ(set_.RecordCount(), 1);
+  EXPECT_EQ(set_.Field(0).Int(), 1);
+  set_.Requery();
+  EXPECT_EQ(set_.RecordCount(), 2);
+  EXPECT_EQ(set_.Field(0).Int(), 5);
+  shop_.Sql("DROP TABLE T");
+  EXPECT_THROW(set_.Requery(), DatabaseError);
+  EXPECT_FALSE(set_.IsOpen());
+  EXPECT_THROW(set_.Requery(), Error);
+}
+
+TEST_F(Database, ManyRowsAndLongTexts) {
+  shop_.Sql("INSERT INTO T (N,TXT) SELECT seq,CONCAT('т',seq) FROM seq_1_to_2501");
+  set_.Open("SELECT N,TXT FROM T ORDER BY N", connection_);
+  ASSERT_EQ(set_.RecordCount(), 2501);
+  for (const int row : {1, 999, 1000, 1001, 2000, 2001, 2501}) {
+    EXPECT_EQ(set_.At(row, 1).Text(), "т" + std::to_string(row));
+  }
+  set_.Close();
+  set_.Open("SELECT 1,REPEAT('ю',100000),NULL,REPEAT('z',254),REPEAT('z',255),'конец'", connection_);
+  EXPECT_EQ(set_.Field(1).Raw().size(), 100000U);
+  EXPECT_TRUE(set_.IsNull(2));
+  EXPECT_EQ(set_.Field(3).Text(), std::string(254, 'z'));
+  EXPECT_EQ(set_.Field(4).Text(), std::string(255, 'z'));
+  EXPECT_EQ(set_.Field(5).Text(), "конец");
+}
+
+TEST_F(Database, FindsByTheBeginningOfAText) {
+  shop_.Sql("INSERT INTO T (N,TXT) VALUES (1,'Кофе'),(2,'Чай'),(3,'ЧАЙ зелёный'),(4,'100% сок'),(5,NULL)");
+  set_.Open("SELECT N,TXT FROM T ORDER BY N", connection_);
+  const std::pair<const char*, int> kCases[] = {{"TXT LIKE 'ча%'", 2}, {"txt like 'чай З%'", 3},
+                                                {"TXT LIKE 'ай%'", 6}, {"TXT LIKE '100%%'", 4},
+                                                {"TXT LIKE '%'", 1},   {"TXT LIKE 'чай'", 2}};
+  for (const auto& [criterion, row] : kCases) {
+    set_.MoveFirst();
+    set_.Find(criterion);
+    EXPECT_EQ(set_.Bookmark(), row) << criterion;
+  }
+  set_.SetBookmark(3);
+  set_.Find("TXT LIKE 'ча%'");  // forward, the current row included
+  EXPECT_EQ(set_.Bookmark(), 3);
+  set_.MoveNext();
+  set_.Find("TXT LIKE 'ча%'");
+  EXPECT_TRUE(set_.Eof());
+  set_.MoveFirst();
+  EXPECT_THROW(set_.Find("TXT LIKE 'Mc'Donald%'"), Error);
+  EXPECT_THROW(set_.Find("NOBODY LIKE 'x%'"), Error);
+  EXPECT_THROW(set_.Find("TXT"), Error);
+}
+
+TEST_F(Database, ObserversHearOfPositionAndRows) {
+  struct Log final : RecordsetObserver {
+    void PositionChanged(Recordset&) override { text += "p"; }
+    void RowsChanged(Recordset&) override { text += "R"; }
+    void Gone(Recordset&) override { text += "G"; }
+    std::string text;
+  } log;
+  {
+    Recordset set;
+    set.AddObserver(&log);
+    set.Open("SELECT 1 UNION SELECT 2", connection_);
+    set.MoveNext();
+    set.Requery();
+    set.Close();
+    set.Close();
+  }
+  EXPECT_EQ(log.text, "RpRRG");
+}
+
+TEST_F(Database, RefusalsOfTheServerAtOpening) {
+  DatabaseAddress address = shop_.Address();
+  Connection other;
+  const auto fails = [&](const DatabaseAddress& wrong, int native) {
+    try {
+      other.Open(MainConnectionString(wrong));
+      ADD_FAILURE() << "it opened";
+    } catch (const DatabaseError& error) {
+      EXPECT_EQ(error.Native(), native);
+    }
+    EXPECT_FALSE(other.IsOpen());
+  };
+  fails({"127.0.0.254", address.account, address.schema}, 2002);
+  fails({address.host, "stranger", address.schema}, 1045);
+  fails({address.host, address.account, "no_such_schema"}, 1049);
+  EXPECT_THROW(other.Execute("SELECT 1"), DatabaseError);
+}
+
+TEST_F(Database, ABrokenLinkIsReportedAndOpenedAgainAtTheNextActionOnce) {
+  faults_.CutAt(1);
+  EXPECT_THROW(connection_.Execute("INSERT INTO T (N) VALUES (1)"), DatabaseError);
+  EXPECT_TRUE(connection_.IsOpen());
+  EXPECT_TRUE(connection_.IsLost());
+  // Without a new action of the operator nothing is tried again.
+  EXPECT_THROW(connection_.Execute("INSERT INTO T (N) VALUES (2)"), DatabaseError);
+  EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM T"), "0");
+
+  connection_.AllowReopen();
+  connection_.Execute("INSERT INTO T (N,TXT) VALUES (3,REPEAT('x',60))");  // the session's mode is back, too
+  EXPECT_FALSE(connection_.IsLost());
+  EXPECT_EQ(shop_.Value("SELECT N FROM T"), "3");
+}
+
+TEST_F(Database, AFailedStatementLeavesTheLinkAlone) {
+  faults_.FailAt(2);
+  connection_.Execute("INSERT INTO T (N) VALUES (1)");
+  EXPECT_THROW(connection_.Execute("INSERT INTO T (N) VALUES (2)"), DatabaseError);
+  connection_.Execute("INSERT INTO T (N) VALUES (3)");
+  EXPECT_EQ(shop_.Value("SELECT GROUP_CONCAT(N) FROM T"), "1,3");
+  EXPECT_FALSE(connection_.IsLost());
+}
+
+TEST_F(Database, ADeadServerThatComesBack) {
+  test::PrivateServer server(ZRT_BINARY_DIR "/mortal-server", ZRT_MORTAL_HOST);
+  Connection link;
+  link.Open(MainConnectionString({server.Host(), "zrt", ""}));
+  server.Kill();
+  Recordset set;
+  EXPECT_THROW(set.Open("SELECT 1", link), DatabaseError);
+  EXPECT_TRUE(link.IsLost());
+  link.AllowReopen();
+  EXPECT_THROW(set.Open("SELECT 1", link), DatabaseError);  // still dead
+  server.Start();
+  EXPECT_THROW(set.Open("SELECT 1", link), DatabaseError);  // this action has had its try
+  link.AllowReopen();
+  set.Open("SELECT 1", link);
+  EXPECT_EQ(set.RecordCount(), 1);
+}
+
+TEST_F(Database, ThreeWaysOfASession) {
+  struct NoClock final : Clock {
+    DateTime Now() const override { return {}; }
+  } clock;
+  Session session(shop_.Address(), clock, {});
+  EXPECT_THROW(session.Pool(), DatabaseError);
+  EXPECT_THROW(session.Write("DELETE FROM T"), DatabaseError);
+  session.Connect();
+  EXPECT_EQ(session.MainConnection.ConnectionTimeout, 1800);
+  session.Write("INSERT INTO T (N) VALUES (1),(2)");
+  EXPECT_EQ(session.SqlText, "INSERT INTO T (N) VALUES (1),(2)");
+  EXPECT_EQ(session.ReadOne("SELECT MAX(N) FROM T").Field(0).Int(), 2);
+  EXPECT_EQ(session.ReadOne("SELECT MIN(N) FROM T").Field(0).Int(), 1);
+  Recordset& sales = session.Pool().RsSales;
+  session.BindSet(sales, "SELECT N FROM T ORDER BY N");
+  Session::ShowLastRow(sales);
+  EXPECT_EQ(sales.Field(0).Int(), 2);
+  session.BindSet(sales, "SELECT N FROM T WHERE N>5");
+  Session::ShowLastRow(sales);
+  EXPECT_EQ(sales.RecordCount(), 0);
+  session.Disconnect();
+  session.Disconnect();
+  EXPECT_FALSE(session.IsConnected());
+}
+
+}  // namespace
+}  // namespace zrt

@@ -1,0 +1,163 @@
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "core/dates.h"
+#include "core/errors.h"
+#include "core/numbers.h"
+#include "core/regional_format.h"
+#include "core/shift.h"
+#include "core/text.h"
+
+namespace zrt {
+namespace {
+
+TEST(Text, EveryByteOfTheCodePageComesBack) {
+  std::string bytes;
+  for (int byte = 1; byte < 256; ++byte) bytes += static_cast<char>(byte);
+  EXPECT_EQ(ToWindows1251(FromWindows1251(bytes)), bytes);
+  EXPECT_EQ(ToWindows1251("Ёжик № 5 «Ы»"), "\xA8\xE6\xE8\xEA \xB9 5 \xAB\xDB\xBB");
+  EXPECT_EQ(ToWindows1251("чай ☕ 中"), "\xF7\xE0\xE9 ? ?");
+  EXPECT_EQ(ToWindows1251("\xFFx\xD0"), "?x?");  // no UTF-8 at all, and a letter cut in half
+}
+
+TEST(Text, CountsCharactersNotBytes) {
+  EXPECT_EQ(Length("Кофе 0,5"), 8U);
+  EXPECT_EQ(Left("Панель", 3), "Пан");
+  EXPECT_EQ(Left("Чай", 9), "Чай");
+  EXPECT_EQ(Right("Панель № 12", 2), "12");
+  EXPECT_EQ(Right("Чай", 9), "Чай");
+  EXPECT_EQ(Mid("15.11.2026", 7, 4), "2026");
+  EXPECT_EQ(Mid("Чай", 3), "й");
+  EXPECT_EQ(Mid("Чай", 9), "");
+  EXPECT_EQ(Trim("  чай\t "), "чай\t");
+  EXPECT_TRUE(EqualsNoCase("ЁЛКА Gin", "ёлка gIN"));
+  EXPECT_TRUE(StartsWithNoCase("Молоко", "мОЛ"));
+  EXPECT_FALSE(StartsWithNoCase("Мо", "мол"));
+}
+
+TEST(Numbers, RoundToTheEvenNeighbour) {
+  const std::pair<double, std::int32_t> kCases[] = {{0.5, 0},       {1.5, 2},         {2.5, 2},   {3.5, 4},
+                                                    {-0.5, 0},      {-1.5, -2},       {-2.5, -2}, {2.4999999, 2},
+                                                    {2.5000001, 3}, {1e9, 1000000000}};
+  for (const auto& [value, rounded] : kCases) EXPECT_EQ(ToInt32(value), rounded) << value;
+}
+
+TEST(Numbers, ConversionsFailInsteadOfWrapping) {
+  EXPECT_EQ(ToByte(255.5 - 0.1), 255);
+  EXPECT_THROW(ToByte(255.5), OverflowError);  // rounds to 256
+  EXPECT_THROW(ToByte(-0.6), OverflowError);
+  EXPECT_EQ(ToByte(-0.5), 0);
+  EXPECT_EQ(ToInt16(32767.4), 32767);
+  EXPECT_THROW(ToInt16(32767.5), OverflowError);
+  EXPECT_EQ(ToInt16(-32768.5), -32768);
+  EXPECT_THROW(ToInt16(-32769), OverflowError);
+  EXPECT_EQ(ToInt32(2147483647.4), 2147483647);
+  EXPECT_THROW(ToInt32(2147483648.0), OverflowError);
+  EXPECT_THROW(ToInt32(-2147483649.0), OverflowError);
+  EXPECT_THROW(ToInt32(std::numeric_limits<double>::quiet_NaN()), OverflowError);
+  EXPECT_THROW(ToInt32(std::numeric_limits<double>::infinity()), OverflowError);
+  EXPECT_EQ(Add16(32000, 767), 32767);
+  EXPECT_THROW(Add16(32000, 768), OverflowError);
+  EXPECT_EQ(Multiply16(-256, 128), -32768);
+  EXPECT_THROW(Multiply16(256, 128), OverflowError);
+}
+
+TEST(RegionalFormat, ShowsNumbersTheRussianWay) {
+  const RegionalFormat format;
+  const std::string group = "\u00A0";
+  EXPECT_EQ(format.FormatNumber(1234567.5, 2), "1" + group + "234" + group + "567,50");
+  EXPECT_EQ(format.FormatNumber(-1234.5, 3), "-1" + group + "234,500");
+  EXPECT_EQ(format.FormatNumber(999.995, 2), "1" + group + "000,00");
+  EXPECT_EQ(format.FormatNumber(0.125, 2), "0,13");
+  EXPECT_EQ(format.FormatNumber(-0.125, 2), "-0,13");
+  EXPECT_EQ(format.FormatNumber(-0.001, 2), "0,00");
+  EXPECT_EQ(format.FormatNumber(1.005, 2), "1,01");  // as the operator reads the number, not as the machine stores it
+  EXPECT_EQ(format.FormatFixed(1234.5, "0.00"), "1234,50");
+  EXPECT_EQ(format.FormatFixed(-0.5, "0.000"), "-0,500");
+  EXPECT_EQ(format.FormatShortest(1.5), "1,5");
+  EXPECT_EQ(format.FormatShortest(2), "2");
+  EXPECT_EQ(format.FormatShortest(4820000000001.0), "4820000000001");
+  EXPECT_EQ(format.FormatShortest(-0.001), "-0,001");
+}
+
+TEST(RegionalFormat, ReadsWhatTheOperatorTypes) {
+  const RegionalFormat format;
+  const std::pair<const char*, std::optional<double>> kCases[] = {{"1,5", 1.5},
+                                                                  {"-12", -12.0},
+                                                                  {" 7 ", 7.0},
+                                                                  {"+3", 3.0},
+                                                                  {"1\u00A0234,50", 1234.5},
+                                                                  {",5", 0.5},
+                                                                  {"5,", 5.0},
+                                                                  {"1.5", {}},
+                                                                  {"", {}},
+                                                                  {" ", {}},
+                                                                  {"12a", {}},
+                                                                  {"1e", {}},
+                                                                  {"1,2,3", {}},
+                                                                  {"-", {}},
+                                                                  {",", {}},
+                                                                  {"--1", {}},
+                                                                  {"'1'", {}},
+                                                                  {"0x10", {}},
+                                                                  {"nan", {}},
+                                                                  {"inf", {}},
+                                                                  {"12345678901", 12345678901.0}};
+  for (const auto& [text, value] : kCases) EXPECT_EQ(format.ParseNumber(text), value) << text;
+  EXPECT_THROW(format.ToNumber("1.5"), TypeMismatch);
+}
+
+TEST(RegionalFormat, AMomentAtMidnightPrintsWithoutItsTime) {
+  const RegionalFormat format;
+  EXPECT_EQ(format.DateTimeText({{2026, 1, 5}, 9, 5, 1}), "05.01.2026 09:05:01");
+  EXPECT_EQ(format.DateTimeText({{2026, 1, 5}, 0, 0, 0}), "05.01.2026");
+  EXPECT_EQ(format.DateTimeText({{2026, 1, 5}, 0, 0, 1}), "05.01.2026 00:00:01");
+}
+
+TEST(Dates, CalendarAndTexts) {
+  EXPECT_EQ(AddDays({2026, 12, 31}, 1), (Date{2027, 1, 1}));
+  EXPECT_EQ(AddDays({2028, 2, 28}, 1), (Date{2028, 2, 29}));
+  EXPECT_EQ(AddDays({2026, 3, 1}, -1), (Date{2026, 2, 28}));
+  EXPECT_EQ(WeekDay({2026, 11, 24}), 2);
+  EXPECT_EQ(ParseDate("29.02.2028"), (Date{2028, 2, 29}));
+  for (const char* text : {"29.02.2026", "31.04.2026", "весь период", "", "2026-11-15", "15.13.2026", "15.11.26x"}) {
+    EXPECT_EQ(ParseDate(text), std::nullopt) << text;
+  }
+  EXPECT_EQ(ParseDateTime("15.11.2026 08:30:59"), (DateTime{{2026, 11, 15}, 8, 30, 59}));
+  EXPECT_EQ(ParseDateTime("15.11.2026"), (DateTime{{2026, 11, 15}, 0, 0, 0}));
+  EXPECT_EQ(ParseDateTime("15.11.2026 24:00:00"), std::nullopt);
+  EXPECT_EQ(ParseSqlDateTime("2026-11-15 08:30:59"), (DateTime{{2026, 11, 15}, 8, 30, 59}));
+  EXPECT_EQ(CutSqlDate("15.11.2026 08:30:00"), "2026-11-15");
+  EXPECT_EQ(CutSqlDateTime("15.11.2026 08:30:00"), "2026-11-15 08:30:00");
+  EXPECT_EQ(CutSqlDateTime("15.11.2026"), "2026-11-15 ");  // the server reads this as midnight
+}
+
+TEST(Shift, PeriodOfADay) {
+  struct Case {
+    const char* hour;
+    const char *from, *to, *time;
+  };
+  const Case kCases[] = {
+      {"8", "2026-12-31 08:00:00", "2027-01-01 07:59:59", "08:00:00"},
+      {"08", "2026-12-31 08:00:00", "2027-01-01 07:59:59", "08:00:00"},
+      {"0", "2026-12-31 00:00:00", "2026-12-31 23:59:59", "00:00:00"},
+      {"", "2026-12-31 00:00:00", "2026-12-31 23:59:59", "00:00:00"},
+      {"утро", "2026-12-31 00:00:00", "2026-12-31 23:59:59", "00:00:00"},
+      {"1", "2026-12-31 01:00:00", "2027-01-01 00:59:59", "01:00:00"},
+      {"23", "2026-12-31 23:00:00", "2027-01-01 22:59:59", "23:00:00"},
+  };
+  for (const Case& expected : kCases) {
+    Shift shift;
+    CalcShiftPeriod("31.12.2026", expected.hour, shift);
+    EXPECT_EQ(shift.From, expected.from) << expected.hour;
+    EXPECT_EQ(shift.To, expected.to) << expected.hour;
+    EXPECT_EQ(shift.TimeText, expected.time) << expected.hour;
+  }
+  Shift kept{"a", "b", "c"};
+  CalcShiftPeriod("весь период", "8", kept);
+  EXPECT_EQ(kept.From + kept.To + kept.TimeText, "abc");
+}
+
+}  // namespace
+}  // namespace zrt

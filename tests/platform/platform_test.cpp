@@ -1,0 +1,79 @@
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <fstream>
+
+#include "core/errors.h"
+#include "core/text.h"
+#include "platform/drive_map.h"
+#include "platform/settings_file.h"
+
+namespace zrt {
+namespace {
+
+class Drives : public testing::Test {
+ protected:
+  Drives() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "zrt_drives_XXXXXX").string();
+    root_ = mkdtemp(pattern.data());
+    drives_ = DriveMap(root_);
+  }
+  ~Drives() override { std::filesystem::remove_all(root_); }
+
+  void Write(const std::string& drive_path, const std::string& bytes) {
+    const auto native = drives_.ToNative(drive_path);
+    std::filesystem::create_directories(native.parent_path());
+    std::ofstream(native, std::ios::binary) << bytes;
+  }
+
+  std::filesystem::path root_;
+  DriveMap drives_{{}};
+};
+
+TEST_F(Drives, DrivePathsBecomeFoldersOfTheUser) {
+  const std::pair<const char*, const char*> kPaths[] = {{"C:\\Korvina\\Report\\", "C/Korvina/Report/"},
+                                                        {"C:/Korvina/ZRTr", "C/Korvina/ZRTr"},
+                                                        {"d:\\Склад\\остатки.txt", "D/Склад/остатки.txt"},
+                                                        {"\\Korvina", "C/Korvina"},
+                                                        {"C:", "C/"}};
+  for (const auto& [drive_path, native] : kPaths) {
+    EXPECT_EQ(drives_.ToNative(drive_path), root_ / native) << drive_path;
+  }
+  EXPECT_EQ(DriveMap({}).ToNative("C:\\Korvina\\x.txt"), std::filesystem::path("C:\\Korvina\\x.txt"));
+}
+
+TEST_F(Drives, ListsDrivesAndFolders) {
+  EXPECT_EQ(drives_.Drives(), std::vector<std::string>{"C:"});
+  EXPECT_TRUE(drives_.Folders("C:\\").empty());
+  Write("E:\\отчёты\\a.csv", "");
+  Write("E:\\архив\\a.csv", "");
+  Write("E:\\a.csv", "");
+  EXPECT_EQ(drives_.Drives(), (std::vector<std::string>{"C:", "E:"}));
+  EXPECT_EQ(drives_.Folders("E:\\"), (std::vector<std::string>{"архив", "отчёты"}));
+}
+
+TEST_F(Drives, TheSettingsFileNamesTheDataLinkOfEachProgram) {
+  EXPECT_EQ(FindDataLinkPath(drives_, "zrt"), std::nullopt);  // no file
+
+  const std::pair<const char*, std::optional<std::string>> kFiles[] = {
+      {"", std::nullopt},
+      {"kassa,C:\\kassa.udl\r\n", std::nullopt},
+      {"kassa,C:\\kassa.udl\r\nzrt,C:\\Данные\\one.udl\r\nzrt,C:\\two.udl\r\n", "C:\\Данные\\one.udl"},
+      {"\"zrt\",\"C:\\quoted.udl\"\n", "C:\\quoted.udl"},
+      {"zrt\nno comma here\nZRT,C:\\case.udl\nzrt , C:\\blanks.udl", "C:\\blanks.udl"},
+      {"zrt,C:\\with,comma.udl\n", "C:\\with,comma.udl"},
+      {"zrt,\n", ""},
+  };
+  for (const auto& [text, path] : kFiles) {
+    Write(std::string(kSettingsFile), ToWindows1251(text));
+    EXPECT_EQ(FindDataLinkPath(drives_, "zrt"), path) << text;
+  }
+}
+
+TEST_F(Drives, AnUnreadableSettingsFileIsAnError) {
+  std::filesystem::create_directories(drives_.ToNative(kSettingsFile));  // a folder of that name
+  EXPECT_THROW(FindDataLinkPath(drives_, "zrt"), FileError);
+}
+
+}  // namespace
+}  // namespace zrt

@@ -1,0 +1,114 @@
+#!/usr/bin/env python3
+"""demo_test.py ZRT_DEMO ZRT_TERMINAL DATA_DIR HOST: the demonstration shop is the same every time, and its figures agree."""
+
+import os
+import subprocess
+import sys
+import unittest
+
+DEMO, TERMINAL, DATA, HOST = sys.argv[1:5]
+SCHEMA = f"zrt_demo_{os.getpid()}"
+NOW = "2026-11-12 21:30:00"
+
+
+def demo(*options):
+    return subprocess.run([DEMO, "--now", NOW, "--lines", "3000", *options], check=True, stdout=subprocess.PIPE).stdout
+
+
+def client(script=None, query=None, schema=SCHEMA):
+    command = ["mariadb", "--no-defaults", f"--host={HOST}", "--user=zrt", "--password=41730926",
+               "--default-character-set=latin1", "--batch", "--skip-column-names"]
+    if query is not None:
+        command += ["-e", query]
+    if schema:
+        command.append(schema)
+    done = subprocess.run(command, input=script, check=True, stdout=subprocess.PIPE)
+    return done.stdout.decode("cp1251").rstrip("\n")
+
+
+def value(query):
+    return client(query=query)
+
+
+class Demo(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        client(query=f"CREATE DATABASE {SCHEMA} DEFAULT CHARACTER SET latin1 COLLATE latin1_bin", schema=None)
+        client(script=demo("--mode", "register"))
+
+    @classmethod
+    def tearDownClass(cls):
+        client(query=f"DROP DATABASE {SCHEMA}", schema=None)
+
+    def test_same_options_give_the_same_shop(self):
+        self.assertEqual(demo(), demo())
+        self.assertNotEqual(demo(), demo("--seed", "2"))
+
+    def test_every_kind_of_row_is_there(self):
+        for condition in ("COD=0", "N4<3", "N4>2", "REZ>0", "SKID>0 AND REZ=0", "N6=1", "N6=2", "N6 IS NULL", "N1=1",
+                          "N1=2", "TER=4", "N5=22", "N7 IS NULL", "N7>0", "KOL%1000<>0",
+                          "HOUR(DATETIME)<3", f"DATETIME>'2026-11-12 08:00:00'", "PERS=9", "REZ>0 AND SKID=0", "KOL<0"):
+            self.assertGreater(int(value(f"SELECT COUNT(*) FROM PROD WHERE {condition}")), 0, condition)
+        for condition in ("N3 IS NULL AND PERS<100", "N1>0", "PLUS>0", "MINUS>0", "N4>2 AND SUM2=0", "SUM1<0", "N4=1", "N4=2"):
+            self.assertGreater(int(value(f"SELECT COUNT(*) FROM KASSA WHERE {condition}")), 0, condition)
+        for table in ("SPION", "AKZMARK", "CHECK1", "KLIENT", "PERSON", "DISCOUNT", "TOTALSKID", "DKHOLDER"):
+            self.assertGreater(int(value(f"SELECT COUNT(*) FROM {table}")), 0, table)
+        self.assertEqual(value(f"SELECT COUNT(*) FROM PROD WHERE TER<7 AND DATETIME>'{NOW}'"), "0")
+
+    def test_sums_agree(self):
+        self.assertEqual(value("SELECT COUNT(*) FROM PROD WHERE SUM2<>KOL*PRISE DIV 1000-SKID"), "0")
+        # An order's sum and discount are those of its lines, however many payments it took.
+        self.assertEqual(value(
+            "SELECT COUNT(*) FROM (SELECT NUM,TER,SUM(SUM1)*1000 S,SUM(SKID)*1000 D FROM KASSA WHERE NUM>0 GROUP BY "
+            "NUM,TER) K LEFT JOIN (SELECT NUM,TER,SUM(KOL*PRISE DIV 1000) S,SUM(SKID) D FROM PROD GROUP BY NUM,TER) P "
+            "USING (NUM,TER) WHERE P.S IS NULL OR K.S<>P.S OR K.D<>P.D"), "0")
+        # What the catalogue says was sold in this shift was sold in this shift.
+        self.assertEqual(value(
+            "SELECT COUNT(*) FROM TOVAR LEFT JOIN (SELECT COD,SUM(KOL) S FROM PROD WHERE DATETIME>='2026-11-12 08:00:00' "
+            "GROUP BY COD) P USING (COD) WHERE KOL<>IFNULL(P.S,0)"), "0")
+        self.assertEqual(value("SELECT COUNT(*) FROM PROD LEFT JOIN TOVAR USING (COD) WHERE PROD.COD>0 AND "
+                               "TOVAR.COD IS NULL"), "0")
+
+    def test_keys_can_be_added_again(self):
+        before = value("SELECT COUNT(*) FROM information_schema.STATISTICS WHERE TABLE_SCHEMA=DATABASE()")
+        with open(os.path.join(DATA, "tune.sql"), "rb") as script:
+            client(script=script.read())
+        after = value("SELECT COUNT(*) FROM information_schema.STATISTICS WHERE TABLE_SCHEMA=DATABASE()")
+        self.assertEqual(before, after)
+        self.assertIn("DATETIME", value("SHOW KEYS FROM PROD"))
+
+    def test_oldest_version_has_the_terminals_columns_alone(self):
+        schema = SCHEMA + "_v0"
+        client(query=f"CREATE DATABASE {schema} DEFAULT CHARACTER SET latin1 COLLATE latin1_bin", schema=None)
+        try:
+            client(script=demo("--version", "0"), schema=schema)
+            self.assertEqual(client(query="SELECT N2 FROM CONST WHERE COD=3", schema=schema), "0")
+            self.assertNotIn("UKT", client(query="SHOW COLUMNS FROM PROD", schema=schema))
+            self.assertGreater(int(client(query="SELECT COUNT(*) FROM PROD", schema=schema)), 2000)
+        finally:
+            client(query=f"DROP DATABASE {schema}", schema=None)
+
+    def test_a_terminal_sells_whole_orders(self):
+        last = int(value("SELECT MAX(ID) FROM KASSA"))
+        stock = int(value("SELECT SUM(KOL) FROM TOVAR"))
+        subprocess.run([TERMINAL, "--host", HOST, "--schema", SCHEMA, "--terminal", "7", "--orders", "12", "--pause", "0"],
+                       check=True)
+        self.assertEqual(value(f"SELECT COUNT(*),MIN(N4) FROM KASSA WHERE ID>{last}"), "12\t3")
+        self.assertEqual(value("SELECT COUNT(*) FROM CHECK7"), "0")
+        self.assertEqual(value("SELECT COUNT(*) FROM KASSA JOIN (SELECT NUM,SUM(SUM2) S FROM PROD WHERE TER=7 GROUP BY "
+                               "NUM) P USING (NUM) WHERE TER=7 AND SUM1*1000=P.S"), "12")
+        sold = int(value("SELECT SUM(KOL) FROM PROD WHERE TER=7"))
+        self.assertEqual(int(value("SELECT SUM(KOL) FROM TOVAR")), stock + sold)
+
+    def test_a_terminal_does_not_sell_what_the_back_office_annulled(self):
+        seller = subprocess.Popen([TERMINAL, "--host", HOST, "--schema", SCHEMA, "--terminal", "8", "--orders", "1",
+                                   "--pause", "400"])
+        while seller.poll() is None:
+            client(query="DELETE FROM CHECK8")
+        self.assertEqual(seller.returncode, 0)
+        self.assertEqual(value("SELECT COUNT(*) FROM PROD WHERE TER=8"), "0")
+        self.assertEqual(value("SELECT COUNT(*) FROM KASSA WHERE TER=8"), "0")
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])
