@@ -81,9 +81,11 @@ class Fetcher {
   void Fetch(RowArena& arena, std::vector<const char*>& rows) {
     if (bindings_.empty()) return;
     SQLLEN expected = 0;
-    if (SQL_SUCCEEDED(SQLRowCount(Handle(), &expected)) && expected > 0)
-      rows.reserve(static_cast<std::size_t>(expected));
-    Bind();
+    if (!SQL_SUCCEEDED(SQLRowCount(Handle(), &expected)) || expected < 0) expected = kRowsAtOnce;
+    if (expected == 0) return;
+    rows.reserve(static_cast<std::size_t>(expected));
+    // Most results are a single row: no buffers for a thousand then.
+    Bind(std::min(kRowsAtOnce, static_cast<std::size_t>(expected)));
     for (;;) {
       SQLULEN fetched = 0;
       SQLSetStmtAttr(Handle(), SQL_ATTR_ROWS_FETCHED_PTR, &fetched, 0);
@@ -91,7 +93,7 @@ class Fetcher {
       if (result == SQL_NO_DATA) return;
       Check(result);
       for (std::size_t row = 0; row < fetched; ++row)
-        rows.push_back(block_rows_ == 1 ? CopyWide(arena) : Copy(arena, row));
+        rows.push_back(all_bound_ ? Copy(arena, row) : CopyWide(arena));
     }
   }
 
@@ -102,11 +104,11 @@ class Fetcher {
     if (!SQL_SUCCEEDED(result)) throw connection_.Failure(statement_);
   }
 
-  void Bind() {
-    const bool all_bound =
+  void Bind(std::size_t rows_at_once) {
+    all_bound_ =
         std::all_of(bindings_.begin(), bindings_.end(), [](const Binding& b) { return b.width > 0; });
     // Pieces of a long value can be asked for only while the driver stands on its row.
-    block_rows_ = all_bound ? kRowsAtOnce : 1;
+    block_rows_ = all_bound_ ? rows_at_once : 1;
     Check(SQLSetStmtAttr(Handle(), SQL_ATTR_ROW_ARRAY_SIZE, reinterpret_cast<SQLPOINTER>(block_rows_), 0));
     SQLUSMALLINT number = 0;
     for (Binding& binding : bindings_) {
@@ -184,6 +186,7 @@ class Fetcher {
   const OdbcHandle& statement_;
   Connection::Impl& connection_;
   std::vector<Binding> bindings_;
+  bool all_bound_ = true;
   std::size_t block_rows_ = 0;
   std::size_t row_bytes_ = 0;  ///< most that the bound cells of a row take in the arena
 };
