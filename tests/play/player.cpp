@@ -1,8 +1,9 @@
 #include "play/player.h"
 
+#include <fnmatch.h>
+
 #include <fstream>
 #include <map>
-#include <regex>
 #include <sstream>
 
 #include "core/errors.h"
@@ -61,20 +62,10 @@ std::string OrNothing(const std::string& text) {
 std::filesystem::path Match(const std::filesystem::path& pattern) {
   const std::string name = pattern.filename().string();
   if (name.find('*') == std::string::npos) return pattern;
-  std::string expression;
-  for (const char character : name) {
-    if (character == '*') {
-      expression += ".*";
-    } else {
-      if (std::isalnum(static_cast<unsigned char>(character)) == 0) expression += '\\';
-      expression += character;
-    }
-  }
-  const std::regex fits(expression);
   std::vector<std::filesystem::path> found;
   std::error_code error;
   for (const auto& entry : std::filesystem::directory_iterator(pattern.parent_path(), error)) {
-    if (std::regex_match(entry.path().filename().string(), fits)) found.push_back(entry.path());
+    if (fnmatch(name.c_str(), entry.path().filename().c_str(), 0) == 0) found.push_back(entry.path());
   }
   if (found.size() != 1) Fail(std::to_string(found.size()) + " files fit " + pattern.string());
   return found.front();
