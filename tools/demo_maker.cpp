@@ -14,7 +14,7 @@
 #include "core/errors.h"
 #include "core/schema.h"
 #include "platform/system_clock.h"
-#include "sales_maker.h"
+#include "sales_history.h"
 
 namespace {
 
@@ -22,7 +22,7 @@ using namespace zrt::tools;
 
 constexpr const char* kUsage =
     "usage: zrt_demo [OPTION VALUE ...]\n"
-    "  --lines N        sold lines, about (40000)\n"
+    "  --lines N        sold lines (40000)\n"
     "  --products N     products of the catalogue (400)\n"
     "  --mode MODE      normal, register, lite or restricted (register)\n"
     "  --version V      of the schema: 4, or 0 as the terminals bring it (4)\n"
@@ -71,12 +71,13 @@ std::string ReadFile(const std::string& path) {
   return text.str();
 }
 
-void WriteCatalogue(ScriptWriter& script, const std::vector<Product>& catalogue, const std::vector<std::int64_t>& sold,
+void WriteCatalogue(ScriptWriter& script, const std::vector<Product>& catalogue, const SalesHistory& sales,
                     bool upgraded, Random& random) {
-  for (std::size_t i = 0; i < catalogue.size(); ++i) {
-    const Product& product = catalogue[i];
-    const std::int64_t stock = product.service ? 0 : random.Between(0, 120) * 1000 + sold[i];
-    std::string values = fmt::format("{},1,{},{},{},{},'{}',{},{}", product.cod, Quoted(product.name), stock, sold[i],
+  for (const Product& product : catalogue) {
+    const auto entry = sales.CurrentSales().find(product.cod);
+    const std::int64_t sold = entry == sales.CurrentSales().end() ? 0 : entry->second;
+    const std::int64_t stock = product.service ? 0 : random.Between(0, 120) * 1000 + sold;
+    std::string values = fmt::format("{},1,{},{},{},{},'{}',{},{}", product.cod, Quoted(product.name), stock, sold,
                                      product.price, product.barcode, product.tax, product.category);
     if (upgraded) {
       values +=
@@ -105,16 +106,14 @@ void WriteShop(const Options& options) {
     }
   }
   script.Statement("SET autocommit=0");
-  SalesMaker sales(script, random, catalogue, cards, options.upgraded);
-  sales.Sell(options.lines, options.now);
-  WriteCatalogue(script, catalogue, sales.SoldThisShift(), options.upgraded, random);
+  SalesHistory sales(script, random, catalogue, cards, options.upgraded);
+  sales.Write(options.lines, options.now);
+  WriteCatalogue(script, catalogue, sales, options.upgraded, random);
   WriteStaff(script, options.upgraded);
   WriteCards(script, cards, options.upgraded, random);
   if (options.upgraded) {
     WritePanels(script, catalogue);
-    // The program opens on the calendar day. Before the shift changes that day's shift is still to come, so a shop that
-    // is made at night counts its days from midnight.
-    WriteSettings(script, options.mode, options.now.hour < kShiftHour ? 0 : kShiftHour);
+    WriteSettings(script, options.mode, ShiftHourAt(options.now));
   }
   script.Statement("COMMIT");
   script.Statement("SET autocommit=1");

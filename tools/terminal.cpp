@@ -1,10 +1,12 @@
 // zrt_terminal: a cash terminal that sells into the shop's database while the program runs. Lines go into the open
-// receipt first; when the order is closed they move to PROD and KASSA, lines taken back go to SPION.
+// receipt first; when the order is closed they move to PROD and KASSA, lines taken back go to SPION. A line that the
+// back office has annulled meanwhile isn't sold.
 
 #include <fmt/format.h>
 
 #include <chrono>
 #include <iostream>
+#include <set>
 #include <thread>
 
 #include "catalogue.h"
@@ -22,7 +24,7 @@ using namespace zrt::tools;
 
 constexpr const char* kUsage =
     "usage: zrt_terminal --host HOST --schema NAME [OPTION VALUE ...]\n"
-    "  --terminal N   number of the terminal, 1 to 8 (1)\n"
+    "  --terminal N   number of the terminal, 1 to 24 (1)\n"
     "  --orders N     orders to sell; 0 goes on until it is ended (0)\n"
     "  --pause MS     milliseconds between two lines (1500)\n"
     "  --seed N       what is sold (1)\n";
@@ -87,7 +89,8 @@ class Terminal {
       lines.pop_back();
     }
     Pause();
-    CloseOrder(order, lines);
+    DropAnnulled(lines);
+    if (!lines.empty()) CloseOrder(order, lines);
   }
 
  private:
@@ -123,6 +126,15 @@ class Terminal {
     const std::string moment = zrt::RegionalFormat{}.DateTimeText(clock_.Now());
     connection_.Execute(fmt::format("INSERT INTO SPION ({}) VALUES ({})", kSpionColumns, SpionValues(line, moment)));
     connection_.Execute(fmt::format("DELETE FROM CHECK{} WHERE COD={} LIMIT 1", line.ter, line.cod));
+  }
+
+  /// An annulment takes all lines of a product out of the open receipt.
+  void DropAnnulled(std::vector<SoldLine>& lines) {
+    zrt::Recordset receipt;
+    receipt.Open(fmt::format("SELECT COD FROM CHECK{}", options_.terminal), connection_);
+    std::set<std::int64_t> codes;
+    for (int row = 1; row <= receipt.RecordCount(); ++row) codes.insert(receipt.At(row, 0).Int());
+    std::erase_if(lines, [&codes](const SoldLine& line) { return codes.count(line.cod) == 0; });
   }
 
   void CloseOrder(CashRow& order, std::vector<SoldLine>& lines) {

@@ -38,7 +38,7 @@ Digits RoundDigits(double value, int decimals) {
       if (i > 0) {
         ++digits[i - 1];
       } else {
-        digits.insert(0, "1");
+        digits.insert(digits.begin(), '1');
         ++mark;
       }
     }

@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <fstream>
+
 #include "app/app.h"
+#include "platform/settings_file.h"
 #include "support/scripted_desktop.h"
 #include "support/scripted_faults.h"
 #include "support/test_database.h"
@@ -222,6 +225,25 @@ TEST_F(Startup, KeysArePaintedByWhatStandsOnThem) {
   desktop_.UserAction([this] { app_->Main.Panels.LoadPanelKeys(1, 3, 7); });
   EXPECT_EQ(app_->Main.Panels.DataGrid12.Row(), 8);
   EXPECT_EQ(app_->Main.Panels.CmdM[0].Caption(), "");
+}
+
+TEST_F(Startup, TheDataLinkOfThisProgramComesFromTheSettingsFile) {
+  drives_ = DriveMap(testing::TempDir() + "zrt_settings");
+  const std::filesystem::path file = drives_.ToNative(kSettingsFile);
+  std::filesystem::remove_all(file);
+  std::filesystem::create_directories(file.parent_path());
+  std::ofstream(file) << "kassa,C:\\kassa.udl\r\nzrt,C:\\shop.udl\r\n";
+  Start();
+  EXPECT_EQ(app_->TheSession.UdlPath, "C:\\shop.udl");
+  app_.reset();
+
+  // A file that can't be read ends the start before the main window is there.
+  std::filesystem::remove(file);
+  std::filesystem::create_directories(file);
+  desktop_.ExpectRuntimeError();
+  Start();
+  EXPECT_FALSE(app_->Main.IsLoaded());
+  EXPECT_EQ(desktop_.ExitCode(), 1);
 }
 
 TEST_F(Startup, StoppingClosesEverything) {

@@ -46,19 +46,22 @@ class Demo(unittest.TestCase):
 
     def test_every_kind_of_row_is_there(self):
         for condition in ("COD=0", "N4<3", "N4>2", "REZ>0", "SKID>0 AND REZ=0", "N6=1", "N6=2", "N6 IS NULL", "N1=1",
-                          "N1=2", "TER=5", "N5=22", "N7 IS NULL", "N7>0", "KOL%1000<>0",
-                          "HOUR(DATETIME)<3", f"DATETIME>'2026-11-12 08:00:00'"):
+                          "N1=2", "TER=4", "N5=22", "N7 IS NULL", "N7>0", "KOL%1000<>0",
+                          "HOUR(DATETIME)<3", f"DATETIME>'2026-11-12 08:00:00'", "PERS=9", "REZ>0 AND SKID=0", "KOL<0"):
             self.assertGreater(int(value(f"SELECT COUNT(*) FROM PROD WHERE {condition}")), 0, condition)
-        for table in ("SPION", "CHECK1", "KLIENT", "PERSON", "DISCOUNT", "TOTALSKID", "DKHOLDER"):
+        for condition in ("N3 IS NULL AND PERS<100", "N1>0", "PLUS>0", "MINUS>0", "N4>2 AND SUM2=0", "SUM1<0", "N4=1", "N4=2"):
+            self.assertGreater(int(value(f"SELECT COUNT(*) FROM KASSA WHERE {condition}")), 0, condition)
+        for table in ("SPION", "AKZMARK", "CHECK1", "KLIENT", "PERSON", "DISCOUNT", "TOTALSKID", "DKHOLDER"):
             self.assertGreater(int(value(f"SELECT COUNT(*) FROM {table}")), 0, table)
-        self.assertEqual(value(f"SELECT COUNT(*) FROM PROD WHERE TER<>7 AND DATETIME>'{NOW}'"), "0")
+        self.assertEqual(value(f"SELECT COUNT(*) FROM PROD WHERE TER<7 AND DATETIME>'{NOW}'"), "0")
 
     def test_sums_agree(self):
         self.assertEqual(value("SELECT COUNT(*) FROM PROD WHERE SUM2<>KOL*PRISE DIV 1000-SKID"), "0")
-        # An order's sum and discount are those of its lines.
+        # An order's sum and discount are those of its lines, however many payments it took.
         self.assertEqual(value(
-            "SELECT COUNT(*) FROM KASSA LEFT JOIN (SELECT NUM,TER,SUM(KOL*PRISE DIV 1000) S,SUM(SKID) D FROM PROD "
-            "GROUP BY NUM,TER) P USING (NUM,TER) WHERE NUM>0 AND (P.S IS NULL OR SUM1*1000<>P.S OR SKID*1000<>P.D)"), "0")
+            "SELECT COUNT(*) FROM (SELECT NUM,TER,SUM(SUM1)*1000 S,SUM(SKID)*1000 D FROM KASSA WHERE NUM>0 GROUP BY "
+            "NUM,TER) K LEFT JOIN (SELECT NUM,TER,SUM(KOL*PRISE DIV 1000) S,SUM(SKID) D FROM PROD GROUP BY NUM,TER) P "
+            "USING (NUM,TER) WHERE P.S IS NULL OR K.S<>P.S OR K.D<>P.D"), "0")
         # What the catalogue says was sold in this shift was sold in this shift.
         self.assertEqual(value(
             "SELECT COUNT(*) FROM TOVAR LEFT JOIN (SELECT COD,SUM(KOL) S FROM PROD WHERE DATETIME>='2026-11-12 08:00:00' "
@@ -96,6 +99,15 @@ class Demo(unittest.TestCase):
                                "NUM) P USING (NUM) WHERE TER=7 AND SUM1*1000=P.S"), "12")
         sold = int(value("SELECT SUM(KOL) FROM PROD WHERE TER=7"))
         self.assertEqual(int(value("SELECT SUM(KOL) FROM TOVAR")), stock + sold)
+
+    def test_a_terminal_does_not_sell_what_the_back_office_annulled(self):
+        seller = subprocess.Popen([TERMINAL, "--host", HOST, "--schema", SCHEMA, "--terminal", "8", "--orders", "1",
+                                   "--pause", "400"])
+        while seller.poll() is None:
+            client(query="DELETE FROM CHECK8")
+        self.assertEqual(seller.returncode, 0)
+        self.assertEqual(value("SELECT COUNT(*) FROM PROD WHERE TER=8"), "0")
+        self.assertEqual(value("SELECT COUNT(*) FROM KASSA WHERE TER=8"), "0")
 
 
 if __name__ == "__main__":
