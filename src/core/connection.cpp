@@ -101,7 +101,7 @@ OdbcHandle Connection::Impl::Run(std::string_view sql) {
 }
 
 DatabaseError Connection::Impl::Failure(const OdbcHandle& statement) {
-  const DatabaseError error = Diagnosis(statement);
+  DatabaseError error = Diagnosis(statement);
   SQLUINTEGER dead = SQL_CD_FALSE;
   SQLGetConnectAttr(link.Get(), SQL_ATTR_CONNECTION_DEAD, &dead, 0, nullptr);
   if (dead == SQL_CD_TRUE || NamesDeadLink(error)) lost = true;

@@ -140,7 +140,7 @@ std::string RegionalFormat::DateText(const Date& date) const {
 }
 
 std::string RegionalFormat::DateTimeText(const DateTime& moment) const {
-  const std::string date = DateText(moment.date);
+  std::string date = DateText(moment.date);
   if (moment.hour == 0 && moment.minute == 0 && moment.second == 0) return date;
   return fmt::format("{} {:02}:{:02}:{:02}", date, moment.hour, moment.minute, moment.second);
 }

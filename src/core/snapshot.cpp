@@ -130,11 +130,11 @@ class Fetcher {
   void Run() {
     Describe();
     if (bindings_.empty()) return;
-    SQLLEN expected = 0;
-    if (SQL_SUCCEEDED(SQLRowCount(Handle(), &expected)) && expected > 0) {
-      snapshot_.rows.reserve(static_cast<std::size_t>(expected));
-    }
-    Bind();
+    SQLLEN rows = 0;
+    const bool counted = SQL_SUCCEEDED(SQLRowCount(Handle(), &rows)) && rows > 0;
+    const std::size_t expected = counted ? static_cast<std::size_t>(rows) : kRowsAtOnce;
+    snapshot_.rows.reserve(expected);
+    Bind(std::min(expected, kRowsAtOnce));  // most results are a single row, which needs no buffers for more
     for (;;) {
       const SQLRETURN result = SQLFetch(Handle());
       if (result == SQL_NO_DATA) return;
@@ -184,11 +184,11 @@ class Fetcher {
     }
   }
 
-  void Bind() {
+  void Bind(std::size_t rows) {
     const bool in_pieces =
         std::any_of(bindings_.begin(), bindings_.end(), [](const Binding& b) { return b.form == Form::kPieces; });
     // Pieces of a long value can be asked for only while the driver stands on its row.
-    const std::size_t rows = in_pieces ? 1 : kRowsAtOnce;
+    if (in_pieces) rows = 1;
     Check(SQLSetStmtAttr(Handle(), SQL_ATTR_ROW_ARRAY_SIZE, reinterpret_cast<SQLPOINTER>(rows), 0));
     Check(SQLSetStmtAttr(Handle(), SQL_ATTR_ROWS_FETCHED_PTR, &fetched_, 0));
     SQLUSMALLINT number = 0;
