@@ -541,14 +541,14 @@ TEST_F(Windows, ATimerDoesNotFireInsideItsOwnHandler) {
 
 TEST_F(Windows, UnloadingInsideItsOwnEventTakesTheWindowAndTheNextShowBeginsAfresh) {
   Probe form(desktop_);
-  Probe other(desktop_);
-  other.Show();
+  Probe other(desktop_);  // the program doesn't end while it is there
   form.lblVersion.Caption = "1.2.3";
   form.Show();
   QWidget* window = WindowOf(form);
+  other.Show();
   const QPointer<QWidget> first = window;
   form.Click = [&] { form.Close(); };
-  QTest::mouseClick(form.IsLoaded() ? desktop_.Front() == &form ? window : nullptr : nullptr, Qt::LeftButton);
+  QTest::mouseClick(window, Qt::LeftButton);
   EXPECT_FALSE(form.IsLoaded());
   EXPECT_EQ(form.log, "AU");
   EXPECT_TRUE(QTest::qWaitFor([&] { return first.isNull(); }));
