@@ -78,6 +78,8 @@ void Connection::Impl::CloseLink() noexcept {
 
 OdbcHandle Connection::Impl::Send(std::string_view bytes) {
   OdbcHandle statement(SQL_HANDLE_STMT, link.Get());
+  // A result is read once from its first to its last row; whatever moves in it later moves in our own copy.
+  SQLSetStmtAttr(statement.Get(), SQL_ATTR_CURSOR_TYPE, reinterpret_cast<SQLPOINTER>(SQL_CURSOR_FORWARD_ONLY), 0);
   const SQLRETURN result = SQLExecDirect(statement.Get(), Bytes(bytes), static_cast<SQLINTEGER>(bytes.size()));
   // SQL_NO_DATA: an UPDATE or DELETE that found no row
   if (!SQL_SUCCEEDED(result) && result != SQL_NO_DATA) throw Failure(statement);
@@ -99,7 +101,7 @@ OdbcHandle Connection::Impl::Run(std::string_view sql) {
 }
 
 DatabaseError Connection::Impl::Failure(const OdbcHandle& statement) {
-  const DatabaseError error = Diagnosis(statement);
+  DatabaseError error = Diagnosis(statement);
   SQLUINTEGER dead = SQL_CD_FALSE;
   SQLGetConnectAttr(link.Get(), SQL_ATTR_CONNECTION_DEAD, &dead, 0, nullptr);
   if (dead == SQL_CD_TRUE || NamesDeadLink(error)) lost = true;

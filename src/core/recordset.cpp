@@ -1,7 +1,6 @@
 #include "core/recordset.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <utility>
 
@@ -14,182 +13,6 @@
 
 namespace zrt {
 namespace {
-
-/// Rows that one call to the driver brings.
-constexpr std::size_t kRowsAtOnce = 1000;
-/// Columns that may be longer than this are read piece by piece instead of being bound.
-constexpr std::size_t kWidestBound = 4096;
-
-FieldType TypeOf(SQLSMALLINT sql_type) {
-  switch (sql_type) {
-    case SQL_BIT:
-    case SQL_TINYINT:
-    case SQL_SMALLINT:
-    case SQL_INTEGER:
-    case SQL_BIGINT:
-      return FieldType::kInteger;
-    case SQL_DECIMAL:
-    case SQL_NUMERIC:
-      return FieldType::kDecimal;
-    case SQL_REAL:
-    case SQL_FLOAT:
-    case SQL_DOUBLE:
-      return FieldType::kFloat;
-    case SQL_TYPE_DATE:
-    case SQL_TYPE_TIMESTAMP:
-      return FieldType::kDateTime;
-    default:
-      return FieldType::kText;
-  }
-}
-
-/// A column of the result and the buffer that the driver fills for a block of rows.
-struct Binding {
-  std::size_t width = 0;  ///< bytes of one value with its end mark; 0 when the column isn't bound
-  std::vector<char> values;
-  std::vector<SQLLEN> lengths;
-};
-
-/// Takes the result of a statement into a snapshot.
-class Fetcher {
- public:
-  Fetcher(const OdbcHandle& statement, Connection::Impl& connection) : statement_(statement), connection_(connection) {}
-
-  std::vector<Column> Describe() {
-    SQLSMALLINT count = 0;
-    Check(SQLNumResultCols(Handle(), &count));
-    std::vector<Column> columns;
-    for (SQLSMALLINT i = 1; i <= count; ++i) {
-      std::array<SQLCHAR, 260> name{};
-      SQLSMALLINT name_length = 0;
-      SQLSMALLINT type = 0;
-      SQLULEN size = 0;
-      Check(SQLDescribeCol(Handle(), static_cast<SQLUSMALLINT>(i), name.data(), static_cast<SQLSMALLINT>(name.size()),
-                           &name_length, &type, &size, nullptr, nullptr));
-      const std::string text =
-          FromWindows1251({reinterpret_cast<const char*>(name.data()), static_cast<std::size_t>(name_length)});
-      columns.push_back({text, ToLower(text), TypeOf(type)});
-      SQLLEN display = 0;
-      Check(SQLColAttribute(Handle(), static_cast<SQLUSMALLINT>(i), SQL_DESC_DISPLAY_SIZE, nullptr, 0, nullptr,
-                            &display));
-      const std::size_t longest = std::max<std::size_t>(size, display > 0 ? static_cast<std::size_t>(display) : 0);
-      bindings_.push_back({longest < kWidestBound ? longest + 1 : 0, {}, {}});
-    }
-    return columns;
-  }
-
-  void Fetch(RowArena& arena, std::vector<const char*>& rows) {
-    if (bindings_.empty()) return;
-    SQLLEN expected = 0;
-    if (!SQL_SUCCEEDED(SQLRowCount(Handle(), &expected)) || expected < 0) expected = kRowsAtOnce;
-    if (expected == 0) return;
-    rows.reserve(static_cast<std::size_t>(expected));
-    // Most results are a single row: no buffers for a thousand then.
-    Bind(std::min(kRowsAtOnce, static_cast<std::size_t>(expected)));
-    for (;;) {
-      SQLULEN fetched = 0;
-      SQLSetStmtAttr(Handle(), SQL_ATTR_ROWS_FETCHED_PTR, &fetched, 0);
-      const SQLRETURN result = SQLFetch(Handle());
-      if (result == SQL_NO_DATA) return;
-      Check(result);
-      for (std::size_t row = 0; row < fetched; ++row)
-        rows.push_back(all_bound_ ? Copy(arena, row) : CopyWide(arena));
-    }
-  }
-
- private:
-  SQLHANDLE Handle() const { return statement_.Get(); }
-
-  void Check(SQLRETURN result) {
-    if (!SQL_SUCCEEDED(result)) throw connection_.Failure(statement_);
-  }
-
-  void Bind(std::size_t rows_at_once) {
-    all_bound_ =
-        std::all_of(bindings_.begin(), bindings_.end(), [](const Binding& b) { return b.width > 0; });
-    // Pieces of a long value can be asked for only while the driver stands on its row.
-    block_rows_ = all_bound_ ? rows_at_once : 1;
-    Check(SQLSetStmtAttr(Handle(), SQL_ATTR_ROW_ARRAY_SIZE, reinterpret_cast<SQLPOINTER>(block_rows_), 0));
-    SQLUSMALLINT number = 0;
-    for (Binding& binding : bindings_) {
-      ++number;
-      row_bytes_ += RowArena::CellBytes(binding.width);
-      if (binding.width == 0) continue;
-      binding.values.resize(binding.width * block_rows_);
-      binding.lengths.resize(block_rows_);
-      Check(SQLBindCol(Handle(), number, SQL_C_CHAR, binding.values.data(), static_cast<SQLLEN>(binding.width),
-                       binding.lengths.data()));
-    }
-  }
-
-  std::string_view Value(const Binding& binding, std::size_t row) const {
-    const auto length = static_cast<std::size_t>(binding.lengths[row]);
-    if (length > binding.width) throw DatabaseError("01004", 0, "a value is longer than its column was announced");
-    return {binding.values.data() + row * binding.width, length};
-  }
-
-  const char* Copy(RowArena& arena, std::size_t row) {
-    char* const begin = arena.Reserve(row_bytes_);
-    char* at = begin;
-    for (const Binding& binding : bindings_) {
-      if (binding.lengths[row] == SQL_NULL_DATA) {
-        at = RowArena::PutNull(at);
-      } else {
-        const std::string_view value = Value(binding, row);
-        at = RowArena::Put(at, value.data(), value.size());
-      }
-    }
-    arena.Commit(at);
-    return begin;
-  }
-
-  /// The row that the driver stands on, with the values of its unbound columns.
-  const char* CopyWide(RowArena& arena) {
-    std::vector<std::optional<std::string>> wide(bindings_.size());
-    std::size_t bytes = row_bytes_;
-    for (std::size_t i = 0; i < bindings_.size(); ++i) {
-      if (bindings_[i].width > 0) continue;
-      wide[i] = ReadPieces(static_cast<SQLUSMALLINT>(i + 1));
-      if (wide[i]) bytes += wide[i]->size();
-    }
-    char* const begin = arena.Reserve(bytes);
-    char* at = begin;
-    for (std::size_t i = 0; i < bindings_.size(); ++i) {
-      const Binding& binding = bindings_[i];
-      const bool is_null = binding.width > 0 ? binding.lengths[0] == SQL_NULL_DATA : !wide[i];
-      if (is_null) {
-        at = RowArena::PutNull(at);
-      } else {
-        const std::string_view value = binding.width > 0 ? Value(binding, 0) : std::string_view(*wide[i]);
-        at = RowArena::Put(at, value.data(), value.size());
-      }
-    }
-    arena.Commit(at);
-    return begin;
-  }
-
-  std::optional<std::string> ReadPieces(SQLUSMALLINT number) {
-    std::string value;
-    std::array<char, 8192> piece;
-    for (;;) {
-      SQLLEN left = 0;  // bytes of the value from this piece on
-      const SQLRETURN result = SQLGetData(Handle(), number, SQL_C_CHAR, piece.data(), piece.size(), &left);
-      if (result == SQL_NO_DATA) return value;
-      Check(result);
-      if (left == SQL_NULL_DATA) return std::nullopt;
-      const bool more = left == SQL_NO_TOTAL || left >= static_cast<SQLLEN>(piece.size());
-      value.append(piece.data(), more ? piece.size() - 1 : static_cast<std::size_t>(left));
-      if (!more) return value;
-    }
-  }
-
-  const OdbcHandle& statement_;
-  Connection::Impl& connection_;
-  std::vector<Binding> bindings_;
-  bool all_bound_ = true;
-  std::size_t block_rows_ = 0;
-  std::size_t row_bytes_ = 0;  ///< most that the bound cells of a row take in the arena
-};
 
 /// A criterion of Find, taken apart.
 struct Criterion {
@@ -296,21 +119,6 @@ std::string Cell::Display(const RegionalFormat& format, std::string_view pattern
   return value ? format.FormatFixed(*value, pattern) : Display(format);
 }
 
-void RowArena::AddBlock(std::size_t bytes) {
-  const std::size_t size = std::max(bytes, block_size_);
-  blocks_.push_back(std::make_unique_for_overwrite<char[]>(size));
-  next_ = blocks_.back().get();
-  end_ = next_ + size;
-  allocated_ += size;
-  block_size_ = std::min(block_size_ * 2, kLargestBlock);
-}
-
-std::optional<std::string_view> Recordset::Snapshot::Bytes(int row, int index) const {
-  const char* at = rows[static_cast<std::size_t>(row - 1)];
-  for (; index > 0; --index) RowArena::Take(at);
-  return RowArena::Take(at);
-}
-
 Recordset::Recordset() = default;
 
 Recordset::~Recordset() {
@@ -340,11 +148,7 @@ void Recordset::Requery() {
 
 void Recordset::Fetch() {
   const OdbcHandle statement = connection_->impl_->Run(sql_);
-  Fetcher fetcher(statement, *connection_->impl_);
-  auto fresh = std::make_unique<Snapshot>();
-  fresh->columns = fetcher.Describe();
-  fetcher.Fetch(fresh->arena, fresh->rows);
-  rows_ = std::move(fresh);
+  rows_ = std::make_unique<Snapshot>(statement, *connection_->impl_);
   row_ = 1;
 }
 

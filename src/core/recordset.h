@@ -25,7 +25,8 @@ class Cell {
   bool IsNull() const { return !bytes_.has_value(); }
   FieldType Type() const { return type_; }
 
-  /// The bytes as the server sent them (numbers with a dot, DATETIME as yyyy-mm-dd hh:mm:ss); empty for NULL.
+  /// The bytes as the server sends them (numbers with a dot, DATETIME as yyyy-mm-dd hh:mm:ss); empty for NULL. A
+  /// DATETIME of all zeros counts as NULL, fractions of a second are dropped.
   std::string_view Raw() const { return bytes_.value_or(std::string_view{}); }
 
   /// The text in UTF-8, as the server sent it. Throws TypeMismatch for NULL.
@@ -55,6 +56,7 @@ class Cell {
 };
 
 class Recordset;
+struct Snapshot;
 
 /// Told of every change of a recordset, so that a grid can follow without copying it. The grid's current row is the
 /// recordset's.
@@ -111,9 +113,10 @@ class Recordset {
   int Bookmark() const;
   void SetBookmark(int row);
 
-  /// Searches forward from the current row, itself included, for a criterion of the form "Name LIKE 'text%'": the
-  /// column named begins with the text (without "%": equals it), case ignored. Stands on the row found, else at Eof.
-  /// Throws Error for a criterion of another form, as one with a quote inside the text is, and on an empty set.
+  /// Searches forward from the current row, itself included. Criteria: "Name LIKE 'text%'", the column begins with the
+  /// text (without "%": equals it), case ignored; "Cod = 5" or "Dt = 15.11.2026", with or without quotes, a number
+  /// equals as a number, anything else as a text. Stands on the row found, else at Eof. Throws Error for a criterion of
+  /// another form, as one with a quote inside the text is, for a column that isn't there, and on an empty set.
   void Find(std::string_view criterion);
 
   /// Cell of the current row. Throws Error at Bof, Eof and for a column that isn't there.
@@ -131,8 +134,6 @@ class Recordset {
   void RemoveObserver(RecordsetObserver* observer);  ///< harmless when unknown
 
  private:
-  struct Snapshot;
-
   void Fetch();
   void Stand(int row);
   void TellRows();

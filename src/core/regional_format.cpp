@@ -38,7 +38,7 @@ Digits RoundDigits(double value, int decimals) {
       if (i > 0) {
         ++digits[i - 1];
       } else {
-        digits.insert(0, "1");
+        digits.insert(digits.begin(), '1');
         ++mark;
       }
     }
@@ -140,7 +140,7 @@ std::string RegionalFormat::DateText(const Date& date) const {
 }
 
 std::string RegionalFormat::DateTimeText(const DateTime& moment) const {
-  const std::string date = DateText(moment.date);
+  std::string date = DateText(moment.date);
   if (moment.hour == 0 && moment.minute == 0 && moment.second == 0) return date;
   return fmt::format("{} {:02}:{:02}:{:02}", date, moment.hour, moment.minute, moment.second);
 }

@@ -11,7 +11,7 @@ namespace zrt {
 namespace {
 
 std::string TwoDigits(int hour) {
-  return Right("0" + std::to_string(hour), 2);
+  return Right(fmt::format("0{}", hour), 2);
 }
 
 std::string SqlDay(const Date& date) {

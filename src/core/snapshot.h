@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/odbc.h"
 #include "core/recordset.h"
 
 namespace zrt {
@@ -84,19 +85,23 @@ class RowArena {
   std::size_t allocated_ = 0;
 };
 
-struct Column {
-  std::string name;    ///< UTF-8
-  std::string folded;  ///< lower case, for the search by name
-  FieldType type;
-};
-
 /// The rows and columns of one result.
-struct Recordset::Snapshot {
+struct Snapshot {
+  struct Column {
+    std::string name;    ///< UTF-8
+    std::string folded;  ///< lower case, for the search by name
+    FieldType type;
+  };
+
+  /// Takes the whole result of `statement`. Throws DatabaseError.
+  Snapshot(const OdbcHandle& statement, Connection::Impl& connection);
+
+  /// The cell of a row (from 1) and a column (from 0).
+  std::optional<std::string_view> Bytes(int row, int index) const;
+
   std::vector<Column> columns;
   RowArena arena;
   std::vector<const char*> rows;  ///< first cell of each row
-
-  std::optional<std::string_view> Bytes(int row, int index) const;
 };
 
 }  // namespace zrt

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <thread>
+#include <limits>
 
 #include "core/errors.h"
 #include "core/session.h"
@@ -93,6 +93,23 @@ TEST_F(Database, CellsOfEveryKind) {
   EXPECT_THROW(set_.Field("X"), Error);
 }
 
+TEST_F(Database, NumbersAndMomentsAtTheEndsOfTheirRange) {
+  shop_.Sql("CREATE TABLE E (B bigint, U bigint unsigned, T tinyint, D datetime, DAY date, F float, M decimal(30,10))");
+  shop_.Sql(
+      "INSERT INTO E VALUES (-9223372036854775807-1,18446744073709551615,-128,'9999-12-31 23:59:59','2026-02-03',0.1,"
+      "-12345678901234567890.0123456789),(0,0,0,'0000-00-00 00:00:00','1000-01-01',1234567.8,0)");
+  set_.Open("SELECT * FROM E ORDER BY B", connection_);
+  const char* kRows[][7] = {{"-9223372036854775808", "18446744073709551615", "-128", "9999-12-31 23:59:59",
+                             "2026-02-03", "0.1", "-12345678901234567890.0123456789"},
+                            {"0", "0", "0", "", "1000-01-01", "1234570", "0.0000000000"}};
+  for (int row = 1; row <= 2; ++row) {
+    for (int field = 0; field < 7; ++field) EXPECT_EQ(set_.At(row, field).Raw(), kRows[row - 1][field]);
+  }
+  EXPECT_EQ(set_.Field(0).Int(), std::numeric_limits<std::int64_t>::min());
+  EXPECT_THROW(set_.Field(1).Int(), OverflowError);
+  EXPECT_TRUE(set_.At(2, 3).IsNull());  // a day that never was
+}
+
 TEST_F(Database, PositionsOfASet) {
   shop_.Sql("INSERT INTO T (N) VALUES (1),(2),(3)");
   set_.Open("SELECT N FROM T ORDER BY N", connection_);
@@ -159,9 +176,10 @@ TEST_F(Database, ManyRowsAndLongTexts) {
 TEST_F(Database, FindsByTheBeginningOfAText) {
   shop_.Sql("INSERT INTO T (N,TXT) VALUES (1,'Кофе'),(2,'Чай'),(3,'ЧАЙ зелёный'),(4,'100% сок'),(5,NULL)");
   set_.Open("SELECT N,TXT FROM T ORDER BY N", connection_);
-  const std::pair<const char*, int> kCases[] = {{"TXT LIKE 'ча%'", 2}, {"txt like 'чай З%'", 3},
-                                                {"TXT LIKE 'ай%'", 6}, {"TXT LIKE '100%%'", 4},
-                                                {"TXT LIKE '%'", 1},   {"TXT LIKE 'чай'", 2}};
+  const std::pair<const char*, int> kCases[] = {
+      {"TXT LIKE 'ча%'", 2}, {"txt like 'чай З%'", 3}, {"TXT LIKE 'ай%'", 6}, {"TXT LIKE '100%%'", 4},
+      {"TXT LIKE '%'", 1},   {"TXT LIKE 'чай'", 2},    {"N = 4", 4},          {"n = '3.0'", 3},
+      {"TXT = чай", 2},      {"TXT = 'КОФЕ'", 1},      {"N = 44", 6},         {"TXT = 'ко'", 6}};
   for (const auto& [criterion, row] : kCases) {
     set_.MoveFirst();
     set_.Find(criterion);
@@ -176,7 +194,7 @@ TEST_F(Database, FindsByTheBeginningOfAText) {
   set_.MoveFirst();
   EXPECT_THROW(set_.Find("TXT LIKE 'Mc'Donald%'"), Error);
   EXPECT_THROW(set_.Find("NOBODY LIKE 'x%'"), Error);
-  EXPECT_THROW(set_.Find("TXT"), Error);
+  for (const char* wrong : {"TXT", "TXT =", "TXT LIKE чай", "N > 3"}) EXPECT_THROW(set_.Find(wrong), Error) << wrong;
 }
 
 TEST_F(Database, ObserversHearOfPositionAndRows) {

@@ -1,68 +1,75 @@
 #pragma once
 
-#include <QKeyEvent>
 #include <QObject>
 #include <QWidget>
+#include <functional>
 #include <memory>
+#include <optional>
 
 #include "platform/drive_map.h"
 #include "ui/controls.h"
 #include "ui/desktop.h"
+#include "ui/element.h"
 
 namespace zrt {
 
-/// What all views of one window share.
-struct ViewContext {
-  Desktop& desktop;
-  const DriveMap& drives;
-};
-
-/// Binds one control to its widget, both ways. A value that the program sets is shown without an event; what the operator
-/// does is brought to the control as an action of its own. After Detach the view is dead: the form has been unloaded, and
-/// the widgets go as soon as the toolkit has left them.
+/// The drawn side of one control: shows the properties that all controls share, and brings keys to the handlers. One
+/// class per kind of control adds what is the kind's own.
+///
+/// The window outlives the form's unloading for a moment, since the action that unloads it may have begun in one of its
+/// widgets. Retire cuts the view off at once; from then on it does nothing.
 class ControlView : public QObject, public ElementView {
  public:
-  ControlView(ViewContext context, Control& control, QWidget* widget);
-  ~ControlView() override;
+  /// `widget` is the control's; nullptr for one without a widget of its own, as an entry of a menu.
+  ControlView(Control& control, QWidget* widget);
 
   void Show(const PropertyBase& property) override;
-  virtual void Detach();
+  void Retire();
 
-  Control& Bound() const { return *control_; }
+  Control& TheControl() const { return control_; }
   QWidget* Widget() const { return widget_; }
 
  protected:
-  /// Draws the control's present state; last line of every view's constructor.
-  void Attach() { control_->SetView(this); }
-  /// Runs `work` as an action of the operator; nothing after Detach.
-  void Act(const std::function<void()>& work);
-  bool IsDead() const { return dead_; }
+  /// Tells the view every property; the last line of each kind's constructor.
+  void Start() { control_.SetView(this); }
 
-  /// A property of the kind at hand; the common ones are shown already.
-  virtual void ShowOwn(const PropertyBase& property) = 0;
-  /// Colours and weight; kinds of widget differ in how they take them.
-  virtual void ShowLook();
-  /// A key that no handler swallowed; true keeps it from the widget.
-  virtual bool OwnKey(const Key&) { return false; }
+  bool IsAlive() const { return alive_; }
+  /// Runs what the operator caused, unless the view has been cut off.
+  void Act(const std::function<void()>& handler);
+
+  /// Keys that `source` receives go to the control's handlers first.
+  void WatchKeys(QWidget* source);
+  /// A key that no handler swallowed; true when the widget must not see it either.
+  virtual bool KeyLeft(const Key&) { return false; }
+  /// Just before a key or a press of the mouse reaches the widget.
+  virtual void BeforeInput() {}
+
+  /// The view is being cut off.
+  virtual void LetGo() {}
+
+  virtual void ShowVisible(bool visible);
+  virtual void ShowColours();
 
   bool eventFilter(QObject* watched, QEvent* event) override;
 
-  ViewContext context_;
+  Desktop& TheDesktop() const { return control_.Owner().TheDesktop(); }
 
  private:
-  Control* control_;
+  bool HandleKey(const QKeyEvent& event);
+
+  Control& control_;
   QWidget* widget_;
-  bool dead_ = false;
+  bool bold_by_design_ = false;
+  bool alive_ = true;
 };
 
-/// The view that fits the control and the widget that the definition made for it. Throws Error for a kind that it doesn't
-/// know.
-std::unique_ptr<ControlView> MakeControlView(ViewContext context, Control& control, QWidget* widget);
+/// The key as handlers see it; nothing for one that they don't.
+std::optional<Key> KeyOf(const QKeyEvent& event);
 
-/// A colour of the program; nothing for the window system's own, which the palette gives.
-std::optional<QColor> ToQColor(Colour colour);
+/// Blue-green-red to the screen's colour; nothing for a colour of the window system, which is the palette's affair.
+std::optional<QColor> OwnColour(Colour colour);
 
-/// The key as handlers see it; nothing for keys that no handler asks for.
-std::optional<Key> ToKey(const QKeyEvent& event);
+/// The view for `control`, drawn by `object` of the form's window. Throws Error when the two don't go together.
+std::unique_ptr<ControlView> MakeView(Control& control, QObject* object, const DriveMap& drives);
 
 }  // namespace zrt

@@ -1,463 +1,736 @@
 #include <QAction>
 #include <QApplication>
+#include <QButtonGroup>
 #include <QCalendarWidget>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDrag>
-#include <QDropEvent>
+#include <QFrame>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenu>
+#include <QMenuBar>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScopedValueRollback>
 #include <QSignalBlocker>
 #include <QTabBar>
+#include <QTableView>
 #include <QTimer>
 #include <QTreeWidget>
 
 #include "core/errors.h"
-#include "core/text.h"
 #include "ui/data_grid.h"
+#include "ui/form.h"
 #include "ui/qt/control_view.h"
 #include "ui/qt/grid_view.h"
 #include "ui/qt/key_trigg_widget.h"
+#include "ui/qt/qt_text.h"
 
 namespace zrt {
 
 namespace {
 
-QString Q(const std::string& text) { return QString::fromStdString(text); }
+/// While a view writes to its widget, what the widget reports is no doing of the operator's.
+using Quiet = QScopedValueRollback<bool>;
 
-/// The control and the widget of a view in their own types.
-template <class TControl, class TWidget>
-class TypedView : public ControlView {
+class LabelView final : public ControlView {
  public:
-  TypedView(ViewContext context, TControl& control, TWidget* widget)
-      : ControlView(context, control, widget), control_(control), widget_(widget) {}
+  LabelView(Label& label, QLabel* widget) : ControlView(label, widget), label_(label), widget_(widget) {
+    // Names from the database are no markup.
+    widget->setTextFormat(Qt::PlainText);
+    Start();
+  }
+  void Show(const PropertyBase& property) override {
+    if (&property == &label_.Caption) return widget_->setText(ToQt(label_.Caption()));
+    ControlView::Show(property);
+  }
+
+ private:
+  Label& label_;
+  QLabel* widget_;
+};
+
+class FrameView final : public ControlView {
+ public:
+  FrameView(Frame& frame, QWidget* widget)
+      : ControlView(frame, widget), frame_(frame), box_(qobject_cast<QGroupBox*>(widget)) {
+    Start();
+  }
+  void Show(const PropertyBase& property) override {
+    if (&property == &frame_.Caption) {
+      if (box_ != nullptr) box_->setTitle(ToCaption(frame_.Caption()));
+      return;
+    }
+    ControlView::Show(property);
+  }
+
+ private:
+  Frame& frame_;
+  QGroupBox* box_;
+};
+
+class PictureView final : public ControlView {
+ public:
+  PictureView(Picture& picture, QLabel* widget) : ControlView(picture, widget) { Start(); }
+};
+
+class ButtonView final : public ControlView {
+ public:
+  ButtonView(Button& button, QPushButton* widget) : ControlView(button, widget), button_(button), widget_(widget) {
+    connect(widget, &QPushButton::clicked, this, [this] { Act([this] { button_.UserClick(); }); });
+    widget->setAcceptDrops(static_cast<bool>(button.DragDrop));
+    WatchKeys(widget);
+    Start();
+  }
+
+  void Show(const PropertyBase& property) override {
+    if (&property == &button_.Caption) return widget_->setText(ToCaption(button_.Caption()));
+    ControlView::Show(property);
+  }
 
  protected:
-  TControl& control_;
-  TWidget* widget_;
-};
-
-class LabelView final : public TypedView<Label, QLabel> {
- public:
-  LabelView(ViewContext context, Label& control, QLabel* widget) : TypedView(context, control, widget) { Attach(); }
-  void ShowOwn(const PropertyBase&) override {
-    widget_->setText(Q(control_.Caption()));
-    widget_->setAccessibleName(Q(control_.Caption()));
-  }
-};
-
-class PictureView final : public TypedView<Picture, QLabel> {
- public:
-  PictureView(ViewContext context, Picture& control, QLabel* widget) : TypedView(context, control, widget) { Attach(); }
-  void ShowOwn(const PropertyBase&) override {}
-};
-
-class FrameView final : public TypedView<Frame, QWidget> {
- public:
-  FrameView(ViewContext context, Frame& control, QWidget* widget) : TypedView(context, control, widget) { Attach(); }
-  void ShowOwn(const PropertyBase&) override {
-    if (auto* box = qobject_cast<QGroupBox*>(widget_)) box->setTitle(Q(control_.Caption()));
-  }
-};
-
-class ButtonView final : public TypedView<Button, QPushButton> {
- public:
-  ButtonView(ViewContext context, Button& control, QPushButton* widget) : TypedView(context, control, widget) {
-    widget->setAutoDefault(false);
-    widget->setAcceptDrops(static_cast<bool>(control.DragDrop));
-    connect(widget, &QPushButton::clicked, this, [this] { Act([this] { control_.UserClick(); }); });
-    Attach();
-  }
-
- protected:
-  void ShowOwn(const PropertyBase&) override { widget_->setText(Q(control_.Caption())); }
-
-  bool OwnKey(const Key& key) override {
+  bool KeyLeft(const Key& key) override {
     if (key.code != Key::kEnter) return false;
-    Act([this] { control_.UserClick(); });
+    widget_->click();
     return true;
   }
 
+  /// The style would tint the colour; a key of a panel must show it pure.
+  void ShowColours() override {
+    const std::optional<QColor> back = OwnColour(button_.BackColor());
+    if (!back) return widget_->setStyleSheet({});
+    const std::optional<QColor> own = OwnColour(button_.ForeColor());
+    const QColor text = own ? *own : qGray(back->rgb()) < 110 ? QColor(Qt::white) : QColor(Qt::black);
+    widget_->setStyleSheet(QStringLiteral("QPushButton { background: %1; color: %2; border: 1px solid #7a7d82;"
+                                          " border-radius: 3px; padding: 2px; }"
+                                          "QPushButton:focus { border: 2px solid #1d1f23; padding: 1px; }"
+                                          "QPushButton:pressed { border-color: #1d1f23; }")
+                               .arg(back->name(), text.name()));
+  }
+
   bool eventFilter(QObject* watched, QEvent* event) override {
-    if (IsDead()) return false;
+    if (!IsAlive()) return false;
     switch (event->type()) {
+      case QEvent::MouseButtonPress:
+        pressed_at_ = static_cast<QMouseEvent*>(event)->pos();
+        break;
       case QEvent::MouseMove:
         return StartDrag(*static_cast<QMouseEvent*>(event));
       case QEvent::DragEnter:
+      case QEvent::DragMove:
+        if (DragSource(*static_cast<QDropEvent*>(event)) == nullptr) return false;
         static_cast<QDropEvent*>(event)->acceptProposedAction();
         return true;
       case QEvent::Drop:
-        return Drop(*static_cast<QDropEvent*>(event));
+        return TakeDrop(*static_cast<QDropEvent*>(event));
       default:
-        return ControlView::eventFilter(watched, event);
+        break;
     }
+    return ControlView::eventFilter(watched, event);
   }
 
  private:
   bool StartDrag(const QMouseEvent& event) {
-    if ((event.buttons() & Qt::LeftButton) == 0 || !control_.DragStart) return false;
+    if (!button_.DragStart || !(event.buttons() & Qt::LeftButton)) return false;
+    if ((event.pos() - pressed_at_).manhattanLength() < QApplication::startDragDistance()) return false;
     bool begins = false;
-    Act([&] { control_.DragStart.Raise(begins); });
-    if (!begins || IsDead()) return false;
-    widget_->setDown(false);
-    QDrag drag(widget_);
-    auto* data = new QMimeData;  // the drag owns it
-    data->setText(Q(control_.Name()));
-    drag.setMimeData(data);
-    drag.exec(Qt::MoveAction);
+    Act([&] { button_.DragStart.Raise(begins); });
+    if (!begins || !IsAlive()) return true;
+    auto* drag = new QDrag(widget_);
+    auto* what = new QMimeData;
+    what->setText(ToQt(button_.Name()));
+    drag->setMimeData(what);
+    drag->setPixmap(widget_->grab());
+    drag->setHotSpot(event.pos());
+    drag->exec(Qt::MoveAction);
+    // The drag has swallowed the release of the mouse.
+    if (IsAlive()) widget_->setDown(false);
     return true;
   }
 
-  bool Drop(QDropEvent& event) {
-    auto* source = dynamic_cast<Button*>(control_.Owner().FindControl(event.mimeData()->text().toStdString()));
+  Control* DragSource(const QDropEvent& event) const {
+    const QObject* source = event.source();
+    if (!button_.DragDrop || source == nullptr) return nullptr;
+    return button_.Owner().FindControl(source->objectName().toStdString());
+  }
+
+  bool TakeDrop(QDropEvent& event) {
+    Control* source = DragSource(event);
     if (source == nullptr) return false;
     event.acceptProposedAction();
-    // The handler may ask something; that has to wait until the toolkit has ended the drag.
-    QTimer::singleShot(0, this, [this, source] { Act([&] { control_.DragDrop.Raise(*source); }); });
+    // The handler may ask a question, and that must not happen inside the drag's own loop.
+    QTimer::singleShot(0, this, [this, source] {
+      if (button_.IsUsable()) Act([&] { button_.DragDrop.Raise(*source); });
+    });
     return true;
   }
+
+  Button& button_;
+  QPushButton* widget_;
+  QPoint pressed_at_;
 };
 
-class TextBoxView final : public TypedView<TextBox, QLineEdit> {
+class TextBoxView final : public ControlView {
  public:
-  TextBoxView(ViewContext context, TextBox& control, QLineEdit* widget) : TypedView(context, control, widget) {
-    connect(widget, &QLineEdit::textChanged, this, [this](const QString& text) { Typed(text); });
-    connect(widget, &QLineEdit::selectionChanged, this, [this] { Selected(); });
-    connect(widget, &QLineEdit::cursorPositionChanged, this, [this] { Selected(); });
-    Attach();
-  }
-
- protected:
-  void ShowOwn(const PropertyBase& property) override {
-    if (telling_) return;
-    const QSignalBlocker quiet(widget_);
-    if (&property == &control_.Text) {
-      const int cursor = widget_->cursorPosition();
-      widget_->setText(Q(control_.Text()));
-      widget_->setCursorPosition(cursor);
-    } else if (&property == &control_.MaxLength && control_.MaxLength() > 0) {
-      widget_->setMaxLength(control_.MaxLength());
-    } else if (&property == &control_.SelStart || &property == &control_.SelLength) {
-      widget_->setSelection(control_.SelStart(), control_.SelLength());
-    }
-  }
-
- private:
-  void Typed(const QString& text) {
-    Act([&] { control_.UserType(text.toStdString(), widget_->cursorPosition()); });
-    if (!IsDead()) Selected();
-  }
-
-  /// The control follows the widget's cursor without telling the widget again.
-  void Selected() {
-    if (IsDead()) return;
-    telling_ = true;
-    const int start = widget_->selectionStart();
-    control_.SelStart = start >= 0 ? start : widget_->cursorPosition();
-    control_.SelLength = start >= 0 ? static_cast<int>(widget_->selectedText().length()) : 0;
-    telling_ = false;
-  }
-
-  bool telling_ = false;
-};
-
-class CheckBoxView final : public TypedView<CheckBox, QCheckBox> {
- public:
-  CheckBoxView(ViewContext context, CheckBox& control, QCheckBox* widget) : TypedView(context, control, widget) {
-    connect(widget, &QCheckBox::toggled, this, [this](bool on) { Act([&] { control_.UserTick(on); }); });
-    Attach();
-  }
-
- protected:
-  void ShowOwn(const PropertyBase&) override {
-    const QSignalBlocker quiet(widget_);
-    widget_->setText(Q(control_.Caption()));
-    widget_->setChecked(control_.Value());
-  }
-};
-
-class OptionButtonView final : public TypedView<OptionButton, QRadioButton> {
- public:
-  OptionButtonView(ViewContext context, OptionButton& control, QRadioButton* widget)
-      : TypedView(context, control, widget) {
-    widget->setAutoExclusive(false);  // the control knows its group
-    connect(widget, &QRadioButton::toggled, this, [this] {
-      Act([this] { control_.UserClick(); });
-      if (!IsDead()) ShowOwn(control_.Value);  // a second click doesn't clear it
-    });
-    Attach();
-  }
-
- protected:
-  void ShowOwn(const PropertyBase&) override {
-    const QSignalBlocker quiet(widget_);
-    widget_->setText(Q(control_.Caption()));
-    widget_->setChecked(control_.Value());
-  }
-};
-
-class ComboBoxView final : public TypedView<ComboBox, QComboBox> {
- public:
-  ComboBoxView(ViewContext context, ComboBox& control, QComboBox* widget) : TypedView(context, control, widget) {
-    connect(widget, &QComboBox::currentIndexChanged, this, [this](int index) {
-      if (index >= 0) Act([&] { control_.UserChoose(widget_->itemText(index).toStdString()); });
-    });
-    connect(widget, &QComboBox::editTextChanged, this, [this](const QString& text) {
-      if (widget_->findText(text, Qt::MatchExactly | Qt::MatchCaseSensitive) < 0) {
-        Act([&] { control_.UserType(text.toStdString()); });
-      }
-    });
-    Attach();
-  }
-
- protected:
-  void ShowOwn(const PropertyBase& property) override {
-    const QSignalBlocker quiet(widget_);
-    if (&property == &control_.Items) {
-      widget_->clear();
-      for (const std::string& item : control_.Items()) widget_->addItem(Q(item));
-    }
-    // Filling the list has changed the text that the widget shows.
-    const QString text = Q(control_.Text());
-    widget_->setCurrentIndex(widget_->findText(text, Qt::MatchExactly | Qt::MatchCaseSensitive));
-    if (widget_->isEditable()) widget_->setEditText(text);
-  }
-};
-
-class ListBoxView final : public TypedView<ListBox, QListWidget> {
- public:
-  ListBoxView(ViewContext context, ListBox& control, QListWidget* widget) : TypedView(context, control, widget) {
-    connect(widget, &QListWidget::currentRowChanged, this, [this](int row) {
-      if (row >= 0) Act([&] { control_.UserChoose(row); });
-    });
-    connect(widget, &QListWidget::itemDoubleClicked, this, [this] { Act([this] { control_.UserDblClick(); }); });
-    Attach();
-  }
-
- protected:
-  void ShowOwn(const PropertyBase& property) override {
-    const QSignalBlocker quiet(widget_);
-    if (&property == &control_.Items) {
-      widget_->clear();
-      for (const std::string& item : control_.Items()) widget_->addItem(Q(item));
-    }
-    widget_->setCurrentRow(control_.ListIndex());
-  }
-};
-
-/// The folder shown with those above it, and the folders in it: a double click opens one.
-class DirListBoxView final : public TypedView<DirListBox, QTreeWidget> {
- public:
-  DirListBoxView(ViewContext context, DirListBox& control, QTreeWidget* widget) : TypedView(context, control, widget) {
-    widget->setHeaderHidden(true);
-    widget->setRootIsDecorated(false);
-    widget->setItemsExpandable(false);
-    connect(widget, &QTreeWidget::itemDoubleClicked, this, [this](QTreeWidgetItem* item) {
-      const std::string path = item->data(0, Qt::UserRole).toString().toStdString();
-      Act([&] { control_.UserOpen(path); });
-    });
-    Attach();
-  }
-
- protected:
-  void ShowOwn(const PropertyBase&) override {
-    widget_->clear();
-    QString path = Q(control_.Path()).replace('/', '\\');
-    QTreeWidgetItem* above = nullptr;
-    QString so_far;
-    for (const QString& name : path.split('\\', Qt::SkipEmptyParts)) {
-      so_far += (so_far.isEmpty() ? "" : "\\") + name;
-      above = Add(above, name, so_far + "\\");
-    }
-    for (const std::string& name : context_.drives.Folders(control_.Path())) {
-      Add(above, Q(name), so_far + "\\" + Q(name) + "\\");
-    }
-    widget_->expandAll();
-    if (above != nullptr) widget_->setCurrentItem(above);
-  }
-
- private:
-  QTreeWidgetItem* Add(QTreeWidgetItem* above, const QString& name, const QString& path) {
-    auto* item = above == nullptr ? new QTreeWidgetItem(widget_) : new QTreeWidgetItem(above);
-    item->setText(0, name);
-    item->setData(0, Qt::UserRole, path);
-    return item;
-  }
-};
-
-class DriveListBoxView final : public TypedView<DriveListBox, QComboBox> {
- public:
-  DriveListBoxView(ViewContext context, DriveListBox& control, QComboBox* widget)
-      : TypedView(context, control, widget) {
-    for (const std::string& drive : context.drives.Drives()) widget->addItem(Q(drive));
-    connect(widget, &QComboBox::currentIndexChanged, this, [this](int index) {
-      Act([&] { control_.UserChoose(widget_->itemText(index).toStdString()); });
-    });
-    Attach();
-  }
-
- protected:
-  void ShowOwn(const PropertyBase&) override {
-    const QSignalBlocker quiet(widget_);
-    widget_->setCurrentText(Q(control_.Drive()));
-  }
-};
-
-/// A calendar stands over the window, below the control that the definition names, and takes no room while it is hidden.
-class MonthViewView final : public TypedView<MonthView, QCalendarWidget> {
- public:
-  MonthViewView(ViewContext context, MonthView& control, QCalendarWidget* widget)
-      : TypedView(context, control, widget) {
-    widget->setFirstDayOfWeek(Qt::Monday);
-    widget->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
-    connect(widget, &QCalendarWidget::clicked, this, [this](const QDate& day) { Pick(day); });
-    // The keyboard's place is inside the calendar, in the table of days.
-    for (QWidget* part : widget->findChildren<QWidget*>()) part->installEventFilter(this);
-    if (const QString below = widget->property("below").toString(); !below.isEmpty()) {
-      anchor_ = widget->window()->findChild<QWidget*>(below);
-      const QSize size = widget->sizeHint();
-      widget->setParent(widget->window());
-      widget->resize(size);
-      widget->setAutoFillBackground(true);
-      widget->hide();
-    }
-    Attach();
-  }
-
- protected:
-  void ShowOwn(const PropertyBase&) override {
-    const Date& day = control_.Value();
-    const QSignalBlocker quiet(widget_);
-    if (day.year != 0) widget_->setSelectedDate(QDate(day.year, day.month, day.day));
+  TextBoxView(TextBox& box, QLineEdit* edit) : ControlView(box, edit), box_(box), edit_(edit) {
+    // textEdited would miss what assistive technology sets.
+    connect(edit, &QLineEdit::textChanged, this, [this] { Typed(); });
+    connect(edit, &QLineEdit::cursorPositionChanged, this, [this] { KeepSelection(); });
+    connect(edit, &QLineEdit::selectionChanged, this, [this] { KeepSelection(); });
+    WatchKeys(edit);
+    Start();
   }
 
   void Show(const PropertyBase& property) override {
-    TypedView::Show(property);
-    if (&property != &control_.Visible || !control_.Visible() || anchor_ == nullptr) return;
-    const QWidget* window = widget_->parentWidget();
-    const QPoint wanted = anchor_->mapTo(window, QPoint(0, anchor_->height() + 2));
-    widget_->move(std::max(0, std::min(wanted.x(), window->width() - widget_->width())),
-                  std::max(0, std::min(wanted.y(), window->height() - widget_->height())));
-    widget_->raise();
-    widget_->setFocus();
-  }
-
-  bool OwnKey(const Key& key) override {
-    if (key.code == Key::kEnter) Pick(widget_->selectedDate());
-    if (key.code == Key::kEscape && anchor_ != nullptr) control_.Visible = false;
-    return key.code == Key::kEnter || key.code == Key::kEscape;
+    if (&property == &box_.Text) {
+      ShowText();
+    } else if (&property == &box_.SelStart || &property == &box_.SelLength) {
+      ShowSelection();
+    } else if (&property == &box_.MaxLength) {
+      constexpr int kNoLimit = 32767;
+      edit_->setMaxLength(box_.MaxLength() > 0 ? box_.MaxLength() : kNoLimit);
+    } else {
+      ControlView::Show(property);
+    }
   }
 
  private:
-  void Pick(const QDate& day) {
-    Act([&] { control_.UserPick({day.year(), day.month(), day.day()}); });
+  void Typed() {
+    const std::string text = edit_->text().toStdString();
+    if (busy_ || text == box_.Text()) return;
+    Act([&] { box_.UserType(text, edit_->cursorPosition()); });
+    // What the control refused or changed.
+    if (IsAlive()) ShowText();
   }
 
-  QWidget* anchor_ = nullptr;
-};
-
-class ProgressBarView final : public TypedView<ProgressBar, QProgressBar> {
- public:
-  ProgressBarView(ViewContext context, ProgressBar& control, QProgressBar* widget)
-      : TypedView(context, control, widget) {
-    Attach();
+  void KeepSelection() {
+    if (busy_ || !IsAlive()) return;
+    const Quiet quiet(busy_, true);
+    const int start = edit_->selectionStart();
+    box_.SelStart = start >= 0 ? start : edit_->cursorPosition();
+    box_.SelLength = static_cast<int>(edit_->selectedText().length());
   }
 
- protected:
-  void ShowOwn(const PropertyBase&) override {
-    widget_->setMaximum(control_.Max());
-    widget_->setValue(control_.Value());
-    if (widget_->isVisible()) widget_->repaint();
-  }
-};
-
-class TabStripView final : public TypedView<TabStrip, QTabBar> {
- public:
-  TabStripView(ViewContext context, TabStrip& control, QTabBar* widget) : TypedView(context, control, widget) {
-    widget->setExpanding(false);
-    widget->setDrawBase(true);
-    connect(widget, &QTabBar::currentChanged, this, [this](int index) { Choose(index); });
-    // The tab of the report opens its window each time it is clicked, also when it is the current one.
-    connect(widget, &QTabBar::tabBarClicked, this, [this](int index) {
-      if (index == widget_->currentIndex()) Choose(index);
-    });
-    Attach();
+  void ShowText() {
+    if (edit_->text() == ToQt(box_.Text())) return;
+    const Quiet quiet(busy_, true);
+    edit_->setText(ToQt(box_.Text()));
+    Select();
   }
 
- protected:
-  void ShowOwn(const PropertyBase& property) override {
-    const QSignalBlocker quiet(widget_);
-    if (&property == &control_.Tabs) {
-      while (widget_->count() > 0) widget_->removeTab(0);
-      for (const Tab& tab : control_.Tabs()) widget_->addTab(Q(tab.caption));
+  void ShowSelection() {
+    if (busy_) return;
+    const Quiet quiet(busy_, true);
+    Select();
+  }
+
+  void Select() {
+    if (box_.SelLength() > 0) {
+      edit_->setSelection(box_.SelStart(), box_.SelLength());
+    } else {
+      edit_->setCursorPosition(box_.SelStart());
     }
-    widget_->setCurrentIndex(control_.Selected());
+  }
+
+  TextBox& box_;
+  QLineEdit* edit_;
+  bool busy_ = false;
+};
+
+class CheckBoxView final : public ControlView {
+ public:
+  CheckBoxView(CheckBox& box, QCheckBox* widget) : ControlView(box, widget), box_(box), widget_(widget) {
+    connect(widget, &QCheckBox::clicked, this, [this](bool on) {
+      Act([&] { box_.UserTick(on); });
+      if (IsAlive()) widget_->setChecked(box_.Value());
+    });
+    WatchKeys(widget);
+    Start();
+  }
+  void Show(const PropertyBase& property) override {
+    if (&property == &box_.Caption) return widget_->setText(ToCaption(box_.Caption()));
+    if (&property == &box_.Value) return widget_->setChecked(box_.Value());
+    ControlView::Show(property);
+  }
+
+ private:
+  CheckBox& box_;
+  QCheckBox* widget_;
+};
+
+class OptionView final : public ControlView {
+ public:
+  OptionView(OptionButton& option, QRadioButton* widget)
+      : ControlView(option, widget), option_(option), widget_(widget) {
+    // Which options exclude each other is the control's rule and not that of the boxes drawn around them.
+    Group()->addButton(widget);
+    connect(widget, &QRadioButton::clicked, this, [this] { Act([this] { option_.UserClick(); }); });
+    WatchKeys(widget);
+    Start();
+  }
+  void Show(const PropertyBase& property) override {
+    if (&property == &option_.Caption) return widget_->setText(ToCaption(option_.Caption()));
+    if (&property == &option_.Value) return ShowValue();
+    ControlView::Show(property);
+  }
+
+ private:
+  QButtonGroup* Group() const {
+    const QString name = QStringLiteral("decoGroup_") + ToQt(option_.GroupName());
+    if (auto* group = widget_->window()->findChild<QButtonGroup*>(name)) return group;
+    auto* group = new QButtonGroup(widget_->window());
+    group->setObjectName(name);
+    return group;
+  }
+
+  void ShowValue() {
+    QButtonGroup* group = widget_->group();
+    // A group doesn't let go of its last choice otherwise.
+    group->setExclusive(option_.Value());
+    widget_->setChecked(option_.Value());
+    group->setExclusive(true);
+  }
+
+  OptionButton& option_;
+  QRadioButton* widget_;
+};
+
+class ComboView final : public ControlView {
+ public:
+  ComboView(ComboBox& combo, QComboBox* widget) : ControlView(combo, widget), combo_(combo), widget_(widget) {
+    widget->setEditable(combo.Editable());
+    widget->setInsertPolicy(QComboBox::NoInsert);
+    connect(widget, &QComboBox::activated, this, [this](int index) { Chosen(index); });
+    connect(widget, &QComboBox::editTextChanged, this, [this](const QString& text) { Typed(text); });
+    // Completing a number to a longer one of the list changes what the operator typed.
+    if (widget->isEditable()) widget->setCompleter(nullptr);
+    WatchKeys(widget->isEditable() ? static_cast<QWidget*>(widget->lineEdit()) : widget);
+    if (widget->isEditable()) widget->lineEdit()->setAccessibleDescription(ToQt(combo.Name()));
+    widget->installEventFilter(this);
+    Start();
+  }
+
+  void Show(const PropertyBase& property) override {
+    if (&property == &combo_.Items) {
+      const Quiet quiet(busy_, true);
+      const QSignalBlocker block(widget_);
+      widget_->clear();
+      for (const std::string& item : combo_.Items()) widget_->addItem(ToQt(item));
+      ShowText();
+    } else if (&property == &combo_.Text) {
+      ShowText();
+    } else {
+      ControlView::Show(property);
+    }
+  }
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    // Turning the wheel over a closed list changed the shift's hour unnoticed.
+    if (event->type() == QEvent::Wheel) return true;
+    if (widget_->isEditable() && watched == widget_) return false;
+    return ControlView::eventFilter(watched, event);
+  }
+
+ private:
+  void Chosen(int index) {
+    if (index < 0) return;
+    const std::string item = widget_->itemText(index).toStdString();
+    Act([&] { combo_.UserChoose(item); });
+    if (IsAlive()) ShowText();
+  }
+
+  void Typed(const QString& text) {
+    if (busy_ || !IsAlive() || text == ToQt(combo_.Text())) return;
+    // The text of an item that is being chosen: the choice itself follows.
+    if (widget_->currentIndex() != shown_index_) return;
+    Act([&] { combo_.UserType(text.toStdString()); });
+    if (IsAlive()) ShowText();
+  }
+
+  void ShowText() {
+    const Quiet quiet(busy_, true);
+    const QSignalBlocker block(widget_);
+    const QString text = ToQt(combo_.Text());
+    shown_index_ = combo_.ListIndex();
+    if (widget_->currentIndex() != shown_index_) widget_->setCurrentIndex(shown_index_);
+    if (widget_->isEditable()) {
+      if (widget_->currentText() != text) widget_->setEditText(text);
+    } else {
+      // A text that is no item, as an hour that the base has from elsewhere, is shown all the same.
+      widget_->setPlaceholderText(shown_index_ < 0 ? text : QString());
+    }
+  }
+
+  ComboBox& combo_;
+  QComboBox* widget_;
+  int shown_index_ = -1;
+  bool busy_ = false;
+};
+
+class ListView final : public ControlView {
+ public:
+  ListView(ListBox& list, QListWidget* widget) : ControlView(list, widget), list_(list), widget_(widget) {
+    connect(widget, &QListWidget::currentRowChanged, this, [this](int row) {
+      // While the mouse is pressed the click that follows is the choice.
+      if (!busy_ && row != list_.ListIndex() && QApplication::mouseButtons() == Qt::NoButton) Choose(row);
+    });
+    connect(widget, &QListWidget::clicked, this, [this](const QModelIndex& index) { Choose(index.row()); });
+    connect(widget, &QListWidget::doubleClicked, this, [this] { Act([this] { list_.UserDblClick(); }); });
+    WatchKeys(widget);
+    Start();
+  }
+
+  void Show(const PropertyBase& property) override {
+    if (&property == &list_.Items) {
+      const Quiet quiet(busy_, true);
+      widget_->clear();
+      for (const std::string& item : list_.Items()) widget_->addItem(ToQt(item));
+      widget_->setCurrentRow(list_.ListIndex());
+    } else if (&property == &list_.ListIndex) {
+      const Quiet quiet(busy_, true);
+      widget_->setCurrentRow(list_.ListIndex());
+    } else {
+      ControlView::Show(property);
+    }
+  }
+
+ private:
+  void Choose(int row) {
+    if (row >= 0) Act([&] { list_.UserChoose(row); });
+  }
+
+  ListBox& list_;
+  QListWidget* widget_;
+  bool busy_ = false;
+};
+
+/// A tree of folders whose current entry is Path. Folders are read when their entry is opened.
+class DirListView final : public ControlView {
+ public:
+  DirListView(DirListBox& list, QTreeWidget* tree, const DriveMap& drives)
+      : ControlView(list, tree), list_(list), tree_(tree), drives_(drives) {
+    tree->setHeaderHidden(true);
+    connect(tree, &QTreeWidget::itemExpanded, this, [this](QTreeWidgetItem* entry) { Fill(entry); });
+    connect(tree, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* entry) {
+      if (!busy_ && entry != nullptr) Act([&] { list_.UserOpen(PathOf(entry)); });
+    });
+    WatchKeys(tree);
+    Start();
+  }
+
+  void Show(const PropertyBase& property) override {
+    if (&property == &list_.Path) return ShowPath();
+    ControlView::Show(property);
+  }
+
+ protected:
+  void ShowVisible(bool visible) override {
+    // Folders come and go while the list is out of sight.
+    if (visible) ShowPath();
+    ControlView::ShowVisible(visible);
+  }
+
+ private:
+  static std::string PathOf(const QTreeWidgetItem* entry) {
+    if (entry->parent() == nullptr) return entry->text(0).toStdString();
+    std::string path = entry->text(0).toStdString();
+    for (entry = entry->parent(); entry != nullptr; entry = entry->parent()) {
+      const std::string folder = entry->text(0).toStdString();
+      path = folder + (folder.ends_with('\\') ? "" : "\\") + path;
+    }
+    return path;
+  }
+
+  static QTreeWidgetItem* Child(QTreeWidgetItem* entry, const QString& name) {
+    for (int i = 0; i < entry->childCount(); ++i) {
+      if (entry->child(i)->text(0).compare(name, Qt::CaseInsensitive) == 0) return entry->child(i);
+    }
+    return nullptr;
+  }
+
+  static QTreeWidgetItem* NewEntry(const QString& name) {
+    auto* entry = new QTreeWidgetItem({name});
+    entry->setChildIndicatorPolicy(QTreeWidgetItem::ShowIndicator);
+    return entry;
+  }
+
+  void Fill(QTreeWidgetItem* entry) {
+    const std::vector<std::string> folders = drives_.Folders(PathOf(entry));
+    for (const std::string& folder : folders) {
+      if (Child(entry, ToQt(folder)) == nullptr) entry->addChild(NewEntry(ToQt(folder)));
+    }
+    entry->setChildIndicatorPolicy(QTreeWidgetItem::DontShowIndicatorWhenChildless);
+  }
+
+  void ShowPath() {
+    QString path = ToQt(list_.Path()).replace(QLatin1Char('/'), QLatin1Char('\\'));
+    if (path.isEmpty()) return;
+    const QTreeWidgetItem* present = tree_->currentItem();
+    if (present != nullptr && ToQt(PathOf(present)) == path) return;
+    const Quiet quiet(busy_, true);
+    tree_->clear();
+    const QStringList folders = path.split(QLatin1Char('\\'), Qt::SkipEmptyParts);
+    QTreeWidgetItem* entry = NewEntry(folders.first() + QLatin1Char('\\'));
+    tree_->addTopLevelItem(entry);
+    for (const QString& folder : folders.mid(1)) {
+      Fill(entry);
+      QTreeWidgetItem* child = Child(entry, folder);
+      if (child == nullptr) entry->addChild(child = NewEntry(folder));
+      entry->setExpanded(true);
+      entry = child;
+    }
+    tree_->setCurrentItem(entry);
+    tree_->scrollToItem(entry);
+  }
+
+  DirListBox& list_;
+  QTreeWidget* tree_;
+  const DriveMap& drives_;
+  bool busy_ = false;
+};
+
+class DriveView final : public ControlView {
+ public:
+  DriveView(DriveListBox& list, QComboBox* widget, const DriveMap& drives)
+      : ControlView(list, widget), list_(list), widget_(widget) {
+    for (const std::string& drive : drives.Drives()) widget->addItem(ToQt(drive));
+    connect(widget, &QComboBox::activated, this, [this](int index) {
+      const std::string drive = widget_->itemText(index).toStdString();
+      Act([&] { list_.UserChoose(drive); });
+    });
+    WatchKeys(widget);
+    Start();
+  }
+  void Show(const PropertyBase& property) override {
+    if (&property == &list_.Drive) return widget_->setCurrentText(ToQt(list_.Drive()));
+    ControlView::Show(property);
+  }
+
+ private:
+  DriveListBox& list_;
+  QComboBox* widget_;
+};
+
+/// A calendar; one whose definition names a control with `below` opens over the window beneath that control.
+class MonthViewView final : public ControlView {
+ public:
+  MonthViewView(MonthView& month, QCalendarWidget* widget)
+      : ControlView(month, widget), month_(month), widget_(widget) {
+    widget->setFirstDayOfWeek(Qt::Monday);
+    connect(widget, &QCalendarWidget::clicked, this, [this](QDate day) { Pick(day); });
+    connect(widget, &QCalendarWidget::activated, this, [this](QDate day) { Pick(day); });
+    // The keyboard's place is the table of days inside.
+    days_ = widget->findChild<QTableView*>();
+    WatchKeys(days_);
+    widget->setFocusProxy(days_);
+    Start();
+  }
+
+  void Show(const PropertyBase& property) override {
+    if (&property == &month_.Value) {
+      const Date& day = month_.Value();
+      const QSignalBlocker block(widget_);
+      widget_->setSelectedDate(QDate(day.year, day.month, day.day));
+    } else {
+      ControlView::Show(property);
+    }
+  }
+
+ protected:
+  void ShowVisible(bool visible) override {
+    if (visible) PutBelow();
+    ControlView::ShowVisible(visible);
+    if (visible && IsOverlay()) days_->setFocus();
+  }
+
+  bool KeyLeft(const Key& key) override {
+    if (key.code == Key::kEscape && IsOverlay()) month_.Visible = false;
+    return false;
+  }
+
+ private:
+  bool IsOverlay() const { return !widget_->property("below").toString().isEmpty(); }
+
+  void Pick(QDate day) {
+    Act([&] { month_.UserPick(Date{day.year(), day.month(), day.day()}); });
+  }
+
+  void PutBelow() {
+    const QString below = widget_->property("below").toString();
+    QWidget* parent = widget_->parentWidget();
+    const auto* anchor = parent->findChild<QWidget*>(below);
+    if (below.isEmpty() || anchor == nullptr) return;
+    const QSize size = widget_->sizeHint();
+    const QPoint corner = anchor->mapTo(parent, QPoint(0, anchor->height() + 2));
+    widget_->setGeometry(std::max(0, std::min(corner.x(), parent->width() - size.width())), corner.y(), size.width(),
+                         size.height());
+    widget_->raise();
+  }
+
+  MonthView& month_;
+  QCalendarWidget* widget_;
+  QTableView* days_;
+};
+
+class ProgressView final : public ControlView {
+ public:
+  ProgressView(ProgressBar& bar, QProgressBar* widget) : ControlView(bar, widget), bar_(bar), widget_(widget) {
+    Start();
+  }
+  void Show(const PropertyBase& property) override {
+    if (&property == &bar_.Max) return widget_->setMaximum(bar_.Max());
+    if (&property == &bar_.Value) return widget_->setValue(bar_.Value());
+    ControlView::Show(property);
+  }
+
+ private:
+  ProgressBar& bar_;
+  QProgressBar* widget_;
+};
+
+class MenuView final : public ControlView {
+ public:
+  MenuView(Menu& menu, QAction* action, QMenuBar* bar)
+      : ControlView(menu, nullptr), menu_(menu), action_(action), bar_(bar) {
+    action->setSeparator(action->property("separator").toBool());
+    // Queued: the handler may unload the window, and the open menu must be gone by then.
+    connect(
+        action, &QAction::triggered, this, [this] { Act([this] { menu_.UserClick(); }); }, Qt::QueuedConnection);
+    Start();
+  }
+
+  void Show(const PropertyBase& property) override {
+    if (&property == &menu_.Caption) return action_->setText(ToCaption(menu_.Caption()));
+    if (&property == &menu_.Enabled) return action_->setEnabled(menu_.Enabled());
+    ControlView::Show(property);
+  }
+
+ protected:
+  void ShowVisible(bool visible) override {
+    action_->setVisible(visible);
+    if (bar_ == nullptr) return;
+    // A row without menus leaves its place to the tabs.
+    const QList<QAction*> entries = bar_->actions();
+    bar_->setVisible(
+        std::any_of(entries.begin(), entries.end(), [](const QAction* entry) { return entry->isVisible(); }));
+  }
+
+ private:
+  Menu& menu_;
+  QAction* action_;
+  QMenuBar* bar_;
+};
+
+class TabStripView final : public ControlView {
+ public:
+  TabStripView(TabStrip& strip, QTabBar* bar) : ControlView(strip, bar), strip_(strip), bar_(bar) {
+    bar->setExpanding(false);
+    connect(bar, &QTabBar::currentChanged, this, [this](int index) { Choose(index); });
+    // The tab that is on already can be clicked too; a click on another one changes the current tab.
+    connect(bar, &QTabBar::tabBarClicked, this, [this](int index) {
+      if (index == bar_->currentIndex()) Choose(index);
+    });
+    WatchKeys(bar);
+    Start();
+  }
+
+  void Show(const PropertyBase& property) override {
+    const QSignalBlocker block(bar_);
+    if (&property == &strip_.Tabs) {
+      while (bar_->count() > 0) bar_->removeTab(bar_->count() - 1);
+      for (const Tab& tab : strip_.Tabs()) bar_->addTab(ToCaption(tab.caption));
+      bar_->setCurrentIndex(strip_.Selected());
+    } else if (&property == &strip_.Selected) {
+      bar_->setCurrentIndex(strip_.Selected());
+    } else {
+      ControlView::Show(property);
+    }
   }
 
  private:
   void Choose(int index) {
-    if (index < 0 || index >= static_cast<int>(control_.Tabs().size())) return;
-    const std::string key = control_.Tabs()[static_cast<std::size_t>(index)].key;
-    Act([&] { control_.UserChoose(key); });
+    if (index < 0 || !IsAlive()) return;
+    const std::string key = strip_.Tabs().at(static_cast<std::size_t>(index)).key;
+    Act([&] { strip_.UserChoose(key); });
   }
+
+  TabStrip& strip_;
+  QTabBar* bar_;
 };
 
-class KeyTriggView final : public TypedView<CmdKeyTrigg, KeyTriggWidget> {
+class KeyTriggView final : public ControlView {
  public:
-  KeyTriggView(ViewContext context, CmdKeyTrigg& control, KeyTriggWidget* widget)
-      : TypedView(context, control, widget) {
-    widget->OnPress = [this](int half) {
-      Act([&] { control_.UserPress(static_cast<std::uint8_t>(half)); });
-    };
-    Attach();
+  KeyTriggView(CmdKeyTrigg& key, KeyTriggWidget* widget) : ControlView(key, widget), key_(key), widget_(widget) {
+    widget->OnPress = [this](int half) { Act([&] { key_.UserPress(static_cast<std::uint8_t>(half)); }); };
+    WatchKeys(widget);
+    Start();
+  }
+  void Show(const PropertyBase& property) override {
+    if (&property == &key_.Trigger || &property == &key_.Caption_1 || &property == &key_.Caption_2) {
+      return widget_->ShowState(ToQt(key_.Caption()), key_.Trigger() == 1);
+    }
+    ControlView::Show(property);
   }
 
- protected:
-  void ShowOwn(const PropertyBase&) override {
-    widget_->ShowState(Q(control_.Caption()), control_.Trigger() == 1);
-  }
+ private:
+  CmdKeyTrigg& key_;
+  KeyTriggWidget* widget_;
 };
 
-/// One line of the table of kinds: tries the control's and the widget's type.
-template <class TView, class TControl, class TWidget>
-std::unique_ptr<ControlView> Try(ViewContext context, Control& control, QWidget* widget) {
-  auto* right_control = dynamic_cast<TControl*>(&control);
-  auto* right_widget = dynamic_cast<TWidget*>(widget);
-  if (right_control == nullptr || right_widget == nullptr) return nullptr;
-  return std::make_unique<TView>(context, *right_control, right_widget);
+/// Makes the view when the control is of kind `C`; the object must then be a `W`.
+template <class C, class View, class W, class... More>
+bool TryKind(std::unique_ptr<ControlView>& view, Control& control, QObject* object, More&&... more) {
+  auto* fitting = dynamic_cast<C*>(&control);
+  if (fitting == nullptr) return false;
+  auto* widget = dynamic_cast<W*>(object);
+  if (widget == nullptr) throw Error("form " + control.Owner().Name() + " doesn't draw " + control.Name());
+  view = std::make_unique<View>(*fitting, widget, std::forward<More>(more)...);
+  return true;
+}
+
+bool TryMenu(std::unique_ptr<ControlView>& view, Control& control, QObject* object) {
+  auto* menu = dynamic_cast<Menu*>(&control);
+  if (menu == nullptr) return false;
+  auto* submenu = qobject_cast<QMenu*>(object);
+  QAction* action = submenu != nullptr ? submenu->menuAction() : qobject_cast<QAction*>(object);
+  if (action == nullptr) throw Error("form " + control.Owner().Name() + " doesn't draw " + control.Name());
+  QMenuBar* bar = nullptr;
+  for (QObject* place : action->associatedObjects()) {
+    if (auto* found = qobject_cast<QMenuBar*>(place)) bar = found;
+  }
+  view = std::make_unique<MenuView>(*menu, action, bar);
+  return true;
 }
 
 }  // namespace
 
-std::unique_ptr<ControlView> MakeControlView(ViewContext context, Control& control, QWidget* widget) {
-  using Maker = std::unique_ptr<ControlView> (*)(ViewContext, Control&, QWidget*);
-  static constexpr std::array<Maker, 16> kMakers = {Try<LabelView, Label, QLabel>,
-                                                    Try<PictureView, Picture, QLabel>,
-                                                    Try<FrameView, Frame, QWidget>,
-                                                    Try<ButtonView, Button, QPushButton>,
-                                                    Try<TextBoxView, TextBox, QLineEdit>,
-                                                    Try<CheckBoxView, CheckBox, QCheckBox>,
-                                                    Try<OptionButtonView, OptionButton, QRadioButton>,
-                                                    Try<ComboBoxView, ComboBox, QComboBox>,
-                                                    Try<ListBoxView, ListBox, QListWidget>,
-                                                    Try<DirListBoxView, DirListBox, QTreeWidget>,
-                                                    Try<DriveListBoxView, DriveListBox, QComboBox>,
-                                                    Try<MonthViewView, MonthView, QCalendarWidget>,
-                                                    Try<ProgressBarView, ProgressBar, QProgressBar>,
-                                                    Try<TabStripView, TabStrip, QTabBar>,
-                                                    Try<KeyTriggView, CmdKeyTrigg, KeyTriggWidget>,
-                                                    Try<GridView, DataGrid, QTableView>};
-  for (const Maker make : kMakers) {
-    if (auto view = make(context, control, widget)) return view;
-  }
-  throw Error("no view for " + control.Name());
+std::unique_ptr<ControlView> MakeView(Control& control, QObject* object, const DriveMap& drives) {
+  std::unique_ptr<ControlView> view;
+  const bool known = TryKind<Label, LabelView, QLabel>(view, control, object) ||
+                     TryKind<Frame, FrameView, QWidget>(view, control, object) ||
+                     TryKind<Picture, PictureView, QLabel>(view, control, object) ||
+                     TryKind<Button, ButtonView, QPushButton>(view, control, object) ||
+                     TryKind<TextBox, TextBoxView, QLineEdit>(view, control, object) ||
+                     TryKind<CheckBox, CheckBoxView, QCheckBox>(view, control, object) ||
+                     TryKind<OptionButton, OptionView, QRadioButton>(view, control, object) ||
+                     TryKind<ComboBox, ComboView, QComboBox>(view, control, object) ||
+                     TryKind<ListBox, ListView, QListWidget>(view, control, object) ||
+                     TryKind<DirListBox, DirListView, QTreeWidget>(view, control, object, drives) ||
+                     TryKind<DriveListBox, DriveView, QComboBox>(view, control, object, drives) ||
+                     TryKind<MonthView, MonthViewView, QCalendarWidget>(view, control, object) ||
+                     TryKind<ProgressBar, ProgressView, QProgressBar>(view, control, object) ||
+                     TryKind<TabStrip, TabStripView, QTabBar>(view, control, object) ||
+                     TryKind<CmdKeyTrigg, KeyTriggView, KeyTriggWidget>(view, control, object) ||
+                     TryKind<DataGrid, GridView, QTableView>(view, control, object) || TryMenu(view, control, object);
+  if (!known) throw Error("no view for the kind of " + control.Name());
+  return view;
 }
 
 }  // namespace zrt

@@ -1,13 +1,13 @@
 #include "ui/qt/form_window.h"
 
-#include <QAction>
-#include <QCloseEvent>
+#include <QApplication>
+#include <QKeyEvent>
 #include <QLayout>
-#include <QMenu>
-#include <QMenuBar>
+#include <QScreen>
+#include <QWindow>
 
-#include "core/errors.h"
 #include "ui/qt/form_factory.h"
+#include "ui/qt/qt_text.h"
 
 namespace zrt {
 
@@ -17,182 +17,160 @@ constexpr int kTwipsPerInch = 1440;
 
 }  // namespace
 
-/// An entry or submenu. Its click waits until the toolkit has closed the menu, for it may open a window or ask something.
-class FormWindow::MenuView final : public QObject, public ElementView {
- public:
-  MenuView(FormWindow& window, Menu& control, QAction* action) : window_(window), control_(control), action_(action) {
-    if (action->property("separator").toBool()) action->setSeparator(true);
-    connect(
-        action, &QAction::triggered, this, [this] { window_.Act([this] { control_.UserClick(); }); },
-        Qt::QueuedConnection);
-    control.SetView(this);
-  }
+TimerView::TimerView(Timer& timer) : timer_(timer) {
+  clock_.setSingleShot(true);
+  connect(&clock_, &QTimer::timeout, this, [this] { Fire(); });
+  timer.SetView(this);
+}
 
-  void Detach() { control_.SetView(nullptr); }
+void TimerView::Show(const PropertyBase&) {
+  if (!firing_) Restart();
+}
 
-  void Show(const PropertyBase& property) override {
-    if (&property == &control_.Caption && !action_->isSeparator()) {
-      action_->setText(QString::fromStdString(control_.Caption()));
-    } else if (&property == &control_.Visible) {
-      action_->setVisible(control_.Visible());
-    } else if (&property == &control_.Enabled) {
-      action_->setEnabled(control_.Enabled());
-    }
-  }
+void TimerView::Retire() {
+  clock_.stop();
+  clock_.disconnect(this);
+  timer_.SetView(nullptr);
+}
 
- private:
-  FormWindow& window_;
-  Menu& control_;
-  QAction* action_;
-};
+void TimerView::Restart() {
+  clock_.stop();
+  if (timer_.Enabled() && timer_.Interval() > 0) clock_.start(timer_.Interval());
+}
 
-/// Runs a form's timer while the form is loaded. It doesn't fire while its own handler is under way.
-class FormWindow::TimerView final : public QObject, public ElementView {
- public:
-  TimerView(FormWindow& window, Timer& timer) : window_(window), timer_(timer) {
-    connect(&clock_, &QTimer::timeout, this, [this] {
-      if (std::exchange(busy_, true)) return;
-      window_.Act([this] { timer_.UserFire(); });
-      busy_ = false;
-    });
-    timer.SetView(this);
-  }
+void TimerView::Fire() {
+  firing_ = true;
+  timer_.Owner().TheDesktop().UserAction([this] { timer_.UserFire(); });
+  firing_ = false;
+  if (timer_.View() == this) Restart();
+}
 
-  void Detach() {
-    clock_.stop();
-    timer_.SetView(nullptr);
-  }
-
-  void Show(const PropertyBase&) override {
-    if (timer_.Enabled()) {
-      clock_.start(timer_.Interval());
-    } else {
-      clock_.stop();
-    }
-  }
-
- private:
-  FormWindow& window_;
-  Timer& timer_;
-  QTimer clock_;
-  bool busy_ = false;
-};
-
-FormWindow::FormWindow(ViewContext context, Form& form)
-    : context_(context), form_(&form), window_(BuildFormWindow(form.Name())) {
+FormWindow::FormWindow(Form& form, const DriveMap& drives) : form_(form), window_(BuildFormWindow(form.Name())) {
+  if (window_->property("frameless").toBool()) window_->setWindowFlags(Qt::SplashScreen | Qt::FramelessWindowHint);
+  window_->setAccessibleDescription(ToQt(form.Name()));
   window_->installEventFilter(this);
-  window_->setAccessibleDescription(QString::fromStdString(form.Name()));
-  BindControls();
-  for (Timer* timer : form.Timers()) timers_.push_back(std::make_unique<TimerView>(*this, *timer));
+  for (Control* control : form.Controls()) {
+    views_.push_back(MakeView(*control, window_->findChild<QObject*>(ToQt(control->Name())), drives));
+  }
+  for (Timer* timer : form.Timers()) timers_.push_back(std::make_unique<TimerView>(*timer));
   form.SetView(this);
 }
 
-FormWindow::~FormWindow() = default;
+FormWindow::~FormWindow() {
+  if (alive_) Retire();
+}
 
-void FormWindow::BindControls() {
-  for (Control* control : form_->Controls()) {
-    const QString name = QString::fromStdString(control->Name());
-    if (auto* menu = dynamic_cast<Menu*>(control)) {
-      auto* action = window_->findChild<QAction*>(name);
-      if (auto* submenu = window_->findChild<QMenu*>(name)) action = submenu->menuAction();
-      if (action == nullptr) throw Error("the window of " + form_->Name() + " lacks " + control->Name());
-      menus_.push_back(std::make_unique<MenuView>(*this, *menu, action));
-      continue;
-    }
-    auto* widget = window_->findChild<QWidget*>(name);
-    if (widget == nullptr) throw Error("the window of " + form_->Name() + " lacks " + control->Name());
-    views_.push_back(MakeControlView(context_, *control, widget));
+void FormWindow::Retire() {
+  alive_ = false;
+  form_.SetView(nullptr);
+  for (const auto& view : views_) view->Retire();
+  for (const auto& timer : timers_) timer->Retire();
+  Hide();
+}
+
+void FormWindow::Show(const PropertyBase& property) {
+  if (&property == &form_.Caption) {
+    window_->setWindowTitle(ToQt(form_.Caption()));
+  } else if (&property == &form_.Height && form_.Height() > 0) {
+    if (window_->layout() != nullptr) window_->layout()->activate();
+    window_->resize(window_->width(), form_.Height() * window_->logicalDpiY() / kTwipsPerInch);
   }
 }
 
-void FormWindow::Open(bool modal) {
-  window_->setWindowModality(modal ? Qt::ApplicationModal : Qt::NonModal);
+void FormWindow::Open(bool modal, const QWidget* owner) {
+  if (!window_->isVisible()) {
+    window_->setWindowModality(modal ? Qt::ApplicationModal : Qt::NonModal);
+    if (!placed_) Place(owner);
+    placed_ = true;
+    window_->winId();
+    window_->windowHandle()->setTransientParent(modal && owner != nullptr ? owner->windowHandle() : nullptr);
+  }
   window_->show();
-  BringForward();
-  if (wanted_focus_ != nullptr) SetFocus(*std::exchange(wanted_focus_, nullptr));
-}
-
-void FormWindow::RunModal() {
-  modal_loop_.exec();
-}
-
-void FormWindow::Hide() {
-  window_->hide();
-  if (modal_loop_.isRunning()) modal_loop_.quit();
-}
-
-void FormWindow::BringForward() {
   window_->raise();
   window_->activateWindow();
 }
 
-void FormWindow::Detach() {
-  dead_ = true;
-  window_->removeEventFilter(this);
-  for (const auto& view : views_) view->Detach();
-  for (const auto& menu : menus_) menu->Detach();
-  for (const auto& timer : timers_) timer->Detach();
-  form_->SetView(nullptr);
-  Hide();
+void FormWindow::Place(const QWidget* owner) {
+  // Layouts that keep their window at one size do so now.
+  if (window_->layout() != nullptr) window_->layout()->activate();
+  const QRect screen = (owner != nullptr ? owner : window_.get())->screen()->availableGeometry();
+  const QSize size = window_->size().boundedTo(screen.size());
+  const QPoint middle = owner != nullptr && owner->isVisible() ? owner->geometry().center() : screen.center();
+  QRect place(QPoint(), size);
+  place.moveCenter(middle);
+  place.moveLeft(std::clamp(place.left(), screen.left(), std::max(screen.left(), screen.right() - size.width())));
+  place.moveTop(std::clamp(place.top(), screen.top(), std::max(screen.top(), screen.bottom() - size.height())));
+  window_->setGeometry(place);
 }
 
-QWidget* FormWindow::WidgetOf(const Control& control) const {
+void FormWindow::WaitUntilHidden() {
+  QEventLoop loop;
+  QEventLoop* outer = std::exchange(waiting_, &loop);
+  loop.exec();
+  waiting_ = outer;
+}
+
+void FormWindow::Hide() {
+  window_->hide();
+  if (waiting_ != nullptr) waiting_->quit();
+}
+
+void FormWindow::Focus(const Control& control) {
+  const ControlView* view = ViewOf(control);
+  if (view != nullptr && view->Widget() != nullptr) view->Widget()->setFocus(Qt::OtherFocusReason);
+}
+
+void FormWindow::Repaint() {
+  if (!window_->isVisible()) return;
+  if (window_->layout() != nullptr) window_->layout()->activate();
+  window_->repaint();
+}
+
+ControlView* FormWindow::ViewOf(const Control& control) const {
   for (const auto& view : views_) {
-    if (&view->Bound() == &control) return view->Widget();
+    if (&view->TheControl() == &control) return view.get();
   }
   return nullptr;
 }
 
-void FormWindow::SetFocus(const Control& control) {
-  if (!window_->isVisible()) {
-    wanted_focus_ = &control;
-    return;
+bool FormWindow::IsOfAControl(const QWidget* widget) const {
+  for (; widget != nullptr && widget != window_.get(); widget = widget->parentWidget()) {
+    for (const auto& view : views_) {
+      if (view->Widget() == widget && widget->focusPolicy() != Qt::NoFocus) return true;
+    }
   }
-  if (QWidget* widget = WidgetOf(control)) widget->setFocus(Qt::OtherFocusReason);
-}
-
-void FormWindow::Repaint(const Control& control) {
-  if (!window_->isVisible() || WidgetOf(control) == nullptr) return;
-  if (window_->layout() != nullptr) window_->layout()->activate();
-  // No event may be handled in the middle of the program's own handler, so this paints and nothing else.
-  window_->repaint();
-}
-
-void FormWindow::Show(const PropertyBase& property) {
-  if (&property == &form_->Caption) {
-    window_->setWindowTitle(QString::fromStdString(form_->Caption()));
-  } else if (&property == &form_->Height && form_->Height() > 0) {
-    window_->resize(window_->width(), form_->Height() * window_->logicalDpiY() / kTwipsPerInch);
-  }
+  return false;
 }
 
 bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
-  if (dead_) return false;
+  if (!alive_ || watched != window_.get()) return QObject::eventFilter(watched, event);
   switch (event->type()) {
     case QEvent::Close:
       event->ignore();
-      // The window can't go while the toolkit is telling it to close.
-      QTimer::singleShot(0, this, [this] { Act([this] { form_->Close(); }); });
+      TheDesktop().UserAction([this] { form_.Close(); });
       return true;
-    case QEvent::WindowActivate:
-      Act([this] { context_.desktop.Activated(*form_); });
+    case QEvent::WindowActivate: {
+      // A window behind a modal one may be told that it is in front while the other one is still opening.
+      const QWidget* modal = QApplication::activeModalWidget();
+      if (TheDesktop().Front() != &form_ && (modal == nullptr || modal == window_.get())) {
+        TheDesktop().UserAction([this] { TheDesktop().Activated(form_); });
+      }
       return false;
-    case QEvent::MouseButtonRelease:
-      if (form_->Click) Act([this] { form_->Click.Raise(); });
-      return false;
-    case QEvent::KeyPress: {
-      std::optional<Key> key = ToKey(*static_cast<QKeyEvent*>(event));
-      if (!key || !form_->KeyDown) return false;
-      Act([&] { form_->KeyDown.Raise(*key); });
-      return dead_ || key->swallow;
     }
+    case QEvent::KeyPress: {
+      // What a control's widget leaves has been through the control's handlers already.
+      std::optional<Key> key = KeyOf(*static_cast<QKeyEvent*>(event));
+      if (!key || IsOfAControl(window_->focusWidget())) return false;
+      TheDesktop().UserAction([&] { form_.KeyDown.Raise(*key); });
+      return true;
+    }
+    case QEvent::MouseButtonPress:
+      if (!form_.Click) return false;
+      TheDesktop().UserAction([this] { form_.Click.Raise(); });
+      return true;
     default:
-      return QObject::eventFilter(watched, event);
+      return false;
   }
-}
-
-void FormWindow::Act(const std::function<void()>& work) {
-  if (!dead_) context_.desktop.UserAction(work);
 }
 
 }  // namespace zrt

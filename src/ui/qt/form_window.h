@@ -1,60 +1,71 @@
 #pragma once
 
 #include <QEventLoop>
-#include <QObject>
 #include <QTimer>
-#include <QWidget>
 #include <memory>
 #include <vector>
 
+#include "platform/drive_map.h"
 #include "ui/form.h"
 #include "ui/qt/control_view.h"
 
-class QAction;
-
 namespace zrt {
 
-/// The window of one loaded form, with the views of its controls, menus and timers.
+/// Fires a timer of a form. The next interval begins when the handler has ended, so a handler that takes long, or that
+/// asks a question, is never run inside itself.
+class TimerView final : public QObject, public ElementView {
+ public:
+  explicit TimerView(Timer& timer);
+  void Show(const PropertyBase& property) override;
+  void Retire();
+
+ private:
+  void Restart();
+  void Fire();
+
+  Timer& timer_;
+  QTimer clock_;
+  bool firing_ = false;
+};
+
+/// The window of a loaded form.
 class FormWindow final : public QObject, public ElementView {
  public:
-  FormWindow(ViewContext context, Form& form);
+  FormWindow(Form& form, const DriveMap& drives);
   ~FormWindow() override;
 
-  void Open(bool modal);
-  /// Returns when the form is hidden.
-  void RunModal();
-  void Hide();
-  void BringForward();
-  /// The form is being unloaded: nothing of this window touches it any more.
-  void Detach();
-
   QWidget* Window() const { return window_.get(); }
-  /// Widget of a control; nullptr for menus.
-  QWidget* WidgetOf(const Control& control) const;
-  void SetFocus(const Control& control);
-  void Repaint(const Control& control);
 
   void Show(const PropertyBase& property) override;
+  /// Makes the window visible, in front; over `owner` if there is one.
+  void Open(bool modal, const QWidget* owner);
+  /// Takes events until the window is hidden.
+  void WaitUntilHidden();
+  void Hide();
+
+  void Focus(const Control& control);
+  void Repaint();
+
+  /// The form is unloaded: from now on the window does nothing, whatever its widgets still report.
+  void Retire();
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  class MenuView;
-  class TimerView;
+  Desktop& TheDesktop() const { return form_.TheDesktop(); }
+  ControlView* ViewOf(const Control& control) const;
+  bool IsOfAControl(const QWidget* widget) const;
+  void Place(const QWidget* owner);
 
-  void BindControls();
-  void Act(const std::function<void()>& work);
-
-  ViewContext context_;
-  Form* form_;
-  std::unique_ptr<QWidget> window_;
+  Form& form_;
   std::vector<std::unique_ptr<ControlView>> views_;
-  std::vector<std::unique_ptr<MenuView>> menus_;
   std::vector<std::unique_ptr<TimerView>> timers_;
-  const Control* wanted_focus_ = nullptr;  ///< asked for before the window was there
-  QEventLoop modal_loop_;
-  bool dead_ = false;
+  // After the views: their widgets go first.
+  std::unique_ptr<QWidget> window_;
+  QEventLoop* waiting_ = nullptr;
+  bool placed_ = false;
+  bool alive_ = true;
 };
 
 }  // namespace zrt

@@ -1,38 +1,48 @@
 #pragma once
 
+#include <QLabel>
 #include <QTableView>
 
 #include "ui/data_grid.h"
 #include "ui/qt/control_view.h"
 #include "ui/qt/grid_model.h"
 
-class QLabel;
-
 namespace zrt {
 
-/// Draws a grid: fixed row height, whole rows, no sorting of its own. The widget's current row and the recordset's follow
-/// each other.
+/// A grid: follows the recordset's current row and moves it, keeps FirstRow true. The recordset may be walked from end
+/// to end by a handler; the view catches up once, when the handler is done.
 class GridView final : public ControlView {
  public:
-  GridView(ViewContext context, DataGrid& control, QTableView* widget);
+  GridView(DataGrid& grid, QTableView* table);
 
-  void Detach() override;
+  void Show(const PropertyBase& property) override;
 
  protected:
-  void ShowOwn(const PropertyBase& property) override;
-  bool OwnKey(const Key& key) override;
+  bool KeyLeft(const Key& key) override;
+  void BeforeInput() override { CatchUp(); }
+  void LetGo() override;
+  void ShowVisible(bool visible) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  void PutCaptionAbove();
+  void ShowCaption();
   void ShowColumns();
-  void ShowRows();
-  void ShowRow();
+  void FitColumns();
+  void ShowFirstRow();
+  void KeepFirstRow();
+  /// Rows changed: the model must not serve rows that are gone, so this doesn't wait.
+  void RowsChanged();
+  void RowChanged();
+  void CatchUp();
+  void WentTo(const QModelIndex& index);
 
-  DataGrid& control_;
-  QTableView* widget_;
-  QLabel* caption_ = nullptr;
+  DataGrid& grid_;
+  QTableView* table_;
   GridModel model_;
-  bool showing_ = false;  ///< the widget is being told, so what it reports isn't the operator's doing
+  QLabel* heading_ = nullptr;
+  bool late_ = false;            ///< the current row has changed since the table last showed it
+  bool busy_ = false;            ///< the view itself moves the table
+  bool widths_by_hand_ = false;  ///< the operator has drawn a column wider or narrower
 };
 
 }  // namespace zrt

@@ -15,7 +15,9 @@ const QColor kOff(0xC8, 0x46, 0x3C);
 
 }  // namespace
 
-KeyTriggWidget::KeyTriggWidget(QWidget* parent) : QWidget(parent) { setFocusPolicy(Qt::StrongFocus); }
+KeyTriggWidget::KeyTriggWidget(QWidget* parent) : QWidget(parent) {
+  setFocusPolicy(Qt::StrongFocus);
+}
 
 void KeyTriggWidget::ShowState(const QString& caption, bool first_on) {
   caption_ = caption;
@@ -24,7 +26,9 @@ void KeyTriggWidget::ShowState(const QString& caption, bool first_on) {
   update();
 }
 
-QSize KeyTriggWidget::sizeHint() const { return {160, fontMetrics().height() + 12}; }
+QSize KeyTriggWidget::sizeHint() const {
+  return {160, fontMetrics().height() + 12};
+}
 
 void KeyTriggWidget::paintEvent(QPaintEvent*) {
   QPainter painter(this);
@@ -52,9 +56,13 @@ void KeyTriggWidget::paintEvent(QPaintEvent*) {
   }
 }
 
-void KeyTriggWidget::mousePressEvent(QMouseEvent* event) { Press(event->position().x() < width() / 2.0 ? 1 : 2); }
+void KeyTriggWidget::mousePressEvent(QMouseEvent* event) {
+  Press(event->position().x() < width() / 2.0 ? 1 : 2);
+}
 
-void KeyTriggWidget::mouseDoubleClickEvent(QMouseEvent* event) { mousePressEvent(event); }
+void KeyTriggWidget::mouseDoubleClickEvent(QMouseEvent* event) {
+  mousePressEvent(event);
+}
 
 void KeyTriggWidget::keyPressEvent(QKeyEvent* event) {
   switch (event->key()) {

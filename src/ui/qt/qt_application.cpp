@@ -28,6 +28,12 @@ QPalette LightPalette() {
   palette.setColor(QPalette::ToolTipText, text);
   palette.setColor(QPalette::Highlight, QColor(0x2F, 0x6D, 0xB3));
   palette.setColor(QPalette::HighlightedText, Qt::white);
+  // A non-editable list shows a text that is none of its items as a placeholder.
+  palette.setColor(QPalette::PlaceholderText, text);
+  // A grid without the keyboard still shows its row, in a quieter colour.
+  palette.setColor(QPalette::Inactive, QPalette::Highlight, QColor(0xBD, 0xD3, 0xEA));
+  palette.setColor(QPalette::Inactive, QPalette::HighlightedText, text);
+  palette.setColor(QPalette::Disabled, QPalette::Base, window);
   for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
     palette.setColor(QPalette::Disabled, role, faint);
   }

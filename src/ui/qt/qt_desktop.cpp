@@ -3,19 +3,17 @@
 #include <QApplication>
 #include <QInputDialog>
 #include <QMessageBox>
-#include <QPushButton>
 
 #include "core/errors.h"
+#include "ui/form.h"
 #include "ui/qt/form_window.h"
+#include "ui/qt/qt_text.h"
 
 namespace zrt {
 
 namespace {
 
-/// Line breaks of the program's texts come in several kinds; a box knows one.
-QString BoxText(const std::string& text) { return QString::fromStdString(text).remove('\r'); }
-
-QMessageBox::Icon ToIcon(BoxIcon icon) {
+QMessageBox::Icon QtIcon(BoxIcon icon) {
   switch (icon) {
     case BoxIcon::kCritical:
       return QMessageBox::Critical;
@@ -31,34 +29,89 @@ QMessageBox::Icon ToIcon(BoxIcon icon) {
   return QMessageBox::NoIcon;
 }
 
+/// Texts break their lines in the order of the old window system, line feed first.
+QString BoxText(const std::string& text) {
+  return ToQt(text).remove(QLatin1Char('\r'));
+}
+
 }  // namespace
 
 QtDesktop::QtDesktop(RegionalFormat format, const DriveMap& drives) : Desktop(std::move(format)), drives_(drives) {}
 
-QtDesktop::~QtDesktop() {
-  // Windows whose forms went while the toolkit was still in them.
-  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+QtDesktop::~QtDesktop() = default;
+
+int QtDesktop::Run() {
+  return exit_code_ ? *exit_code_ : QApplication::exec();
 }
 
-int QtDesktop::Run() { return exit_code_ ? *exit_code_ : QApplication::exec(); }
-
 void QtDesktop::Quit(int code) {
+  if (exit_code_) return;
   exit_code_ = code;
   QApplication::exit(code);
 }
 
+FormWindow* QtDesktop::WindowOf(const Form& form) const {
+  const auto found = windows_.find(&form);
+  return found == windows_.end() ? nullptr : found->second.get();
+}
+
+QWidget* QtDesktop::FrontWindow() const {
+  const FormWindow* window = Front() == nullptr ? nullptr : WindowOf(*Front());
+  return window == nullptr ? nullptr : window->Window();
+}
+
 void QtDesktop::SetFocus(Control& control) {
-  if (FormWindow* window = WindowOf(control.Owner())) window->SetFocus(control);
+  FormWindow* window = WindowOf(control.Owner());
+  if (window != nullptr && window->Window()->isVisible()) {
+    window->Focus(control);
+  } else {
+    wanted_focus_[&control.Owner()] = &control;
+  }
 }
 
 void QtDesktop::Repaint(Control& control) {
-  if (FormWindow* window = WindowOf(control.Owner())) window->Repaint(control);
+  if (FormWindow* window = WindowOf(control.Owner())) window->Repaint();
+}
+
+void QtDesktop::DoShow(Form& form, bool modal) {
+  // The window that was in front before; the form itself counts as shown already.
+  const QWidget* owner = QApplication::activeWindow();
+  std::unique_ptr<FormWindow>& window = windows_[&form];
+  if (window == nullptr) window = std::make_unique<FormWindow>(form, drives_);
+  window->Open(modal, owner == window->Window() ? nullptr : owner);
+  if (const auto wanted = wanted_focus_.find(&form); wanted != wanted_focus_.end()) {
+    window->Focus(*wanted->second);
+    wanted_focus_.erase(wanted);
+  }
+}
+
+void QtDesktop::DoModalLoop(Form& form) {
+  while (form.IsVisible() && !exit_code_) WindowOf(form)->WaitUntilHidden();
+  if (QWidget* owner = FrontWindow()) owner->activateWindow();
+}
+
+void QtDesktop::DoHide(Form& form) {
+  if (FormWindow* window = WindowOf(form)) window->Hide();
+}
+
+void QtDesktop::DoUnload(Form& form) {
+  wanted_focus_.erase(&form);
+  if (const auto found = windows_.find(&form); found != windows_.end()) {
+    FormWindow* window = found->second.release();
+    windows_.erase(found);
+    window->Retire();
+    window->setParent(&retired_);
+    window->deleteLater();
+  }
+  if (LoadedForms().empty()) Quit(0);
 }
 
 BoxAnswer QtDesktop::DoMsgBox(const std::string& text, BoxIcon icon, BoxButtons buttons, const std::string& title) {
-  QMessageBox box(ToIcon(icon), QString::fromStdString(title), BoxText(text), QMessageBox::NoButton,
-                  QApplication::activeWindow());
+  QMessageBox box(FrontWindow());
+  box.setIcon(QtIcon(icon));
+  box.setWindowTitle(ToQt(title));
   box.setTextFormat(Qt::PlainText);
+  box.setText(BoxText(text));
   switch (buttons) {
     case BoxButtons::kOk:
       box.setStandardButtons(QMessageBox::Ok);
@@ -71,58 +124,34 @@ BoxAnswer QtDesktop::DoMsgBox(const std::string& text, BoxIcon icon, BoxButtons 
       box.setEscapeButton(QMessageBox::No);
       break;
   }
-  switch (box.exec()) {
+  const int pressed = box.exec();
+  if (QWidget* owner = FrontWindow()) owner->activateWindow();
+  switch (pressed) {
+    case QMessageBox::Cancel:
+      return BoxAnswer::kCancel;
     case QMessageBox::Yes:
       return BoxAnswer::kYes;
     case QMessageBox::No:
       return BoxAnswer::kNo;
-    case QMessageBox::Cancel:
-      return BoxAnswer::kCancel;
     default:
       return BoxAnswer::kOk;
   }
 }
 
 std::string QtDesktop::DoInputBox(const std::string& prompt, const std::string& title, const std::string& preset) {
-  return QInputDialog::getText(QApplication::activeWindow(), QString::fromStdString(title), BoxText(prompt),
-                               QLineEdit::Normal, QString::fromStdString(preset))
-      .toStdString();
-}
-
-void QtDesktop::DoShow(Form& form, bool modal) {
-  auto& window = windows_[&form];
-  if (!window) window = std::make_unique<FormWindow>(ViewContext{*this, drives_}, form);
-  window->Open(modal);
-}
-
-void QtDesktop::DoModalLoop(Form& form) {
-  if (FormWindow* window = WindowOf(form)) window->RunModal();
-}
-
-void QtDesktop::DoHide(Form& form) {
-  if (FormWindow* window = WindowOf(form)) window->Hide();
-  Form* next = Front();
-  if (FormWindow* window = next == nullptr ? nullptr : WindowOf(*next)) window->BringForward();
-}
-
-void QtDesktop::DoUnload(Form& form) {
-  const auto found = windows_.find(&form);
-  if (found == windows_.end()) return;
-  found->second->Detach();
-  // The handler that unloads a form may have been called from a widget of this very window.
-  found->second.release()->deleteLater();
-  windows_.erase(found);
+  QInputDialog box(FrontWindow());
+  box.setWindowTitle(ToQt(title));
+  box.setLabelText(BoxText(prompt));
+  box.setTextValue(ToQt(preset));
+  const bool accepted = box.exec() == QDialog::Accepted;
+  if (QWidget* owner = FrontWindow()) owner->activateWindow();
+  return accepted ? box.textValue().toStdString() : std::string();
 }
 
 void QtDesktop::DoRuntimeError(const std::exception& error) {
   std::string text = "Ошибка выполнения. Действие прервано.";
   if (const auto* file = dynamic_cast<const FileError*>(&error)) text += "\n" + file->Path();
   DoMsgBox(text, BoxIcon::kCritical, BoxButtons::kOk, ProgramTitle);
-}
-
-FormWindow* QtDesktop::WindowOf(const Form& form) const {
-  const auto found = windows_.find(&form);
-  return found == windows_.end() ? nullptr : found->second.get();
 }
 
 }  // namespace zrt

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QObject>
 #include <map>
 #include <memory>
 #include <optional>
@@ -7,22 +8,24 @@
 #include "platform/drive_map.h"
 #include "ui/desktop.h"
 
+class QWidget;
+
 namespace zrt {
 
 class FormWindow;
 
-/// The host that draws with Qt. Knows no form and no rule of a screen: it builds the window that a form's definition
-/// describes and binds each control to the widget of its name.
+/// The host that shows forms in real windows. It knows kinds of controls and no form: what a window holds is in the
+/// form's definition. Needs an application set up by SetUpApplication.
 class QtDesktop final : public Desktop {
  public:
-  /// `drives` lists the folders for the program's lists of drives and folders; it must outlive the desktop.
+  /// `drives` fills the lists of drives and folders; it must outlive the desktop.
   QtDesktop(RegionalFormat format, const DriveMap& drives);
   ~QtDesktop() override;
 
-  /// Handles events until Quit. Returns the exit code.
+  /// Takes the operator's actions until Quit, or until no form is loaded any more. Returns the exit code.
   int Run();
-  void Quit(int code) override;
 
+  void Quit(int code) override;
   void SetFocus(Control& control) override;
   void Repaint(Control& control) override;
 
@@ -37,9 +40,14 @@ class QtDesktop final : public Desktop {
 
  private:
   FormWindow* WindowOf(const Form& form) const;
+  QWidget* FrontWindow() const;
 
   const DriveMap& drives_;
   std::map<const Form*, std::unique_ptr<FormWindow>> windows_;
+  /// Focus asked for before there was a window.
+  std::map<const Form*, const Control*> wanted_focus_;
+  /// Windows of unloaded forms, until the events that they are in the middle of are over.
+  QObject retired_;
   std::optional<int> exit_code_;
 };
 
