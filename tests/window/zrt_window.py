@@ -80,7 +80,7 @@ class Program:
         return self
 
     def __exit__(self, *_):
-        if self.process.poll() is None:
+        if not self.has_ended():
             self.process.kill()
         self.process.wait()
         self.home.cleanup()
@@ -91,13 +91,16 @@ class Program:
         with open(whole, "w", encoding="cp1251", newline="") as file:
             file.write(text)
 
+    def has_ended(self):
+        return self.process.poll() is not None
+
     def exit_code(self):
         return self.process.wait(TIMEOUT)
 
     # Windows
 
     def windows(self):
-        if self.process.poll() is not None:
+        if self.has_ended():
             raise AssertionError(f"the program has ended with code {self.process.returncode}")
         for application in pyatspi.Registry.getDesktop(0):
             if application is not None and application.get_process_id() == self.process.pid:
@@ -282,7 +285,7 @@ class Box(Window):
     def press(self, caption):
         button = next(part for part in self.all() if part.name == caption)
         button.queryAction().doAction(0)
-        wait_for("the box closed", lambda: self.accessible not in self.program.windows())
+        wait_for("the box closed", lambda: self.program.has_ended() or self.accessible not in self.program.windows())
 
 
 class WindowManager:
