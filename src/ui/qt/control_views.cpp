@@ -332,6 +332,7 @@ class ComboView final : public ControlView {
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override {
+    if (!IsAlive()) return false;
     // Turning the wheel over a closed list changed the shift's hour unnoticed.
     if (event->type() == QEvent::Wheel) return true;
     if (widget_->isEditable() && watched == widget_) return false;

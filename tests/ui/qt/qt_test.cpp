@@ -494,6 +494,7 @@ TEST_F(Windows, AModalFormReturnsWhenItIsHiddenAndBoxesAnswerInIt) {
   EXPECT_EQ(answer, BoxAnswer::kNo);
   EXPECT_EQ(answers.Texts, (std::vector<std::string>{"Строка\nвторая", "ещё"}));
   EXPECT_TRUE(form.IsLoaded());
+  form.Close();
 }
 
 TEST_F(Windows, ClosingABoxIsTheAnswerNo) {
