@@ -4,7 +4,7 @@ import datetime
 import time
 import unittest
 
-from zrt_window import Program, Shop, WindowManager, wait_for
+from zrt_window import Program, Screen, Shop, wait_for
 
 # The terminals have sold until this evening, so that today's shift is full at whatever hour the tests run.
 EVENING = datetime.datetime.now().strftime("%Y-%m-%d 21:30:00")
@@ -16,11 +16,7 @@ SALES, REPORT, CATALOGUE, PANELS, JOURNAL = (
 
 
 def setUpModule():
-    setUpModule.manager = WindowManager().__enter__()
-
-
-def tearDownModule():
-    setUpModule.manager.__exit__()
+    unittest.enterModuleContext(Screen())
 
 
 def shown(amount):
@@ -42,7 +38,7 @@ class EveryMode(unittest.TestCase):
         with Program() as program:
             form = program.form("Form2")
             self.assertFalse(program.is_open("frmSplash1"))
-            self.assertEqual(form.title, "zrt_window")
+            self.assertEqual(form.title, "zrt")
             self.assertEqual(form.tabs(), [SALES, REPORT, CATALOGUE, PANELS, JOURNAL])
             self.assertEqual(form.menus(), ["Документы", "Отчёты", "Обработки", "Настройки", "О программе"])
             self.assertTrue(form.is_shown("DataGrid3"))
@@ -52,7 +48,7 @@ class EveryMode(unittest.TestCase):
                 f"SELECT COUNT(*), ROUND(SUM(KOL*PRISE/1000-SKID)/1000,2) FROM PROD WHERE {SHIFT}")[0]
             self.assertEqual(form.rows("DataGrid3"), int(lines))
             self.assertEqual(form.caption("LblSum"), shown(total))
-            program.picture("sales")
+            program.picture("Form2-prod")
 
             form.tab(CATALOGUE)
             wait_for("the catalogue", lambda: form.is_shown("DataGrid1_0"))
@@ -61,18 +57,18 @@ class EveryMode(unittest.TestCase):
             self.assertEqual(form.rows("DataGrid1_0"), int(shop.ask("SELECT COUNT(DISTINCT COD) FROM TOVAR")[0][0]))
             self.assertTrue(form.is_enabled("CmdNew"))
             self.assertFalse(form.is_shown("LblNote"))
-            program.picture("catalogue")
+            program.picture("Form2-sprav")
 
             form.tab(PANELS)
             wait_for("the panels", lambda: form.is_shown("CmdM_30"))
             self.assertEqual(form.rows("DataGrid12"), 30)
             self.assertFalse(form.is_enabled("Text6"))
-            program.picture("panels")
+            program.picture("Form2-sensor")
 
             form.tab(JOURNAL)
             wait_for("the journal", lambda: form.is_shown("DataGrid6"))
             self.assertEqual(form.rows("DataGrid6"), int(shop.ask("SELECT COUNT(*) FROM JOURNAL")[0][0]))
-            program.picture("journal")
+            program.picture("Form2-jurn")
             stop(self, program, form)
 
     def test_without_the_stock_register(self):
@@ -87,13 +83,13 @@ class EveryMode(unittest.TestCase):
         shop = Shop("--mode", "lite", "--now", EVENING)
         with Program() as program:
             form = program.form("Form2")
-            self.assertEqual(form.title, "zrt_window Lite")
+            self.assertEqual(form.title, "zrt Lite")
             self.assertEqual(form.tabs(), ["Реализация", CATALOGUE, PANELS])
             self.assertEqual(form.menus(), [])
             self.assertTrue(form.is_shown("DataGrid7"))
             total = shop.ask(f"SELECT ROUND(SUM(SUM1-SKID),2) FROM KASSA WHERE {SHIFT.replace('DATETIME', 'DAT')}")
             self.assertEqual(form.caption("LblSumLite"), shown(total[0][0]))
-            program.picture("lite")
+            program.picture("Form2-kassa")
             form.tab(CATALOGUE)
             wait_for("the catalogue", lambda: form.is_shown("DataGrid1_0"))
             self.assertFalse(form.is_shown("CmdRefrTov"))
@@ -107,7 +103,7 @@ class EveryMode(unittest.TestCase):
             wait_for("the note", lambda: form.is_shown("LblNote"))
             self.assertFalse(form.is_enabled("CmdNew"))
             self.assertFalse(form.is_shown("CmdClrAllPLU"))
-            program.picture("catalogue_restricted")
+            program.picture("Form2-sprav-restricted")
             stop(self, program, form)
 
     def test_a_base_that_the_program_never_saw(self):
@@ -129,7 +125,7 @@ class EveryMode(unittest.TestCase):
         with Program() as program:
             box = program.box()
             self.assertEqual(box.text, "Нет соединения с Базой Данных!")
-            program.picture("no_database")
+            program.picture("no-database")
             box.press("OK")
             box = program.box()
             self.assertEqual(box.text, "Ошибка выполнения. Действие прервано.")
@@ -156,7 +152,7 @@ class Hands(unittest.TestCase):
             self.assertRegex(about.caption("lblVersion"), r"^Version \d+\.\d+\.\d+$")
             about.activate()
             if close == "key":
-                self.program.picture("about")
+                self.program.picture("frmSplash")
                 self.program.key("space")
             else:
                 about.click("lblProductName")
@@ -171,7 +167,7 @@ class Hands(unittest.TestCase):
     def test_a_day_is_picked_from_the_calendar(self):
         self.form.click("CmdPlus")
         wait_for("the calendar", lambda: self.form.is_shown("Month0"))
-        self.program.picture("calendar")
+        self.program.picture("Form2-calendar")
         self.program.key("Left", "Return")
         yesterday = TODAY - datetime.timedelta(days=1)
         wait_for("yesterday", lambda: self.form.caption("TextDate") == yesterday.strftime("%d.%m.%Y"))
