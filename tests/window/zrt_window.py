@@ -1,8 +1,8 @@
 """Drives the real program in a real window: starts it on a fresh shop, finds controls by the names that the program gives
 them, presses, types and reads as an operator would.
 
-The program is found and read over the accessibility bus; real keys and the real mouse come from xdotool. Needs a display
-and a session bus: `xvfb-run -a dbus-run-session -- python3 TEST`. What is tested stands in the environment:
+The program is found and read over the accessibility bus; real keys and the real mouse come from xdotool. Needs a session
+bus of its own: `dbus-run-session -- python3 TEST`. What is tested stands in the environment:
   ZRT_PROGRAM  the program, built for the tests' server       ZRT_DEMO  the maker of the demonstration shop
   ZRT_HOST     address of the tests' server                   ODBCSYSINI  the driver's registration
   ZRT_PICTURES folder for pictures of the screens; none are taken without it
@@ -80,7 +80,7 @@ class Program:
         return self
 
     def __exit__(self, *_):
-        if self.process.poll() is None:
+        if not self.has_ended():
             self.process.kill()
         self.process.wait()
         self.home.cleanup()
@@ -91,13 +91,16 @@ class Program:
         with open(whole, "w", encoding="cp1251", newline="") as file:
             file.write(text)
 
+    def has_ended(self):
+        return self.process.poll() is not None
+
     def exit_code(self):
         return self.process.wait(TIMEOUT)
 
     # Windows
 
     def windows(self):
-        if self.process.poll() is not None:
+        if self.has_ended():
             raise AssertionError(f"the program has ended with code {self.process.returncode}")
         for application in pyatspi.Registry.getDesktop(0):
             if application is not None and application.get_process_id() == self.process.pid:
@@ -135,7 +138,8 @@ class Program:
         folder = os.environ.get("ZRT_PICTURES")
         if folder:
             time.sleep(0.3)  # until the last frame is on the screen
-            subprocess.run(["import", "-window", "root", os.path.join(folder, f"{name}.png")], check=True)
+            subprocess.run(["import", "-window", "root", "+dither", "-colors", "200",
+                            "PNG8:" + os.path.join(folder, f"{name}.png")], check=True)
 
 
 class Window:
@@ -282,18 +286,26 @@ class Box(Window):
     def press(self, caption):
         button = next(part for part in self.all() if part.name == caption)
         button.queryAction().doAction(0)
-        wait_for("the box closed", lambda: self.accessible not in self.program.windows())
+        wait_for("the box closed", lambda: self.program.has_ended() or self.accessible not in self.program.windows())
 
 
-class WindowManager:
-    """Gives windows their frames and the keyboard. One for all tests of a display."""
+class Screen:
+    """A display that nobody else has, and the window manager that gives windows their frames and the keyboard."""
 
     def __enter__(self):
-        self.process = subprocess.Popen(["openbox"], stderr=subprocess.DEVNULL)
+        reading, writing = os.pipe()
+        self.server = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(writing), "-screen", "0", "1024x768x24", "-nolisten", "tcp"],
+            pass_fds=(writing,), stderr=subprocess.DEVNULL)
+        os.close(writing)
+        with os.fdopen(reading) as number:
+            os.environ["DISPLAY"] = f":{number.readline().strip()}"
+        self.manager = subprocess.Popen(["openbox"])
         wait_for("the window manager", lambda: subprocess.run(
             ["xdotool", "get_desktop"], capture_output=True).returncode == 0)
         return self
 
     def __exit__(self, *_):
-        self.process.terminate()
-        self.process.wait()
+        for process in (self.manager, self.server):
+            process.terminate()
+            process.wait()

@@ -528,6 +528,7 @@ class MonthViewView final : public ControlView {
     connect(widget, &QCalendarWidget::activated, this, [this](QDate day) { Pick(day); });
     // The keyboard's place is the table of days inside.
     days_ = widget->findChild<QTableView*>();
+    days_->setFrameShape(QFrame::StyledPanel);
     WatchKeys(days_);
     widget->setFocusProxy(days_);
     Start();
@@ -567,10 +568,9 @@ class MonthViewView final : public ControlView {
     QWidget* parent = widget_->parentWidget();
     const auto* anchor = parent->findChild<QWidget*>(below);
     if (below.isEmpty() || anchor == nullptr) return;
-    const QSize size = widget_->sizeHint();
+    const QSize size = widget_->size();
     const QPoint corner = anchor->mapTo(parent, QPoint(0, anchor->height() + 2));
-    widget_->setGeometry(std::max(0, std::min(corner.x(), parent->width() - size.width())), corner.y(), size.width(),
-                         size.height());
+    widget_->move(std::max(0, std::min(corner.x(), parent->width() - size.width())), corner.y());
     widget_->raise();
   }
 

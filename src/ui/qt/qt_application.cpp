@@ -6,12 +6,25 @@
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QPalette>
+#include <QProxyStyle>
 #include <QStyleFactory>
 #include <QTranslator>
 
 namespace zrt {
 
 namespace {
+
+/// Fusion, with buttons of boxes that carry words alone.
+class CalmStyle final : public QProxyStyle {
+ public:
+  CalmStyle() : QProxyStyle(QStyleFactory::create("Fusion")) {}
+
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* more) const override {
+    if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
+    return QProxyStyle::styleHint(hint, option, widget, more);
+  }
+};
 
 QPalette LightPalette() {
   const QColor window(0xF0, 0xF0, 0xEE);
@@ -44,7 +57,7 @@ QPalette LightPalette() {
 
 void SetUpApplication(QApplication& application) {
   QLocale::setDefault(QLocale(QLocale::Russian, QLocale::Russia));
-  QApplication::setStyle(QStyleFactory::create("Fusion"));
+  QApplication::setStyle(new CalmStyle);
   QApplication::setPalette(LightPalette());
   constexpr int kPoints = 9;
   QFont font("Liberation Sans", kPoints);

@@ -41,13 +41,19 @@ QtDesktop::QtDesktop(RegionalFormat format, const DriveMap& drives) : Desktop(st
 QtDesktop::~QtDesktop() = default;
 
 int QtDesktop::Run() {
-  return exit_code_ ? *exit_code_ : QApplication::exec();
+  if (exit_code_) return *exit_code_;
+  running_ = true;
+  return QApplication::exec();
 }
 
 void QtDesktop::Quit(int code) {
   if (exit_code_) return;
   exit_code_ = code;
-  QApplication::exit(code);
+  if (!running_) return;
+  // Queued: once the toolkit knows that it is to end it shows no more boxes, and the present action may have one to
+  // show.
+  QMetaObject::invokeMethod(
+      &retired_, [code] { QApplication::exit(code); }, Qt::QueuedConnection);
 }
 
 FormWindow* QtDesktop::WindowOf(const Form& form) const {

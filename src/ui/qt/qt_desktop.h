@@ -49,6 +49,7 @@ class QtDesktop final : public Desktop {
   /// Windows of unloaded forms, until the events that they are in the middle of are over.
   QObject retired_;
   std::optional<int> exit_code_;
+  bool running_ = false;
 };
 
 }  // namespace zrt

@@ -1,0 +1,573 @@
+// The windows of the real screens, drawn without a display: what the operator does to a widget reaches its control,
+// what the program does to a control is seen, and neither comes back as an echo.
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QCalendarWidget>
+#include <QComboBox>
+#include <QInputDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollBar>
+#include <QTabBar>
+#include <QTableView>
+#include <QTest>
+#include <QTimer>
+#include <QTreeWidget>
+#include <QWheelEvent>
+
+#include "app/app.h"
+#include "core/errors.h"
+#include "support/headless_desktop.h"
+#include "support/test_database.h"
+#include "ui/qt/key_trigg_widget.h"
+#include "ui/qt/qt_application.h"
+#include "ui/qt/qt_desktop.h"
+
+namespace zrt {
+namespace {
+
+using test::FixedClock;
+using test::Stage;
+using test::TestDatabase;
+
+constexpr int kProducts = 3000;
+
+/// Answers the boxes of one action, in their order, and keeps what they said.
+class Answers {
+ public:
+  explicit Answers(std::vector<QMessageBox::StandardButton> buttons) : buttons_(std::move(buttons)) { Wait(); }
+
+  std::vector<std::string> Texts;
+
+ private:
+  void Wait() {
+    if (Texts.size() == buttons_.size()) return;
+    QTimer::singleShot(1, &context_, [this] {
+      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      if (box == nullptr) return Wait();
+      Texts.push_back(box->text().toStdString());
+      QAbstractButton* button = box->button(buttons_[Texts.size() - 1]);
+      Wait();
+      button->click();
+    });
+  }
+
+  std::vector<QMessageBox::StandardButton> buttons_;
+  QObject context_;
+};
+
+/// The program on a shop of its own with `kProducts` products, up to the visible main window.
+class MainWindow : public testing::Test {
+ protected:
+  void Start(Stage stage = Stage::kPlain) {
+    database_ = std::make_unique<TestDatabase>(stage);
+    database_->Sql(
+        fmt::format("INSERT INTO TOVAR (ID,COD,COD1,NAME,OST,KOL,PRISE,BARCODE,NDS,REZ,N1,N2,N5,N7,N4,T1,"
+                    "N6) SELECT 0,seq,1,CONCAT('Товар ',LPAD(seq,5,'0')),0,0,100,'',0,0,0,0,0,0,0,'',0 FROM "
+                    "seq_1_to_{}",
+                    kProducts));
+    database_->Sql("UPDATE CONST SET N8=8 WHERE COD=5");
+    Prepare();
+    app_->Start();
+    desktop_->UserAction([this] { app_->Splash.Timer1.UserFire(); });
+    Settle();
+  }
+
+  void Prepare() { app_ = std::make_unique<App>(*desktop_, clock_, drives_, AppSettings{database_->Address(), "zrt"}); }
+
+  static void Settle() { QTest::qWait(1); }
+
+  template <class W = QWidget>
+  static W* Find(const std::string& name) {
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+      if (auto* widget = window->findChild<W*>(QString::fromStdString(name))) return widget;
+    }
+    return nullptr;
+  }
+
+  void Choose(const std::string& tab) {
+    desktop_->UserAction([&] { app_->Main.TabStrip1.UserChoose(tab); });
+    Settle();
+  }
+
+  SalesTab& Sales() { return app_->Main.Sales; }
+
+  FixedClock clock_;
+  DriveMap drives_{std::filesystem::temp_directory_path() / "zrt_no_such_folder"};
+  std::unique_ptr<QtDesktop> desktop_ = std::make_unique<QtDesktop>(RegionalFormat{}, drives_);
+  std::unique_ptr<TestDatabase> database_;
+  std::unique_ptr<App> app_;
+};
+
+TEST_F(MainWindow, TextsAndTheirCursorGoBothWays) {
+  Start();
+  auto* edit = Find<QLineEdit>("Text1");
+  TextBox& box = Sales().Text1;
+  int changes = 0;
+  box.Change = [&] { ++changes; };
+
+  edit->setFocus();
+  QTest::keyClicks(edit, "124");
+  EXPECT_EQ(box.Text(), "124");
+  QTest::keyClick(edit, Qt::Key_Left);
+  QTest::keyClicks(edit, "3");  // in the middle: the cursor stays behind it
+  EXPECT_EQ(box.Text(), "1234");
+  EXPECT_EQ(box.SelStart(), 3);
+  EXPECT_EQ(edit->cursorPosition(), 3);
+  EXPECT_EQ(changes, 4);
+
+  box.Text = "58 & <b>";
+  EXPECT_EQ(edit->text(), "58 & <b>");
+  box.SelectAll();
+  EXPECT_EQ(edit->selectedText(), "58 & <b>");
+  EXPECT_EQ(changes, 4);  // what the program writes is no event
+
+  // A handler that empties the field while the operator types.
+  box.Change = [&] { box.Text = ""; };
+  QTest::keyClicks(edit, "9");
+  EXPECT_EQ(edit->text(), "");
+  EXPECT_EQ(box.Text(), "");
+
+  Choose("sensor");
+  auto* locked = Find<QLineEdit>("Text6");
+  locked->setText("7");  // as assistive technology can, though the field is disabled
+  EXPECT_EQ(locked->text(), "");
+}
+
+TEST_F(MainWindow, KeysReachTheControlThenTheFormAndOnlyOnce) {
+  Start();
+  std::string log;
+  app_->Main.KeyDown = [&](Key& key) { log += fmt::format("form{} ", static_cast<int>(key.code)); };
+  Sales().Text3.KeyDown = [&](Key& key) {
+    log += fmt::format("text{} ", static_cast<int>(key.code));
+    key.swallow = key.code == Key::kEnter;
+  };
+  auto* edit = Find<QLineEdit>("Text3");
+  edit->setFocus();
+  QTest::keyClick(edit, Qt::Key_Return);
+  QTest::keyClick(edit, Qt::Key_Escape);
+  EXPECT_EQ(log,
+            fmt::format("text{0} text{1} form{1} ", static_cast<int>(Key::kEnter), static_cast<int>(Key::kEscape)));
+
+  log.clear();
+  Sales().Text3.KeyDown = [&](Key& key) { log += key.text; };
+  QTest::sendKeyEvent(QTest::Click, edit, Qt::Key_unknown, "Ж", Qt::NoModifier);
+  EXPECT_EQ(log.substr(0, 2), "Ж");
+  EXPECT_EQ(Sales().Text3.Text(), "Ж");
+
+  int clicks = 0;
+  Sales().CmdNOpl.Click = [&] { ++clicks; };
+  auto* button = Find<QPushButton>("CmdNOpl");
+  button->setFocus();
+  QTest::keyClick(button, Qt::Key_Return);
+  QTest::keyClick(button, Qt::Key_Space);
+  EXPECT_EQ(clicks, 2);
+  Sales().CmdNOpl.Enabled = false;
+  QTest::mouseClick(button, Qt::LeftButton);
+  EXPECT_EQ(clicks, 2);
+}
+
+TEST_F(MainWindow, FocusAskedForBeforeTheWindowComesWithIt) {
+  database_ = std::make_unique<TestDatabase>(Stage::kPlain);
+  Prepare();
+  desktop_->SetFocus(Sales().Text5);
+  app_->Start();
+  desktop_->UserAction([this] { app_->Splash.Timer1.UserFire(); });
+  Settle();
+  EXPECT_EQ(Find<QLineEdit>("Text5")->window()->focusWidget(), Find<QLineEdit>("Text5"));
+
+  Choose("sprav");
+  EXPECT_EQ(Find<QTableView>("DataGrid1_0")->window()->focusWidget(), Find<QTableView>("DataGrid1_0"));
+}
+
+TEST_F(MainWindow, ListsTellChoicesFromEverythingElse) {
+  Start();
+  auto* hours = Find<QComboBox>("Combo1");
+  EXPECT_EQ(hours->count(), 24);
+  EXPECT_EQ(hours->currentText(), "8");
+  QWheelEvent wheel({5, 5}, hours->mapToGlobal(QPointF(5, 5)), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                    Qt::NoScrollPhase, false);
+  QApplication::sendEvent(hours, &wheel);
+  EXPECT_EQ(Sales().Combo1.Text(), "8");
+  EXPECT_EQ(database_->Value("SELECT N8 FROM CONST WHERE COD=5"), "8");
+
+  hours->setFocus();
+  QTest::keyClick(hours, Qt::Key_Down);
+  EXPECT_EQ(Sales().Combo1.Text(), "9");
+  EXPECT_EQ(database_->Value("SELECT N8 FROM CONST WHERE COD=5"), "9");
+
+  Sales().Combo1.Text = "31";  // no hour of the list, and yet what the base holds
+  EXPECT_EQ(hours->currentIndex(), -1);
+  EXPECT_EQ(hours->placeholderText(), "31");
+}
+
+TEST_F(MainWindow, OptionsExcludeEachOtherWithinTheirArray) {
+  Start();
+  Choose("sensor");
+  auto* panel = Find<QRadioButton>("Option1_4");
+  QTest::mouseClick(panel, Qt::LeftButton, {}, QPoint(8, panel->height() / 2));
+  EXPECT_TRUE(app_->Main.Panels.Option1[3].Value());
+  EXPECT_FALSE(app_->Main.Panels.Option1[0].Value());
+  EXPECT_FALSE(Find<QRadioButton>("Option1_1")->isChecked());
+  EXPECT_TRUE(Find<QRadioButton>("Option2_1")->isChecked());  // the levels are another array
+
+  app_->Main.Panels.Option1[6].Choose();
+  EXPECT_TRUE(Find<QRadioButton>("Option1_7")->isChecked());
+  EXPECT_FALSE(panel->isChecked());
+}
+
+TEST_F(MainWindow, CalendarOpensOverTheTablesAndClosesWithItsTab) {
+  Start();
+  auto* calendar = Find<QCalendarWidget>("Month0");
+  const QRect grid = Find("DataGrid3")->geometry();
+  QTest::mouseClick(Find<QPushButton>("CmdPlus"), Qt::LeftButton);
+  ASSERT_TRUE(calendar->isVisible());
+  EXPECT_EQ(Find("DataGrid3")->geometry(), grid);  // nothing gives way to it
+  EXPECT_EQ(calendar->selectedDate(), QDate(2026, 11, 12));
+
+  Choose("sprav");
+  EXPECT_FALSE(calendar->isVisible());
+  Choose("prod");
+
+  auto* days = calendar->findChild<QTableView*>();
+  days->setFocus();
+  QTest::keyClick(days, Qt::Key_Left);
+  QTest::keyClick(days, Qt::Key_Return);
+  EXPECT_EQ(Sales().TextDate.Caption(), "11.11.2026");
+  EXPECT_FALSE(calendar->isVisible());
+}
+
+TEST_F(MainWindow, GridAndRecordsetShareTheirRow) {
+  Start();
+  Choose("sprav");
+  Recordset& products = app_->TheSession.Pool().RsProducts;
+  auto* table = Find<QTableView>("DataGrid1_0");
+  DataGrid& grid = app_->Main.Catalogue.DataGrid1[0];
+  ASSERT_EQ(table->model()->rowCount(), kProducts);
+  EXPECT_EQ(table->model()->headerData(1, Qt::Horizontal).toString(), "Name");
+  EXPECT_EQ(table->model()->index(41, 1).data().toString(), "Товар 00042");
+  EXPECT_EQ(table->model()->index(41, 2).data().toString(), "1,00");
+  EXPECT_EQ(table->model()->index(0, 2).data(Qt::TextAlignmentRole).toInt(), Qt::AlignRight | Qt::AlignVCenter);
+
+  products.SetBookmark(1500);
+  Settle();
+  EXPECT_EQ(table->currentIndex().row(), 1499);
+  EXPECT_EQ(grid.FirstRow(), table->rowAt(1) + 1 + (table->rowViewportPosition(table->rowAt(1)) < 0 ? 1 : 0));
+
+  QTest::keyClick(table, Qt::Key_Down);
+  EXPECT_EQ(products.Bookmark(), 1501);
+  QTest::keyClick(table, Qt::Key_End);
+  EXPECT_EQ(products.Bookmark(), kProducts);
+  QTest::keyClick(table, Qt::Key_Home);
+  Settle();
+  EXPECT_EQ(products.Bookmark(), 1);
+  EXPECT_EQ(grid.FirstRow(), 1);
+
+  const QPoint third(20, table->rowViewportPosition(2) + 3);
+  QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, third);
+  EXPECT_EQ(products.Bookmark(), 3);
+
+  grid.FirstRow = 700;
+  EXPECT_EQ(table->verticalScrollBar()->value(), 699);
+  // A key finds the table on the recordset's row, also before the window had time to follow.
+  products.SetBookmark(10);
+  QTest::keyClick(table, Qt::Key_Up);
+  EXPECT_EQ(products.Bookmark(), 9);
+
+  products.MoveFirst();
+  products.Move(-1);
+  Settle();
+  EXPECT_FALSE(table->currentIndex().isValid());  // before the first row none is marked
+}
+
+TEST_F(MainWindow, WalkingARecordsetMovesItsGridsOnce) {
+  Start();
+  Choose("sprav");
+  auto* table = Find<QTableView>("DataGrid1_0");
+  int moves = 0;
+  QObject::connect(table->selectionModel(), &QItemSelectionModel::currentRowChanged, table, [&] { ++moves; });
+  Recordset& products = app_->TheSession.Pool().RsProducts;
+  for (products.MoveFirst(); !products.Eof(); products.MoveNext()) continue;
+  products.SetBookmark(5);
+  Settle();
+  EXPECT_EQ(moves, 1);
+  EXPECT_EQ(table->currentIndex().row(), 4);
+}
+
+TEST_F(MainWindow, ColumnsFollowTheirLayoutAndTheBindingTheirRecordset) {
+  Start();
+  Choose("sprav");
+  auto* table = Find<QTableView>("DataGrid1_0");
+  DataGrid& grid = app_->Main.Catalogue.DataGrid1[0];
+  const int barcode = 11;
+  const int ukt = 12;
+  EXPECT_FALSE(table->isColumnHidden(barcode));
+  EXPECT_TRUE(table->isColumnHidden(ukt));
+  grid.Layout({{"Barcode", 0, GridColumn::Align::kLeft}, {"UKTZED", 1440, GridColumn::Align::kLeft}});
+  EXPECT_TRUE(table->isColumnHidden(barcode));
+  EXPECT_EQ(table->columnWidth(ukt), table->logicalDpiX());  // an inch
+
+  Recordset& products = app_->TheSession.Pool().RsProducts;
+  app_->TheSession.BindSet(products, "SELECT COD As 'Cod' FROM TOVAR WHERE COD<5");
+  table->viewport()->repaint();  // as a box would between opening and binding
+  grid.Bind(products);
+  EXPECT_EQ(table->model()->columnCount(), 1);
+  EXPECT_EQ(table->model()->rowCount(), 4);
+  products.Close();
+  EXPECT_EQ(table->model()->rowCount(), 0);
+}
+
+TEST_F(MainWindow, TypingInAGridIsTheProgramsAffair) {
+  Start();
+  Choose("sprav");
+  auto* table = Find<QTableView>("DataGrid1_0");
+  DataGrid& grid = app_->Main.Catalogue.DataGrid1[0];
+  std::string typed;
+  grid.KeyDown = [&](Key& key) { typed += key.code == Key::kEnter ? "<Enter>" : key.text; };
+  int double_clicks = 0;
+  grid.DblClick = [&] { ++double_clicks; };
+  const int row = table->currentIndex().row();
+  QTest::keyClicks(table, "t1");
+  QTest::keyClick(table, Qt::Key_Return);
+  EXPECT_EQ(typed, "t1<Enter>");
+  EXPECT_EQ(table->currentIndex().row(), row);  // the table doesn't search by itself
+  const QPoint first(20, table->rowViewportPosition(table->rowAt(1)) + 3);
+  QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, first);
+  QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, first);
+  EXPECT_EQ(double_clicks, 1);
+}
+
+TEST_F(MainWindow, KeysOfAPanelShowTheirColoursPure) {
+  Start();
+  Choose("sensor");
+  auto* widget = Find<QPushButton>("CmdM_3");
+  Button& key = app_->Main.Panels.CmdM[2];
+  key.Caption = "&12";
+  for (const auto& [colour, shown] :
+       {std::pair<Colour, QColor>{0x00FF00, {0, 255, 0}}, {0xFF, {255, 0, 0}}, {0xFF80FF, {255, 128, 255}}}) {
+    key.BackColor = colour;
+    EXPECT_EQ(widget->grab().toImage().pixelColor(8, 8), shown) << colour;
+  }
+  EXPECT_EQ(widget->text(), "&&12");  // no shortcut: names come from the base
+  key.BackColor = colour::kHighlightEdge;
+  EXPECT_EQ(widget->styleSheet(), "");
+  EXPECT_FALSE(widget->font().bold());
+  key.FontBold = true;
+  EXPECT_TRUE(widget->font().bold());
+  EXPECT_TRUE(Find<QLabel>("LblSum")->font().bold());  // bold by its design, though the program never says so
+}
+
+TEST_F(MainWindow, TwoPositionKeyIsPressedByItsHalves) {
+  Start();
+  Choose("sensor");
+  auto* widget = Find<KeyTriggWidget>("CmdMenu");
+  CmdKeyTrigg& key = app_->Main.Panels.CmdMenu;
+  std::string halves;
+  key.Click = [&](std::uint8_t half) { halves += std::to_string(half); };
+  const QPoint left(5, widget->height() / 2);
+  const QPoint right(widget->width() - 5, widget->height() / 2);
+  QTest::mouseClick(widget, Qt::LeftButton, {}, right);
+  QTest::mouseClick(widget, Qt::LeftButton, {}, right);
+  QTest::mouseClick(widget, Qt::LeftButton, {}, left);
+  QTest::mouseDClick(widget, Qt::LeftButton, {}, left);  // what follows the first click of a double one
+  EXPECT_EQ(halves, "2211");
+  EXPECT_EQ(key.Trigger(), 1);
+}
+
+TEST_F(MainWindow, TabsAndMenusComeAndGo) {
+  Start(Stage::kRegister);
+  auto* tabs = Find<QTabBar>("TabStrip1");
+  auto* bar = Find<QMenuBar>("decoMenuBar");
+  EXPECT_EQ(tabs->count(), 5);
+  EXPECT_EQ(tabs->tabText(4), "Журнал документов");
+  EXPECT_TRUE(bar->isVisible());
+
+  app_->Main.TabStrip1.Remove(1);
+  EXPECT_EQ(tabs->count(), 4);
+  EXPECT_EQ(app_->Main.TabStrip1.SelectedKey(), "prod");  // nobody clicked
+  int clicks = 0;
+  app_->Main.TabStrip1.Click = [&] { ++clicks; };
+  QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(2).center());
+  EXPECT_EQ(app_->Main.TabStrip1.SelectedKey(), "sensor");
+  EXPECT_EQ(clicks, 1);
+  QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(2).center());
+  EXPECT_EQ(clicks, 2);  // the current tab is clicked too
+
+  desktop_->UserAction([&] { app_->Main.Check1.UserTick(true); });
+  Choose("prod");
+  EXPECT_FALSE(bar->isVisible());
+  desktop_->UserAction([&] { app_->Main.Check1.UserTick(false); });
+  EXPECT_TRUE(bar->isVisible());
+}
+
+TEST_F(MainWindow, LiteScreenHasNoMenuRow) {
+  Start(Stage::kLite);
+  EXPECT_FALSE(Find<QMenuBar>("decoMenuBar")->isVisible());
+  EXPECT_TRUE(Find("FrameKassaLite")->isVisible());
+  EXPECT_FALSE(Find("FrameProd")->isVisible());
+}
+
+TEST_F(MainWindow, AFailureEndsTheActionInOneBoxWithoutDatabaseText) {
+  Start();
+  Sales().CmdNOpl.Click = [&] { app_->TheSession.Write("DROP TABLE NO_SUCH_TABLE"); };
+  Answers answers({QMessageBox::Ok});
+  QTest::mouseClick(Find<QPushButton>("CmdNOpl"), Qt::LeftButton);
+  EXPECT_EQ(answers.Texts, (std::vector<std::string>{"Ошибка выполнения. Действие прервано."}));
+  EXPECT_TRUE(Find("FrameProd")->isVisible());
+}
+
+TEST_F(MainWindow, ClosingTheWindowStopsTheProgram) {
+  Start();
+  QTimer::singleShot(0, Find("FrameProd"), [] { Find("FrameProd")->window()->close(); });
+  EXPECT_EQ(desktop_->Run(), 0);
+  EXPECT_FALSE(app_->Main.IsLoaded());
+  Settle();
+  EXPECT_EQ(Find("FrameProd"), nullptr);
+}
+
+TEST_F(MainWindow, FoldersOfADriveOpenFromTheTree) {
+  const std::filesystem::path root = std::filesystem::temp_directory_path() / fmt::format("zrt_qt_test_{}", getpid());
+  std::filesystem::create_directories(root / "C" / "Korvina" / "Report" / "2026");
+  std::filesystem::create_directories(root / "D");
+  drives_ = DriveMap(root);
+  Start();
+  Sales().Dir1.Visible = true;
+  Sales().Drive1.Visible = true;
+  auto* tree = Find<QTreeWidget>("Dir1");
+  EXPECT_EQ(tree->currentItem()->text(0), "Report");
+  EXPECT_EQ(Find<QComboBox>("Drive1")->count(), 2);
+  tree->currentItem()->setExpanded(true);
+  tree->setFocus();
+  QTest::keyClick(tree, Qt::Key_Down);
+  EXPECT_EQ(Sales().Dir1.Path(), "C:\\Korvina\\Report\\2026");
+  Sales().Dir1.Path = "D:";
+  EXPECT_EQ(tree->currentItem()->text(0), "D:\\");
+  std::filesystem::remove_all(root);
+}
+
+/// A window of the about box's look whose life lies open; its timer and its clicks are what a test makes them.
+class Probe final : public Form {
+ public:
+  explicit Probe(Desktop& desktop) : Form(desktop, "frmSplash") {
+    Activate = [this] { log += "A"; };
+    Unload = [this] { log += "U"; };
+    Complete();
+  }
+  Label lblVersion{*this, "lblVersion"};
+  Label lblProductName{*this, "lblProductName"};
+  Timer Timer1{*this, "Timer1", 5, false};
+  std::string log;
+};
+
+class Windows : public testing::Test {
+ protected:
+  static QWidget* WindowOf(const Form& form) {
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+      if (window->accessibleDescription() == QString::fromStdString(form.Name()) && window->isVisible()) return window;
+    }
+    return nullptr;
+  }
+
+  DriveMap drives_{std::filesystem::temp_directory_path() / "zrt_no_such_folder"};
+  QtDesktop desktop_{RegionalFormat{}, drives_};
+};
+
+TEST_F(Windows, AModalFormReturnsWhenItIsHiddenAndBoxesAnswerInIt) {
+  Probe form(desktop_);
+  BoxAnswer answer = BoxAnswer::kOk;
+  Answers answers({QMessageBox::No, QMessageBox::Cancel});
+  form.Timer1.Enabled = true;
+  form.Timer1.Fire = [&] {
+    answer = desktop_.MsgBox("Строка\n\rвторая", BoxIcon::kQuestion, BoxButtons::kYesNo);
+    EXPECT_EQ(desktop_.MsgBox("ещё", BoxIcon::kCritical, BoxButtons::kOkCancel, "DESKOR"), BoxAnswer::kCancel);
+    form.Hide();
+    form.log += "H";
+  };
+  form.ShowModal();
+  EXPECT_EQ(form.log, "AH");  // the handler that hid it has ended before
+  EXPECT_EQ(answer, BoxAnswer::kNo);
+  EXPECT_EQ(answers.Texts, (std::vector<std::string>{"Строка\nвторая", "ещё"}));
+  EXPECT_TRUE(form.IsLoaded());
+}
+
+TEST_F(Windows, ClosingABoxIsTheAnswerNo) {
+  for (const auto& [buttons, expected] : {std::pair{BoxButtons::kYesNo, BoxAnswer::kNo},
+                                          {BoxButtons::kOkCancel, BoxAnswer::kCancel},
+                                          {BoxButtons::kOk, BoxAnswer::kOk}}) {
+    QTimer::singleShot(20, [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });
+    EXPECT_EQ(desktop_.MsgBox("?", BoxIcon::kQuestion, buttons), expected);
+  }
+}
+
+TEST_F(Windows, AnInputBoxGivesItsLineOrNothing) {
+  const auto answer = [&](bool accept) {
+    QTimer::singleShot(20, [accept] {
+      auto* box = qobject_cast<QInputDialog*>(QApplication::activeModalWidget());
+      EXPECT_EQ(box->textValue(), "1");
+      box->setTextValue("Привет");
+      accept ? box->accept() : box->reject();
+    });
+    return desktop_.InputBox("Введите", "Заголовок", "1");
+  };
+  EXPECT_EQ(answer(true), "Привет");
+  EXPECT_EQ(answer(false), "");
+}
+
+TEST_F(Windows, ATimerDoesNotFireInsideItsOwnHandler) {
+  Probe form(desktop_);
+  int running = 0;
+  int most = 0;
+  int fired = 0;
+  form.Timer1.Enabled = true;
+  form.Timer1.Fire = [&] {
+    most = std::max(most, ++running);
+    QTest::qWait(30);
+    --running;
+    if (++fired == 3) form.Timer1.Enabled = false;
+  };
+  form.Show();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return fired == 3; }));
+  EXPECT_EQ(most, 1);
+  QTest::qWait(50);
+  EXPECT_EQ(fired, 3);
+  form.Close();
+}
+
+TEST_F(Windows, UnloadingInsideItsOwnEventTakesTheWindowAndTheNextShowBeginsAfresh) {
+  Probe form(desktop_);
+  Probe other(desktop_);  // the program doesn't end while it is there
+  form.lblVersion.Caption = "1.2.3";
+  form.Show();
+  QWidget* window = WindowOf(form);
+  other.Show();
+  const QPointer<QWidget> first = window;
+  form.Click = [&] { form.Close(); };
+  QTest::mouseClick(window, Qt::LeftButton);
+  EXPECT_FALSE(form.IsLoaded());
+  EXPECT_EQ(form.log, "AU");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return first.isNull(); }));
+  form.lblVersion.Caption = "3.2.1";  // a control without a window is still a control
+  form.Show();
+  EXPECT_EQ(form.log, "AUA");
+  other.Close();
+  EXPECT_EQ(WindowOf(form)->findChild<QLabel*>("lblVersion")->text(), "3.2.1");
+  form.KeyDown = [&](Key&) { form.Close(); };
+  QTest::keyClick(WindowOf(form), Qt::Key_A);
+  EXPECT_FALSE(form.IsLoaded());
+}
+
+}  // namespace
+}  // namespace zrt
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  zrt::SetUpApplication(application);
+  testing::InitGoogleTest(&argc, argv);
+  return RUN_ALL_TESTS();
+}

@@ -1,0 +1,200 @@
+"""A day's first minutes in the real window: starting in every operating mode, every tab, menus, the about box, stopping."""
+
+import datetime
+import time
+import unittest
+
+from zrt_window import Program, Screen, Shop, wait_for
+
+# The terminals have sold until this evening, so that today's shift is full at whatever hour the tests run.
+EVENING = datetime.datetime.now().strftime("%Y-%m-%d 21:30:00")
+TODAY = datetime.date.today()
+SHIFT = (f"DATETIME > '{TODAY} 08:00:00' AND DATETIME < '{TODAY + datetime.timedelta(days=1)} 07:59:59'")
+
+SALES, REPORT, CATALOGUE, PANELS, JOURNAL = (
+    "Таблица Продаж", "Системный Отчёт", "Справочники", "Настройка сенсорной клавиатуры", "Журнал документов")
+
+
+def setUpModule():
+    unittest.enterModuleContext(Screen())
+
+
+def shown(amount):
+    """An amount as the program shows it: comma, thousands apart."""
+    return f"{float(amount):,.2f}".replace(",", "\u00a0").replace(".", ",")
+
+
+def stop(test, program, form):
+    """Closes the main window as the operator does; the program must end in peace."""
+    form.close()
+    test.assertEqual(program.exit_code(), 0)
+
+
+class EveryMode(unittest.TestCase):
+    """What is there and what is not, from the first window to the end of the program."""
+
+    def test_with_the_stock_register(self):
+        shop = Shop("--mode", "register", "--now", EVENING)
+        with Program() as program:
+            form = program.form("Form2")
+            self.assertFalse(program.is_open("frmSplash1"))
+            self.assertEqual(form.title, "zrt")
+            self.assertEqual(form.tabs(), [SALES, REPORT, CATALOGUE, PANELS, JOURNAL])
+            self.assertEqual(form.menus(), ["Документы", "Отчёты", "Обработки", "Настройки", "О программе"])
+            self.assertTrue(form.is_shown("DataGrid3"))
+            self.assertFalse(form.is_shown("DataGrid11"))
+            self.assertFalse(form.is_shown("Month0"))
+            lines, total = shop.ask(
+                f"SELECT COUNT(*), ROUND(SUM(KOL*PRISE/1000-SKID)/1000,2) FROM PROD WHERE {SHIFT}")[0]
+            self.assertEqual(form.rows("DataGrid3"), int(lines))
+            self.assertEqual(form.caption("LblSum"), shown(total))
+            program.picture("Form2-prod")
+
+            form.tab(CATALOGUE)
+            wait_for("the catalogue", lambda: form.is_shown("DataGrid1_0"))
+            self.assertFalse(form.is_shown("DataGrid3"))
+            wait_for("the keyboard in the catalogue", lambda: form.has_focus("DataGrid1_0"))
+            self.assertEqual(form.rows("DataGrid1_0"), int(shop.ask("SELECT COUNT(DISTINCT COD) FROM TOVAR")[0][0]))
+            self.assertTrue(form.is_enabled("CmdNew"))
+            self.assertFalse(form.is_shown("LblNote"))
+            program.picture("Form2-sprav")
+
+            form.tab(PANELS)
+            wait_for("the panels", lambda: form.is_shown("CmdM_30"))
+            self.assertEqual(form.rows("DataGrid12"), 30)
+            self.assertFalse(form.is_enabled("Text6"))
+            program.picture("Form2-sensor")
+
+            form.tab(JOURNAL)
+            wait_for("the journal", lambda: form.is_shown("DataGrid6"))
+            self.assertEqual(form.rows("DataGrid6"), int(shop.ask("SELECT COUNT(*) FROM JOURNAL")[0][0]))
+            program.picture("Form2-jurn")
+            stop(self, program, form)
+
+    def test_without_the_stock_register(self):
+        Shop("--mode", "normal", "--now", EVENING)
+        with Program() as program:
+            form = program.form("Form2")
+            self.assertEqual(form.tabs(), [SALES, REPORT, CATALOGUE, PANELS])
+            self.assertEqual(form.menus(), ["Отчёты", "Обработки", "Настройки", "О программе"])
+            stop(self, program, form)
+
+    def test_lite(self):
+        shop = Shop("--mode", "lite", "--now", EVENING)
+        with Program() as program:
+            form = program.form("Form2")
+            self.assertEqual(form.title, "zrt Lite")
+            self.assertEqual(form.tabs(), ["Реализация", CATALOGUE, PANELS])
+            self.assertEqual(form.menus(), [])
+            self.assertTrue(form.is_shown("DataGrid7"))
+            total = shop.ask(f"SELECT ROUND(SUM(SUM1-SKID),2) FROM KASSA WHERE {SHIFT.replace('DATETIME', 'DAT')}")
+            self.assertEqual(form.caption("LblSumLite"), shown(total[0][0]))
+            program.picture("Form2-kassa")
+            form.tab(CATALOGUE)
+            wait_for("the catalogue", lambda: form.is_shown("DataGrid1_0"))
+            self.assertFalse(form.is_shown("CmdRefrTov"))
+            stop(self, program, form)
+
+    def test_restricted(self):
+        Shop("--mode", "restricted", "--now", EVENING)
+        with Program() as program:
+            form = program.form("Form2")
+            form.tab(CATALOGUE)
+            wait_for("the note", lambda: form.is_shown("LblNote"))
+            self.assertFalse(form.is_enabled("CmdNew"))
+            self.assertFalse(form.is_shown("CmdClrAllPLU"))
+            program.picture("Form2-sprav-restricted")
+            stop(self, program, form)
+
+    def test_a_base_that_the_program_never_saw(self):
+        shop = Shop("--version", "0", "--now", EVENING)
+        with Program() as program:
+            boxes = [(f"База данных успешно обновлена до версии {version}", "OK") for version in range(1, 5)]
+            boxes += [("Создать регистр остатков?", "OK"), ("Версия сервера MySQL 4.0.12 ?", "Нет")]
+            for text, answer in boxes:
+                box = program.box()
+                self.assertEqual(box.text, text)
+                box.press(answer)
+            form = program.form("Form2")
+            self.assertIn(JOURNAL, form.tabs())
+            self.assertEqual(shop.ask("SELECT N3 FROM CONST WHERE COD=7"), [["-1"]])
+            stop(self, program, form)
+
+    def test_no_database(self):
+        Shop("none")
+        with Program() as program:
+            box = program.box()
+            self.assertEqual(box.text, "Нет соединения с Базой Данных!")
+            program.picture("no-database")
+            box.press("OK")
+            box = program.box()
+            self.assertEqual(box.text, "Ошибка выполнения. Действие прервано.")
+            box.press("OK")
+            self.assertNotEqual(program.exit_code(), 0)
+
+
+class Hands(unittest.TestCase):
+    """Keyboard and mouse on the real window."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.shop = Shop("--mode", "register", "--now", EVENING)
+
+    def setUp(self):
+        self.program = self.enterContext(Program())
+        self.form = self.program.form("Form2")
+        self.form.activate()
+
+    def test_about_box_closes_by_a_key_and_by_a_click(self):
+        for close in ("key", "click"):
+            self.form.menu("О программе")
+            about = self.program.form("frmSplash")
+            self.assertRegex(about.caption("lblVersion"), r"^Version \d+\.\d+\.\d+$")
+            about.activate()
+            if close == "key":
+                self.program.picture("frmSplash")
+                self.program.key("space")
+            else:
+                about.click("lblProductName")
+            wait_for("the about box closed", lambda: not self.program.is_open("frmSplash"))
+
+    def test_the_row_of_menus_can_be_hidden(self):
+        self.form.click("Check1")
+        wait_for("no menus", lambda: self.form.menus() == [])
+        self.form.click("Check1")
+        wait_for("all menus", lambda: len(self.form.menus()) == 5)
+
+    def test_a_day_is_picked_from_the_calendar(self):
+        self.form.click("CmdPlus")
+        wait_for("the calendar", lambda: self.form.is_shown("Month0"))
+        self.program.picture("Form2-calendar")
+        self.program.key("Left", "Return")
+        yesterday = TODAY - datetime.timedelta(days=1)
+        wait_for("yesterday", lambda: self.form.caption("TextDate") == yesterday.strftime("%d.%m.%Y"))
+        self.assertFalse(self.form.is_shown("Month0"))
+        wait_for("the keyboard on the button", lambda: self.form.has_focus("CmdDat"))
+        before = self.form.caption("LblSum")
+        self.program.key("Return")
+        wait_for("another sum", lambda: self.form.caption("LblSum") not in (before, ""))
+        self.assertEqual(self.form.caption("LblInf"), yesterday.strftime("%d.%m.%Y"))
+
+    def test_the_keyboard_walks_a_grid(self):
+        self.form.tab(CATALOGUE)
+        wait_for("the keyboard in the catalogue", lambda: self.form.has_focus("DataGrid1_0"))
+        last = self.form.rows("DataGrid1_0") - 1
+        self.program.key("Home")
+        wait_for("the first row", lambda: self.form.row("DataGrid1_0") == 0)
+        self.program.key("Down", "Down", "Up")
+        wait_for("the second row", lambda: self.form.row("DataGrid1_0") == 1)
+        self.program.key("End")
+        wait_for("the last row", lambda: self.form.row("DataGrid1_0") == last)
+
+    def test_tab_key_visits_fields_in_reading_order(self):
+        self.form.click("Text7")
+        for expected in ("CmdTerm", "Text3", "CmdOfc", "Text2", "CmdFilCheck", "Text1", "CmdFiltr", "Text5"):
+            self.program.key("Tab")
+            wait_for(f"the keyboard in {expected}", lambda: self.form.has_focus(expected))
+
+
+if __name__ == "__main__":
+    unittest.main()
