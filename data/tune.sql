@@ -5,7 +5,8 @@
 --
 -- Can be run at any time and again: it adds the keys that are missing and leaves tables alone that don't exist (yet).
 -- The terminals' tables are locked while a key is built, so run it outside the opening hours. Needs server 5.0 or later;
--- the detour over PREPARE is there because no MySQL server knows "ADD KEY IF NOT EXISTS".
+-- the detour over PREPARE is there because no MySQL server knows "ADD KEY IF NOT EXISTS", and the names are compared in one
+-- character set because the server's own tables and the client may use two that don't go together.
 
 SET @keys = (SELECT GROUP_CONCAT(clause) FROM (
   SELECT 'zrt_datetime' AS name, 'ADD KEY zrt_datetime (DATETIME)' AS clause
@@ -15,7 +16,7 @@ SET @keys = (SELECT GROUP_CONCAT(clause) FROM (
   WHERE EXISTS (SELECT * FROM information_schema.COLUMNS
                 WHERE TABLE_SCHEMA = DATABASE() AND TABLE_NAME = 'PROD' AND COLUMN_NAME = 'DATETIME')
     AND NOT EXISTS (SELECT * FROM information_schema.STATISTICS
-                    WHERE TABLE_SCHEMA = DATABASE() AND TABLE_NAME = 'PROD' AND INDEX_NAME = name));
+                    WHERE TABLE_SCHEMA = DATABASE() AND TABLE_NAME = 'PROD' AND CONVERT(INDEX_NAME USING latin1) = CONVERT(name USING latin1)));
 SET @change = IF(@keys IS NULL, 'DO 0', CONCAT('ALTER TABLE PROD ', @keys));
 PREPARE change_keys FROM @change;
 EXECUTE change_keys;
@@ -29,7 +30,7 @@ SET @keys = (SELECT GROUP_CONCAT(clause) FROM (
   WHERE EXISTS (SELECT * FROM information_schema.COLUMNS
                 WHERE TABLE_SCHEMA = DATABASE() AND TABLE_NAME = 'KASSA' AND COLUMN_NAME = 'DAT')
     AND NOT EXISTS (SELECT * FROM information_schema.STATISTICS
-                    WHERE TABLE_SCHEMA = DATABASE() AND TABLE_NAME = 'KASSA' AND INDEX_NAME = name));
+                    WHERE TABLE_SCHEMA = DATABASE() AND TABLE_NAME = 'KASSA' AND CONVERT(INDEX_NAME USING latin1) = CONVERT(name USING latin1)));
 SET @change = IF(@keys IS NULL, 'DO 0', CONCAT('ALTER TABLE KASSA ', @keys));
 PREPARE change_keys FROM @change;
 EXECUTE change_keys;
@@ -43,7 +44,7 @@ SET @keys = (SELECT GROUP_CONCAT(clause) FROM (
   WHERE EXISTS (SELECT * FROM information_schema.COLUMNS
                 WHERE TABLE_SCHEMA = DATABASE() AND TABLE_NAME = 'REGISTR' AND COLUMN_NAME = 'COD')
     AND NOT EXISTS (SELECT * FROM information_schema.STATISTICS
-                    WHERE TABLE_SCHEMA = DATABASE() AND TABLE_NAME = 'REGISTR' AND INDEX_NAME = name));
+                    WHERE TABLE_SCHEMA = DATABASE() AND TABLE_NAME = 'REGISTR' AND CONVERT(INDEX_NAME USING latin1) = CONVERT(name USING latin1)));
 SET @change = IF(@keys IS NULL, 'DO 0', CONCAT('ALTER TABLE REGISTR ', @keys));
 PREPARE change_keys FROM @change;
 EXECUTE change_keys;
@@ -55,7 +56,7 @@ SET @keys = (SELECT GROUP_CONCAT(clause) FROM (
   WHERE EXISTS (SELECT * FROM information_schema.COLUMNS
                 WHERE TABLE_SCHEMA = DATABASE() AND TABLE_NAME = 'HOTKEYS' AND COLUMN_NAME = 'LV')
     AND NOT EXISTS (SELECT * FROM information_schema.STATISTICS
-                    WHERE TABLE_SCHEMA = DATABASE() AND TABLE_NAME = 'HOTKEYS' AND INDEX_NAME = name));
+                    WHERE TABLE_SCHEMA = DATABASE() AND TABLE_NAME = 'HOTKEYS' AND CONVERT(INDEX_NAME USING latin1) = CONVERT(name USING latin1)));
 SET @change = IF(@keys IS NULL, 'DO 0', CONCAT('ALTER TABLE HOTKEYS ', @keys));
 PREPARE change_keys FROM @change;
 EXECUTE change_keys;
@@ -68,7 +69,7 @@ SET @keys = (SELECT GROUP_CONCAT(clause) FROM (
   WHERE EXISTS (SELECT * FROM information_schema.COLUMNS
                 WHERE TABLE_SCHEMA = DATABASE() AND TABLE_NAME = 'TOVAR' AND COLUMN_NAME = 'COD')
     AND NOT EXISTS (SELECT * FROM information_schema.STATISTICS
-                    WHERE TABLE_SCHEMA = DATABASE() AND TABLE_NAME = 'TOVAR' AND INDEX_NAME = name));
+                    WHERE TABLE_SCHEMA = DATABASE() AND TABLE_NAME = 'TOVAR' AND CONVERT(INDEX_NAME USING latin1) = CONVERT(name USING latin1)));
 SET @change = IF(@keys IS NULL, 'DO 0', CONCAT('ALTER TABLE TOVAR ', @keys));
 PREPARE change_keys FROM @change;
 EXECUTE change_keys;
@@ -80,7 +81,7 @@ SET @keys = (SELECT GROUP_CONCAT(clause) FROM (
   WHERE EXISTS (SELECT * FROM information_schema.COLUMNS
                 WHERE TABLE_SCHEMA = DATABASE() AND TABLE_NAME = 'DISCOUNT' AND COLUMN_NAME = 'REZ')
     AND NOT EXISTS (SELECT * FROM information_schema.STATISTICS
-                    WHERE TABLE_SCHEMA = DATABASE() AND TABLE_NAME = 'DISCOUNT' AND INDEX_NAME = name));
+                    WHERE TABLE_SCHEMA = DATABASE() AND TABLE_NAME = 'DISCOUNT' AND CONVERT(INDEX_NAME USING latin1) = CONVERT(name USING latin1)));
 SET @change = IF(@keys IS NULL, 'DO 0', CONCAT('ALTER TABLE DISCOUNT ', @keys));
 PREPARE change_keys FROM @change;
 EXECUTE change_keys;
