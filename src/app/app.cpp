@@ -29,9 +29,16 @@ void App::Start() {
 }
 
 void App::ShutdownApplication() {
-  desktop_.UnloadAllBut(Main);
+  std::exception_ptr failure;
+  try {
+    desktop_.UnloadAllBut(Main);
+  } catch (...) {
+    // Whatever a form left behind, the program ends and lets go of the server.
+    failure = std::current_exception();
+  }
   TheSession.Disconnect();
   desktop_.Quit(0);
+  if (failure) std::rethrow_exception(failure);
 }
 
 }  // namespace zrt

@@ -1,5 +1,7 @@
 #include "app/form2.h"
 
+#include <array>
+
 #include "core/errors.h"
 #include "core/numbers.h"
 #include "core/schema.h"
@@ -52,8 +54,8 @@ Form2::Form2(Desktop& desktop, Session& session, std::string executable, Screens
 }
 
 void Form2::Form_Load() {
-  session_.Today = session_.TheClock().Now().date;
-  const std::string today = session_.Format().DateText(session_.Today);
+  session_.StoredDate = session_.TheClock().Now().date;
+  const std::string today = session_.Format().DateText(session_.StoredDate);
   Sales.TextDate.Caption = today;
   KassaLite.TextDateLite.Caption = today;
 
@@ -143,7 +145,7 @@ void Form2::DecideOperatingMode() {
   if (stored.IsNull()) {
     session_.FullEditMode = true;
     session_.RegisterEnabled =
-        TheDesktop().MsgBox("Создать регистр остатков?", BoxIcon::kQuestion, BoxButtons::kOkCancel) == BoxAnswer::kOk;
+        TheDesktop().MsgBox("Создать регистр остатков?", BoxIcon::kNone, BoxButtons::kOkCancel) == BoxAnswer::kOk;
     DesktopSchemaDialog dialog(TheDesktop());
     CreateDocumentTables(session_, dialog, session_.RegisterEnabled);
     return;

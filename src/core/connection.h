@@ -47,7 +47,7 @@ class Connection {
   /// True between a successful Open and Close, also while the link is broken.
   bool IsOpen() const;
 
-  /// True after a statement found the link dead and until it has been opened again.
+  /// True after a statement found the link of an open connection dead, and until it has been opened again.
   bool IsLost() const;
 
   /// The next statement may open a lost connection again. See the class comment.

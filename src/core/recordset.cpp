@@ -135,7 +135,7 @@ void Recordset::Open(const std::string& sql, Connection& connection) {
 }
 
 void Recordset::Requery() {
-  if (!IsOpen()) throw Error("the recordset is closed");
+  if (connection_ == nullptr) throw Error("the recordset is closed");
   rows_.reset();
   try {
     Fetch();
@@ -153,6 +153,7 @@ void Recordset::Fetch() {
 }
 
 void Recordset::Close() {
+  connection_ = nullptr;
   if (!IsOpen()) return;
   rows_.reset();
   TellRows();

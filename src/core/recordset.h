@@ -84,8 +84,9 @@ class Recordset {
   /// already. A failed Open leaves the recordset closed.
   void Open(const std::string& sql, Connection& connection);
 
-  /// Fetches the same statement again and stands on the first row. Throws DatabaseError; the old rows are gone then,
-  /// and the set is closed. Throws Error when it isn't open.
+  /// Fetches the same statement again and stands on the first row. Throws DatabaseError; the old rows are gone then and
+  /// IsOpen() is false, but the set can be requeried once more when the fault is mended. Throws Error when the set was
+  /// never opened or was closed.
   void Requery();
 
   /// Frees the rows and tells the observers; harmless when closed.
@@ -108,8 +109,8 @@ class Recordset {
   /// `count` rows on (back when negative), at most to Eof or Bof.
   void Move(int count);
 
-  /// The current row from 1, 0 at Bof, RecordCount()+1 at Eof. A value that was read here can be set again while the
-  /// snapshot lives.
+  /// The current row from 1, 0 at Bof, RecordCount()+1 at Eof (1 on an empty set, which is both). A value that was read
+  /// here can be set again while the snapshot lives.
   int Bookmark() const;
   void SetBookmark(int row);
 

@@ -20,7 +20,7 @@ class SchemaDialog {
 
 /// Brings the schema from `version` (CONST row 3, N2) to version 4, one version after another, and raises `version` as
 /// it goes. A failing statement shows a message and ends the routine: what ran before it stays in force, and the
-/// operator has to mend the database by hand before the next start. Throws nothing.
+/// operator has to mend the database by hand before the next start. Throws no DatabaseError.
 void UpgradeDatabase(Session& session, SchemaDialog& dialog, std::uint8_t& version);
 
 /// Runs once per database, while the operating mode (CONST row 7, N3) is still NULL: creates the tables of the stock

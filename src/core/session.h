@@ -25,7 +25,8 @@ struct DatabaseAddress {
 /// The connection string of the main database: these fields, in this order.
 std::string MainConnectionString(const DatabaseAddress& address);
 
-/// The recordsets made once and kept for the whole run. Each has one fixed role; what the screens show stays in here.
+/// The recordsets made once and kept for the whole run. Each has one fixed role; what the screens show stays in here. A
+/// screen that needs a set of its own adds it.
 struct RecordsetPool {
   Recordset RsProducts;     ///< TOVAR list: DataGrid1 of both indexes
   Recordset RsPanels;       ///< HOTKEYS, the level shown: DataGrid12
@@ -94,7 +95,7 @@ class Session {
   bool PeriodAll = false;           ///< the whole stored period instead of one shift
   int ExciseFilter = 0;             ///< 0 all, 1 alcohol, 2 cigarettes, 3 no excise
   Shift ShiftPeriod;                ///< ShiftFrom, ShiftTo, ShiftTimeText
-  Date Today;                       ///< taken once at start; the calendars overwrite it with the day picked
+  Date StoredDate;                  ///< the start's day; the calendars overwrite it with the day picked
   bool IsReserveCopy = false;       ///< this database holds the reserve copy (CONST row 6, N6 isn't NULL)
   std::string UdlPath;              ///< data link file of this installation, from the settings file
   std::string ReportFolder = "C:\\Korvina\\Report\\";

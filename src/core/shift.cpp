@@ -14,24 +14,21 @@ std::string TwoDigits(int hour) {
   return Right(fmt::format("0{}", hour), 2);
 }
 
-std::string SqlDay(const Date& date) {
-  return fmt::format("{:04}-{:02}-{:02} ", date.year, date.month, date.day);
-}
-
 }  // namespace
 
-void CalcShiftPeriod(std::string_view date_text, std::string_view hour_text, Shift& shift) {
+void CalcShiftPeriod(std::string_view date_text, std::string_view hour_text, const RegionalFormat& format,
+                     Shift& shift) {
   const std::optional<Date> date = ParseDate(date_text);
   if (!date) return;
-  int hour = ToInt16(RegionalFormat{}.ParseNumber(hour_text).value_or(0));
-  shift.From = SqlDay(*date) + TwoDigits(hour) + ":00:00";
+  int hour = ToInt16(format.ParseNumber(hour_text).value_or(0));
+  shift.From = CutSqlDate(format.DateText(*date)) + " " + TwoDigits(hour) + ":00:00";
   shift.TimeText = TwoDigits(hour) + ":00:00";
   int days = 1;
   if (hour == 0) {
     hour = 24;
     days = 0;
   }
-  shift.To = SqlDay(AddDays(*date, days)) + TwoDigits(hour - 1) + ":59:59";
+  shift.To = CutSqlDate(format.DateText(AddDays(*date, days))) + " " + TwoDigits(hour - 1) + ":59:59";
 }
 
 }  // namespace zrt

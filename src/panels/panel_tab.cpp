@@ -1,5 +1,9 @@
 #include "panels/panel_tab.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
+
 #include "core/errors.h"
 #include "core/numbers.h"
 

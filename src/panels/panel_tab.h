@@ -13,12 +13,11 @@ namespace zrt {
 
 /// Colours of the touch keys.
 namespace key_colour {
-inline constexpr Colour kEmpty = 0x8000000E;
+inline constexpr Colour kEmpty = colour::kHighlightEdge;
 inline constexpr Colour kNormal = 0x00FF00;
 inline constexpr Colour kPriceZero = 0xFFFF;
 inline constexpr Colour kUnknown = 0xFF;        ///< the code isn't in the catalogue
 inline constexpr Colour kDuplicate = 0xFF0000;  ///< the code stands on another key of this level already
-inline constexpr Colour kSelected = 0xFF80FF;
 }  // namespace key_colour
 
 /// The editor of the terminals' touch panels: 30 keys show one level of one panel, DataGrid12 lists them with their
@@ -59,7 +58,7 @@ class PanelTab {
   void OpenLayout();
   /// Panel 1, level 1 are chosen; the labels say so.
   void ChooseFirst();
-  /// TextName shows the name of panel 1. Throws DatabaseError, TypeMismatch.
+  /// TextName shows the name of panel 1, nothing when it has none. Throws DatabaseError; Error without that row.
   void ShowFirstName();
 
   /// Reads a level of a panel of the current menu and paints the keys; `row` is how far from the first record RsPanels

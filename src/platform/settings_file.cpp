@@ -10,10 +10,24 @@ namespace zrt {
 
 namespace {
 
-std::string FieldText(std::string_view field) {
-  std::string text = Trim(field);
+struct Record {
+  std::string executable;
+  std::string path;
+};
+
+std::string Unquoted(std::string text) {
   if (text.size() >= 2 && text.front() == '"' && text.back() == '"') text = text.substr(1, text.size() - 2);
   return text;
+}
+
+/// The two fields of a line; nothing for a line of another form. A comma inside quotes belongs to its field, and so do
+/// all that follow the first one outside.
+std::optional<Record> ReadRecord(const std::string& line) {
+  const std::string text = Trim(line);
+  const std::size_t field_end = text.starts_with('"') ? text.find('"', 1) : 0;
+  const std::size_t comma = text.find(',', field_end);
+  if (field_end == std::string::npos || comma == std::string::npos) return std::nullopt;
+  return Record{Unquoted(Trim(text.substr(0, comma))), Unquoted(Trim(text.substr(comma + 1)))};
 }
 
 }  // namespace
@@ -27,10 +41,8 @@ std::optional<std::string> FindDataLinkPath(const DriveMap& drives, std::string_
   std::optional<std::string> path;
   for (std::string bytes; !path && std::getline(file, bytes);) {
     if (!bytes.empty() && bytes.back() == '\r') bytes.pop_back();
-    const std::string line = FromWindows1251(bytes);
-    const std::size_t comma = line.find(',');
-    if (comma == std::string::npos) continue;
-    if (FieldText(line.substr(0, comma)) == executable) path = FieldText(line.substr(comma + 1));
+    const std::optional<Record> record = ReadRecord(FromWindows1251(bytes));
+    if (record && record->executable == executable) path = record->path;
   }
   // A folder of that name opens as a stream and fails at the first read.
   if (!file.is_open() || file.bad()) throw FileError(std::string(kSettingsFile), "can't be read");

@@ -34,7 +34,7 @@ KassaLiteTab::KassaLiteTab(Form& form, Session& session)
 }
 
 void KassaLiteTab::CalcShiftPeriodLite() {
-  CalcShiftPeriod(TextDateLite.Caption(), Combo3.Text(), session_.ShiftPeriod);
+  CalcShiftPeriod(TextDateLite.Caption(), Combo3.Text(), session_.Format(), session_.ShiftPeriod);
 }
 
 void KassaLiteTab::FirstFill() {
@@ -43,6 +43,7 @@ void KassaLiteTab::FirstFill() {
   session_.BindSet(pool.RsKassaLite, fmt::format("{} AND {}{}", sales::kLite, within, sales::kLiteTail));
   DataGrid7.Bind(pool.RsKassaLite);
   FormatKassaLiteGrid();
+  Session::ShowLastRow(pool.RsKassaLite);
 
   session_.BindSet(pool.RsTotals, fmt::format("{}{}{}", sales::kLiteTotal, within, sales::kLiteTail));
   const Cell total = pool.RsTotals.Field(0);
@@ -69,7 +70,6 @@ void KassaLiteTab::FormatKassaLiteGrid() {
                     {"Card", 750, Align::kRight},
                     {"Fiscal", 675, Align::kRight},
                     {"Status", 675, Align::kCentre}});
-  Session::ShowLastRow(session_.Pool().RsKassaLite);
 }
 
 }  // namespace zrt

@@ -15,6 +15,46 @@ constexpr std::string_view kWorking = "обработка запроса...";
 /// What LblInf says behind the date for each excise filter.
 constexpr std::array<std::string_view, 4> kExciseSuffix = {"", " Алкоголь", " Сигареты", " НЕ акциз"};
 
+const std::vector<ColumnLayout> kSalesLayout = {{"Cod", 750, Align::kRight},
+                                                {"Name", 3000, Align::kLeft},
+                                                {"Value", 900, Align::kRight, "0.000"},
+                                                {"Price", 900, Align::kRight, "0.00"},
+                                                {"Dscnt", 900, Align::kRight, "0.000"},
+                                                {"Summ", 1050, Align::kRight, "0.000"},
+                                                {"Pers", 600, Align::kRight},
+                                                {"DateTime", 1950, Align::kLeft},
+                                                {"Ter", 525, Align::kRight},
+                                                {"Num", 750, Align::kRight},
+                                                {"Card", 675, Align::kRight},
+                                                {"fisk", 525, Align::kRight},
+                                                {"Status", 1500, Align::kLeft}};
+
+const std::vector<ColumnLayout> kDeletionsLayout = {
+    {"Cod", 750, Align::kRight},           {"Name", 3000, Align::kLeft},     {"Value", 900, Align::kRight},
+    {"Price", 900, Align::kRight, "0.00"}, {"DateTime", 1950, Align::kLeft}, {"Ter", 525, Align::kRight},
+    {"Num", 750, Align::kRight},           {"Person", 2250, Align::kLeft}};
+
+const std::vector<ColumnLayout> kOrderDetailLayout = {{"Ter", 525, Align::kRight},
+                                                      {"Num", 750, Align::kRight},
+                                                      {"Stl", 525, Align::kRight},
+                                                      {"cod", 600, Align::kRight},
+                                                      {"Operation", 1500, Align::kLeft},
+                                                      {"Summ", 1050, Align::kRight, "0.00"},
+                                                      {"Dscnt", 900, Align::kRight, "0.000"},
+                                                      {"Pay", 1050, Align::kRight, "0.00"},
+                                                      {"Card", 675, Align::kRight},
+                                                      {"StartOrder", 1950, Align::kLeft},
+                                                      {"EndOrder", 1950, Align::kLeft},
+                                                      {"Complete", 2400, Align::kLeft},
+                                                      {"OrderPaid", 1950, Align::kLeft}};
+
+const std::vector<ColumnLayout> kOrdersLayout = {
+    {"Summ", 1050, Align::kRight, "0.00"}, {"Dscnt", 900, Align::kRight, "0.000"},
+    {"Pay", 1050, Align::kRight, "0.00"},  {"cod", 600, Align::kRight},
+    {"Operation", 1500, Align::kLeft},     {"DateTime", 1950, Align::kLeft},
+    {"Ter", 525, Align::kRight},           {"Num", 750, Align::kRight},
+    {"Status", 1500, Align::kLeft}};
+
 }  // namespace
 
 SalesTab::SalesTab(Form& form, Session& session)
@@ -61,27 +101,19 @@ SalesTab::SalesTab(Form& form, Session& session)
 }
 
 void SalesTab::CalcShiftPeriod() {
-  zrt::CalcShiftPeriod(TextDate.Caption(), Combo1.Text(), session_.ShiftPeriod);
+  zrt::CalcShiftPeriod(TextDate.Caption(), Combo1.Text(), session_.Format(), session_.ShiftPeriod);
 }
 
 void SalesTab::FirstFill() {
-  RecordsetPool& pool = session_.Pool();
-  const Shift& shift = session_.ShiftPeriod;
+  const std::string shift = sales::Within("DATETIME", session_.ShiftPeriod);
+  const std::string orders = " AND " + sales::Within("PROD.DATETIME", session_.ShiftPeriod);
 
   // No terminal has the number 0: these two begin empty and wait for the operator's choice.
-  session_.BindSet(pool.RsDeletions, fmt::format("{} WHERE SPION.TER=0", sales::kDeletions));
-  DataGrid11.Bind(pool.RsDeletions);
-  FormatDeletionsGrid();
-  session_.BindSet(pool.RsOrderDetail, fmt::format("{} AND KASSA.TER=0{}", sales::kOrderDetail, sales::kOrderTail));
-  DataGrid2.Bind(pool.RsOrderDetail);
-  FormatOrderDetailGrid();
-
-  session_.BindSet(pool.RsSales,
-                   fmt::format("{} WHERE {}{}", sales::kSales, sales::Within("DATETIME", shift), sales::kSalesTail));
-  DataGrid3.Bind(pool.RsSales);
-  FormatSalesGrid();
-  OpenOrders(" AND " + sales::Within("PROD.DATETIME", shift));
-  ShowTotal(fmt::format("{} WHERE {}{}", sales::kTotal, sales::Within("DATETIME", shift), sales::kSalesTail));
+  OpenDeletions(" WHERE SPION.TER=0");
+  OpenOrderDetail(" AND KASSA.TER=0");
+  OpenSales(" WHERE " + shift);
+  OpenOrders(orders);
+  ShowTotal(fmt::format("{} WHERE {}{}", sales::kTotal, shift, sales::kSalesTail));
 }
 
 void SalesTab::FillCombos() {
@@ -104,13 +136,13 @@ void SalesTab::CmdPlus_Click() {
     Month0.Owner().TheDesktop().MsgBox("Не установлено начало смены!!!", BoxIcon::kCritical);
     return;
   }
-  Month0.Value = ParseDate(TextDate.Caption()).value_or(session_.Today);
+  Month0.Value = ParseDate(TextDate.Caption()).value_or(session_.TheClock().Now().date);
   Month0.Visible = true;
 }
 
 void SalesTab::Month0_DateClick() {
-  session_.Today = Month0.Value();
-  TextDate.Caption = session_.Format().DateText(session_.Today);
+  session_.StoredDate = Month0.Value();
+  TextDate.Caption = session_.Format().DateText(session_.StoredDate);
   Month0.Visible = false;
   session_.PeriodAll = false;
   CmdDat.Enabled = true;
@@ -118,41 +150,29 @@ void SalesTab::Month0_DateClick() {
 }
 
 void SalesTab::CmdDat_Click() {
-  RecordsetPool& pool = session_.Pool();
   try {
     Month0.Visible = false;
-    session_.FilterName = "Data";
-    LblInf.Caption = std::string(kWorking);
-    LblInf.Repaint();
-    LblSum.Caption = {};
-    LblSum.Repaint();
+    BeginQuery("Data");
     CalcShiftPeriod();
 
     const Shift& shift = session_.ShiftPeriod;
     const std::string excise = sales::ExciseCondition(session_.ExciseFilter);
-    const std::string sold = fmt::format(" WHERE {}{}{}{}", sales::Within("DATETIME", shift),
-                                         excise.empty() ? "" : " AND ", excise, sales::kSalesTail);
+    const std::string sold =
+        fmt::format(" WHERE {}{}{}", sales::Within("DATETIME", shift), excise.empty() ? "" : " AND ", excise);
+    const std::string orders = " AND " + sales::Within("PROD.DATETIME", shift);
     switch (session_.CurrentGrid) {
       case 0:
-        session_.BindSet(pool.RsSales, fmt::format("{}{}", sales::kSales, sold));
-        DataGrid3.Bind(pool.RsSales);
-        FormatSalesGrid();
+        OpenSales(sold);
         break;
       case 1:
-        session_.BindSet(pool.RsDeletions,
-                         fmt::format("{} WHERE SPION.DATETIME LIKE '{}%'", sales::kDeletions, TextDate.Caption()));
-        DataGrid11.Bind(pool.RsDeletions);
-        FormatDeletionsGrid();
+        OpenDeletions(fmt::format(" WHERE SPION.DATETIME LIKE '{}%'", TextDate.Caption()));
         break;
       default:
-        session_.BindSet(pool.RsOrderDetail, fmt::format("{} AND {}{}", sales::kOrderDetail,
-                                                         sales::Within("PROD.DATETIME", shift), sales::kOrderTail));
-        DataGrid2.Bind(pool.RsOrderDetail);
-        FormatOrderDetailGrid();
+        OpenOrderDetail(orders);
         break;
     }
-    OpenOrders(" AND " + sales::Within("PROD.DATETIME", shift));
-    ShowTotal(fmt::format("{}{}", sales::kTotal, sold));
+    OpenOrders(orders);
+    ShowTotal(fmt::format("{}{}{}", sales::kTotal, sold, sales::kSalesTail));
 
     LblKol.Caption = {};
     session_.PeriodAll = false;
@@ -164,63 +184,38 @@ void SalesTab::CmdDat_Click() {
   }
 }
 
-void SalesTab::FormatSalesGrid() {
-  DataGrid3.Layout({{"Cod", 750, Align::kRight},
-                    {"Name", 3000, Align::kLeft},
-                    {"Value", 900, Align::kRight, "0.000"},
-                    {"Price", 900, Align::kRight, "0.00"},
-                    {"Dscnt", 900, Align::kRight, "0.000"},
-                    {"Summ", 1050, Align::kRight, "0.000"},
-                    {"Pers", 600, Align::kRight},
-                    {"DateTime", 1950, Align::kLeft},
-                    {"Ter", 525, Align::kRight},
-                    {"Num", 750, Align::kRight},
-                    {"Card", 675, Align::kRight},
-                    {"fisk", 525, Align::kRight},
-                    {"Status", 1500, Align::kLeft}});
-  Session::ShowLastRow(session_.Pool().RsSales);
+void SalesTab::BeginQuery(const char* filter_name) {
+  session_.FilterName = filter_name;
+  LblInf.Caption = std::string(kWorking);
+  LblInf.Repaint();
+  LblSum.Caption = {};
+  LblSum.Repaint();
 }
 
-void SalesTab::FormatDeletionsGrid() {
-  DataGrid11.Layout({{"Cod", 750, Align::kRight},
-                     {"Name", 3000, Align::kLeft},
-                     {"Value", 900, Align::kRight},
-                     {"Price", 900, Align::kRight, "0.00"},
-                     {"DateTime", 1950, Align::kLeft},
-                     {"Ter", 525, Align::kRight},
-                     {"Num", 750, Align::kRight},
-                     {"Person", 2250, Align::kLeft}});
-  Session::ShowLastRow(session_.Pool().RsDeletions);
+void SalesTab::OpenSales(const std::string& pieces) {
+  Open(session_.Pool().RsSales, fmt::format("{}{}{}", sales::kSales, pieces, sales::kSalesTail), DataGrid3,
+       kSalesLayout);
 }
 
-void SalesTab::FormatOrderDetailGrid() {
-  DataGrid2.Layout({{"Ter", 525, Align::kRight},
-                    {"Num", 750, Align::kRight},
-                    {"Stl", 525, Align::kRight},
-                    {"cod", 600, Align::kRight},
-                    {"Operation", 1500, Align::kLeft},
-                    {"Summ", 1050, Align::kRight, "0.00"},
-                    {"Dscnt", 900, Align::kRight, "0.000"},
-                    {"Pay", 1050, Align::kRight, "0.00"},
-                    {"Card", 675, Align::kRight},
-                    {"StartOrder", 1950, Align::kLeft},
-                    {"EndOrder", 1950, Align::kLeft},
-                    {"Complete", 2400, Align::kLeft},
-                    {"OrderPaid", 1950, Align::kLeft}});
-  Session::ShowLastRow(session_.Pool().RsOrderDetail);
+void SalesTab::OpenDeletions(const std::string& pieces) {
+  Open(session_.Pool().RsDeletions, fmt::format("{}{}", sales::kDeletions, pieces), DataGrid11, kDeletionsLayout);
 }
 
-void SalesTab::FormatOrdersGrid() {
-  DataGrid4.Layout({{"Summ", 1050, Align::kRight, "0.00"},
-                    {"Dscnt", 900, Align::kRight, "0.000"},
-                    {"Pay", 1050, Align::kRight, "0.00"},
-                    {"cod", 600, Align::kRight},
-                    {"Operation", 1500, Align::kLeft},
-                    {"DateTime", 1950, Align::kLeft},
-                    {"Ter", 525, Align::kRight},
-                    {"Num", 750, Align::kRight},
-                    {"Status", 1500, Align::kLeft}});
-  Session::ShowLastRow(session_.Pool().RsOrders);
+void SalesTab::OpenOrderDetail(const std::string& pieces) {
+  Open(session_.Pool().RsOrderDetail, fmt::format("{}{}{}", sales::kOrderDetail, pieces, sales::kOrderTail), DataGrid2,
+       kOrderDetailLayout);
+}
+
+void SalesTab::OpenOrders(const std::string& pieces) {
+  Open(session_.Pool().RsOrders, fmt::format("{}{}{}", sales::kOrders, pieces, sales::kOrderTail), DataGrid4,
+       kOrdersLayout);
+}
+
+void SalesTab::Open(Recordset& set, std::string sql, DataGrid& grid, const std::vector<ColumnLayout>& layout) {
+  session_.BindSet(set, std::move(sql));
+  grid.Bind(set);
+  grid.Layout(layout);
+  Session::ShowLastRow(set);
 }
 
 void SalesTab::ShowTotal(std::string sql) {
@@ -228,12 +223,6 @@ void SalesTab::ShowTotal(std::string sql) {
   session_.BindSet(totals, std::move(sql));
   const Cell total = totals.Field(0);
   LblSum.Caption = total.IsNull() ? std::string() : session_.Format().FormatNumber(total.Number() / scale::kProd, 2);
-}
-
-void SalesTab::OpenOrders(const std::string& pieces) {
-  session_.BindSet(session_.Pool().RsOrders, fmt::format("{}{}{}", sales::kOrders, pieces, sales::kOrderTail));
-  DataGrid4.Bind(session_.Pool().RsOrders);
-  FormatOrdersGrid();
 }
 
 }  // namespace zrt

@@ -67,13 +67,17 @@ class SalesTab {
   void Month0_DateClick();
   void CmdDat_Click();
 
-  void FormatSalesGrid();
-  void FormatDeletionsGrid();
-  void FormatOrderDetailGrid();
-  void FormatOrdersGrid();
+  /// What every filter begins with: its name for file titles, the label that a query is under way, no sum.
+  void BeginQuery(const char* filter_name);
+  // Open a grid's set: its base statement, the filter and period pieces, its tail; on the last row. Throw
+  // DatabaseError.
+  void OpenSales(const std::string& pieces);
+  void OpenDeletions(const std::string& pieces);
+  void OpenOrderDetail(const std::string& pieces);
+  void OpenOrders(const std::string& pieces);
+  void Open(Recordset& set, std::string sql, DataGrid& grid, const std::vector<ColumnLayout>& layout);
   /// Opens `sql` on RsTotals and shows its first column, thousandths of money, in LblSum; NULL leaves it empty.
   void ShowTotal(std::string sql);
-  void OpenOrders(const std::string& pieces);
 
   Session& session_;
 };

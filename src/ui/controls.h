@@ -24,9 +24,10 @@ inline constexpr Colour kWindow = 0x80000005;
 inline constexpr Colour kHighlightEdge = 0x8000000E;
 }  // namespace colour
 
-/// A key as the handlers see it. Anything that types a character comes as kCharacter with the character.
+/// A key as the handlers see it. Anything that types a character comes as kCharacter with the character. All other keys are
+/// kOther; they reach the form's handler alone.
 struct Key {
-  enum Code { kEnter, kEscape, kUp, kDown, kHome, kEnd, kCharacter };
+  enum Code { kEnter, kEscape, kUp, kDown, kHome, kEnd, kCharacter, kOther };
   Code code;
   std::string text;      ///< the character, for kCharacter
   bool swallow = false;  ///< a handler sets this when the widget must not see the key

@@ -140,7 +140,7 @@ std::optional<std::string> DataGrid::Ask(std::string_view property) const {
 }
 
 void DataGrid::UserRow(int row) {
-  if (IsUsable() && row != Row()) set_->SetBookmark(row);
+  if (IsUsable() && set_ != nullptr && row != Row()) set_->SetBookmark(row);
 }
 
 void DataGrid::UserDblClick() {

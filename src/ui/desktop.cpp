@@ -51,10 +51,17 @@ void Desktop::Unload(Form& form) {
 }
 
 void Desktop::UnloadAllBut(const Form& form) {
+  std::exception_ptr failure;
   const std::vector<Form*> loaded = loaded_;
   for (auto one = loaded.rbegin(); one != loaded.rend(); ++one) {
-    if (*one != &form) Unload(**one);
+    if (*one == &form) continue;
+    try {
+      Unload(**one);
+    } catch (...) {
+      if (!failure) failure = std::current_exception();
+    }
   }
+  if (failure) std::rethrow_exception(failure);
 }
 
 void Desktop::DropWindows() {
@@ -73,6 +80,10 @@ void Desktop::Leave(Form& form) {
 
 void Desktop::UserAction(const std::function<void()>& handler) {
   if (OnUserAction) OnUserAction();
+  Guard(handler);
+}
+
+void Desktop::Guard(const std::function<void()>& handler) {
   try {
     handler();
   } catch (const std::exception& error) {
@@ -123,9 +134,9 @@ void Desktop::TakeAway(Form& form) {
   std::erase(visible_, &form);
   if (active_ == &form) active_ = nullptr;
   DoHide(form);
-  // The window behind comes to the front. What it does then is no part of the action that took this one away.
+  // The window behind comes to the front. Its failure is its own, but it is no new action of the operator.
   if (active_ == nullptr && !visible_.empty()) {
-    UserAction([this] { Activated(*visible_.back()); });
+    Guard([this] { Activated(*visible_.back()); });
   }
 }
 

@@ -48,7 +48,9 @@ class Desktop {
   void ShowModal(Form& form);
   void Hide(Form& form);
   void Unload(Form& form);
-  void UnloadAllBut(const Form& form);  ///< in the reverse order of their loading
+  /// In the reverse order of their loading. A form that fails to tidy up goes all the same, as do those after it; the
+  /// first failure is thrown when all are gone.
+  void UnloadAllBut(const Form& form);
   /// Drops all windows without a word to their forms: the program is ending.
   void DropWindows();
 
@@ -85,6 +87,8 @@ class Desktop {
 
   void Join(Form& form) { forms_.push_back(&form); }
   void Leave(Form& form);
+  /// Runs `handler`; a failure ends it with the plain box.
+  void Guard(const std::function<void()>& handler);
   void LoadIfNeeded(Form& form);
   void BringForward(Form& form, bool modal);
   void TakeAway(Form& form);

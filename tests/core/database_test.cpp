@@ -154,6 +154,12 @@ TEST_F(Database, ASnapshotStandsStillUntilItIsAskedAgain) {
   shop_.Sql("DROP TABLE T");
   EXPECT_THROW(set_.Requery(), DatabaseError);
   EXPECT_FALSE(set_.IsOpen());
+  EXPECT_EQ(set_.RecordCount(), 0);
+  shop_.Sql("CREATE TABLE T (N int)");
+  shop_.Sql("INSERT INTO T (N) VALUES (7)");
+  set_.Requery();  // the fault is mended
+  EXPECT_EQ(set_.Field(0).Int(), 7);
+  set_.Close();
   EXPECT_THROW(set_.Requery(), Error);
 }
 

@@ -163,7 +163,8 @@ class NewestSchema : public Schema {
 };
 
 TEST_F(NewestSchema, NothingRunsFromVersionFourOn) {
-  for (const std::uint8_t version : std::initializer_list<std::uint8_t>{4, 5, 255}) EXPECT_EQ(Upgrade(version), version);
+  for (const std::uint8_t version : std::initializer_list<std::uint8_t>{4, 5, 255})
+    EXPECT_EQ(Upgrade(version), version);
   EXPECT_TRUE(dialog_.log.empty());
   EXPECT_TRUE(faults_.Statements().empty());
 }

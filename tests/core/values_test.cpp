@@ -149,13 +149,13 @@ TEST(Shift, PeriodOfADay) {
   };
   for (const Case& expected : kCases) {
     Shift shift;
-    CalcShiftPeriod("31.12.2026", expected.hour, shift);
+    CalcShiftPeriod("31.12.2026", expected.hour, {}, shift);
     EXPECT_EQ(shift.From, expected.from) << expected.hour;
     EXPECT_EQ(shift.To, expected.to) << expected.hour;
     EXPECT_EQ(shift.TimeText, expected.time) << expected.hour;
   }
   Shift kept{"a", "b", "c"};
-  CalcShiftPeriod("весь период", "8", kept);
+  CalcShiftPeriod("весь период", "8", {}, kept);
   EXPECT_EQ(kept.From + kept.To + kept.TimeText, "abc");
 }
 

@@ -63,6 +63,8 @@ TEST_F(Drives, TheSettingsFileNamesTheDataLinkOfEachProgram) {
       {"zrt\nno comma here\nZRT,C:\\case.udl\nzrt , C:\\blanks.udl", "C:\\blanks.udl"},
       {"zrt,C:\\with,comma.udl\n", "C:\\with,comma.udl"},
       {"zrt,\n", ""},
+      {"\"a,zrt\",C:\\other.udl\n\"zrt\",\"C:\\a,b.udl\"\n", "C:\\a,b.udl"},
+      {"\"zrt,C:\\open quote.udl\n", std::nullopt},
   };
   for (const auto& [text, path] : kFiles) {
     Write(std::string(kSettingsFile), ToWindows1251(text));

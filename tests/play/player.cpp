@@ -29,18 +29,6 @@ const std::map<std::string, BoxIcon> kIcons = {{"critical", BoxIcon::kCritical},
 const std::map<std::string, BoxAnswer> kAnswers = {
     {"OK", BoxAnswer::kOk}, {"Cancel", BoxAnswer::kCancel}, {"Yes", BoxAnswer::kYes}, {"No", BoxAnswer::kNo}};
 
-bool Offers(BoxButtons buttons, BoxAnswer answer) {
-  switch (buttons) {
-    case BoxButtons::kOk:
-      return answer == BoxAnswer::kOk;
-    case BoxButtons::kOkCancel:
-      return answer == BoxAnswer::kOk || answer == BoxAnswer::kCancel;
-    case BoxButtons::kYesNo:
-      return answer == BoxAnswer::kYes || answer == BoxAnswer::kNo;
-  }
-  return false;
-}
-
 const std::string& Word(const Line& line, std::size_t index) {
   if (index >= line.words.size()) Fail("the action wants more words");
   return line.words[index];
@@ -178,7 +166,7 @@ BoxAnswer Player::DoMsgBox(const std::string& text, BoxIcon icon, BoxButtons but
   const Box box = TakeBox(text, false);
   if (box.icon && *box.icon != icon) Fail("the box has another icon: " + text);
   const BoxAnswer answer = kAnswers.at(box.answer);
-  if (!Offers(buttons, answer)) Fail("the box has no button " + box.answer + ": " + text);
+  if (!test::Offers(buttons, answer)) Fail("the box has no button " + box.answer + ": " + text);
   return answer;
 }
 

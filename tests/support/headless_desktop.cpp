@@ -45,6 +45,18 @@ void HeadlessDesktop::PressKey(Control& control, Key key) {
   }
 }
 
+bool Offers(BoxButtons buttons, BoxAnswer answer) {
+  switch (buttons) {
+    case BoxButtons::kOk:
+      return answer == BoxAnswer::kOk;
+    case BoxButtons::kOkCancel:
+      return answer == BoxAnswer::kOk || answer == BoxAnswer::kCancel;
+    case BoxButtons::kYesNo:
+      return answer == BoxAnswer::kYes || answer == BoxAnswer::kNo;
+  }
+  return false;
+}
+
 Key KeyByName(const std::string& name) {
   static const std::array<std::pair<const char*, Key::Code>, 6> kNamed = {{{"Enter", Key::kEnter},
                                                                            {"Esc", Key::kEscape},

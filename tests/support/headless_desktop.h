@@ -47,6 +47,9 @@ class HeadlessDesktop : public Desktop {
   Control* focused_ = nullptr;
 };
 
+/// Has a box with these buttons the one that gives this answer?
+bool Offers(BoxButtons buttons, BoxAnswer answer);
+
 /// The key that a script names: Enter, Esc, Up, Down, Home, End or a character. Throws Error for anything else.
 Key KeyByName(const std::string& name);
 

@@ -47,6 +47,7 @@ BoxAnswer ScriptedDesktop::DoMsgBox(const std::string& text, BoxIcon icon, BoxBu
   if (box->icon) {
     EXPECT_EQ(*box->icon, icon) << text;
   }
+  EXPECT_TRUE(Offers(buttons, box->answer)) << "no such button: " << text;
   return box->answer;
 }
 

@@ -131,6 +131,40 @@ TEST(Form, AFailingLoadLeavesItUnloadedAndAFailingUnloadStillTakesItAway) {
   EXPECT_EQ(desktop.Front(), nullptr);
 }
 
+TEST(Desktop, StoppingTakesEveryFormAlongWhateverFails) {
+  ScriptedDesktop desktop;
+  Probe main_form(desktop);
+  Probe first(desktop);
+  Probe second(desktop);
+  main_form.Show();
+  first.Show();
+  second.Show();
+  second.Unload = [] { throw Error("no server"); };
+  EXPECT_THROW(desktop.UnloadAllBut(main_form), Error);
+  EXPECT_FALSE(first.IsLoaded());
+  EXPECT_FALSE(second.IsLoaded());
+  EXPECT_TRUE(main_form.IsLoaded());
+}
+
+TEST(Desktop, AWindowThatComesForwardByItselfIsNoNewAction) {
+  ScriptedDesktop desktop;
+  Probe back(desktop);
+  Probe front(desktop);
+  back.Show();
+  front.Show();
+  int actions = 0;
+  desktop.OnUserAction = [&] { ++actions; };
+  back.Activate = [] { throw Error("no server"); };
+  desktop.ExpectRuntimeError();
+  std::string after;
+  desktop.UserAction([&] {
+    front.Hide();
+    after = "went on";  // the failure of the window behind is its own
+  });
+  EXPECT_EQ(actions, 1);
+  EXPECT_EQ(after, "went on");
+}
+
 TEST(Form, ModalReturnsWhenHidden) {
   ScriptedDesktop desktop;
   Probe opener(desktop);

@@ -20,6 +20,13 @@ std::filesystem::path DrivesFolder() {
 #endif
 }
 
+/// File name of the program, by which the settings file and the window's title know it.
+std::string ExecutableName() {
+  QString name = QFileInfo(QApplication::applicationFilePath()).fileName();
+  if (name.endsWith(".exe", Qt::CaseInsensitive)) name.chop(4);
+  return name.toStdString();
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -29,9 +36,7 @@ int main(int argc, char** argv) {
   const zrt::SystemClock clock;
   const zrt::DriveMap drives(DrivesFolder());
   zrt::QtDesktop desktop(zrt::RegionalFormat{}, drives);
-  zrt::App app(desktop, clock, drives,
-               {{ZRT_DB_HOST, ZRT_DB_USER, ZRT_DB_NAME},
-                QFileInfo(QApplication::applicationFilePath()).completeBaseName().toStdString()});
+  zrt::App app(desktop, clock, drives, {{ZRT_DB_HOST, ZRT_DB_USER, ZRT_DB_NAME}, ExecutableName()});
   app.Start();
   return desktop.Run();
 }

@@ -16,7 +16,7 @@ std::optional<QColor> OwnColour(Colour colour) {
                 static_cast<int>(colour >> 16 & 0xFF));
 }
 
-std::optional<Key> KeyOf(const QKeyEvent& event) {
+Key KeyOf(const QKeyEvent& event) {
   switch (event.key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
@@ -35,7 +35,7 @@ std::optional<Key> KeyOf(const QKeyEvent& event) {
       break;
   }
   const QString text = event.text();
-  if (text.isEmpty() || !text.at(0).isPrint()) return std::nullopt;
+  if (text.isEmpty() || !text.at(0).isPrint()) return Key{Key::kOther, {}};
   return Key{Key::kCharacter, text.toStdString()};
 }
 
@@ -100,11 +100,11 @@ bool ControlView::eventFilter(QObject* watched, QEvent* event) {
 }
 
 bool ControlView::HandleKey(const QKeyEvent& event) {
-  std::optional<Key> key = KeyOf(event);
-  if (!key) return false;
-  Act([&] { control_.UserKey(*key); });
+  Key key = KeyOf(event);
+  if (key.code == Key::kOther) return false;
+  Act([&] { control_.UserKey(key); });
   // The handler may have taken the window away; the widget has no use for the key then.
-  return key->swallow || !alive_ || KeyLeft(*key);
+  return key.swallow || !alive_ || KeyLeft(key);
 }
 
 }  // namespace zrt

@@ -63,8 +63,8 @@ class ControlView : public QObject, public ElementView {
   bool alive_ = true;
 };
 
-/// The key as handlers see it; nothing for one that they don't.
-std::optional<Key> KeyOf(const QKeyEvent& event);
+/// The key as handlers see it.
+Key KeyOf(const QKeyEvent& event);
 
 /// Blue-green-red to the screen's colour; nothing for a colour of the window system, which is the palette's affair.
 std::optional<QColor> OwnColour(Colour colour);

@@ -159,10 +159,10 @@ bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
     }
     case QEvent::KeyPress: {
       // What a control's widget leaves has been through the control's handlers already.
-      std::optional<Key> key = KeyOf(*static_cast<QKeyEvent*>(event));
-      if (!key || IsOfAControl(window_->focusWidget())) return false;
-      TheDesktop().UserAction([&] { form_.KeyDown.Raise(*key); });
-      return true;
+      Key key = KeyOf(*static_cast<QKeyEvent*>(event));
+      if (!form_.KeyDown || (key.code != Key::kOther && IsOfAControl(window_->focusWidget()))) return false;
+      TheDesktop().UserAction([&] { form_.KeyDown.Raise(key); });
+      return !alive_ || key.code != Key::kOther;
     }
     case QEvent::MouseButtonPress:
       if (!form_.Click) return false;
