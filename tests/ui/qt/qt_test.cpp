@@ -406,6 +406,18 @@ TEST_F(MainWindow, TabsAndMenusComeAndGo) {
   EXPECT_TRUE(bar->isVisible());
 }
 
+TEST_F(MainWindow, AnyKeyClosesTheAboutBox) {
+  Start();
+  for (const Qt::Key key : {Qt::Key_F5, Qt::Key_Left, Qt::Key_Tab, Qt::Key_Delete, Qt::Key_Escape, Qt::Key_A}) {
+    desktop_->UserAction([&] { app_->Main.mnuAbout.UserClick(); });
+    ASSERT_TRUE(app_->About.IsVisible());
+    QTest::keyClick(Find<QLabel>("lblVersion")->window(), key);
+    EXPECT_FALSE(app_->About.IsLoaded()) << key;
+    Settle();
+  }
+  EXPECT_TRUE(app_->Main.IsVisible());
+}
+
 TEST_F(MainWindow, LiteScreenHasNoMenuRow) {
   Start(Stage::kLite);
   EXPECT_FALSE(Find<QMenuBar>("decoMenuBar")->isVisible());
