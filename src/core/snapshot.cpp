@@ -131,11 +131,13 @@ class Fetcher {
     Describe();
     if (bindings_.empty()) return;
     SQLLEN rows = 0;
-    const bool counted = SQL_SUCCEEDED(SQLRowCount(Handle(), &rows)) && rows > 0;
+    const bool counted = SQL_SUCCEEDED(SQLRowCount(Handle(), &rows)) && rows >= 0;
+    if (counted && rows == 0) return;
     const std::size_t expected = counted ? static_cast<std::size_t>(rows) : kRowsAtOnce;
     snapshot_.rows.reserve(expected);
     Bind(std::min(expected, kRowsAtOnce));  // most results are a single row, which needs no buffers for more
-    for (;;) {
+    // A driver that has counted the rows need not be asked whether there are more.
+    while (!counted || snapshot_.rows.size() < expected) {
       const SQLRETURN result = SQLFetch(Handle());
       if (result == SQL_NO_DATA) return;
       Check(result);
@@ -189,8 +191,10 @@ class Fetcher {
         std::any_of(bindings_.begin(), bindings_.end(), [](const Binding& b) { return b.form == Form::kPieces; });
     // Pieces of a long value can be asked for only while the driver stands on its row.
     if (in_pieces) rows = 1;
-    Check(SQLSetStmtAttr(Handle(), SQL_ATTR_ROW_ARRAY_SIZE, reinterpret_cast<SQLPOINTER>(rows), 0));
-    Check(SQLSetStmtAttr(Handle(), SQL_ATTR_ROWS_FETCHED_PTR, &fetched_, 0));
+    if (rows > 1) {
+      Check(SQLSetStmtAttr(Handle(), SQL_ATTR_ROW_ARRAY_SIZE, reinterpret_cast<SQLPOINTER>(rows), 0));
+      Check(SQLSetStmtAttr(Handle(), SQL_ATTR_ROWS_FETCHED_PTR, &fetched_, 0));
+    }
     SQLUSMALLINT number = 0;
     for (Binding& binding : bindings_) {
       ++number;
@@ -268,8 +272,8 @@ class Fetcher {
   Snapshot& snapshot_;
   std::vector<Binding> bindings_;
   std::vector<std::optional<std::string>> pieces_;  ///< the long values of the current row, by column
-  SQLULEN fetched_ = 0;                             ///< rows of the block that the driver has just filled
-  std::size_t row_bytes_ = 0;                       ///< most that the bound cells of a row take in the arena
+  SQLULEN fetched_ = 1;  ///< rows that the last fetch brought; the driver tells it where more than one is asked for
+  std::size_t row_bytes_ = 0;  ///< most that the bound cells of a row take in the arena
 };
 
 }  // namespace
