@@ -15,13 +15,13 @@ constexpr std::string_view kWorking = "обработка запроса...";
 /// What LblInf says behind the date for each excise filter.
 constexpr std::array<std::string_view, 4> kExciseSuffix = {"", " Алкоголь", " Сигареты", " НЕ акциз"};
 
-const std::vector<ColumnLayout> kSalesLayout = {{"Cod", 750, Align::kRight},
-                                                {"Name", 3000, Align::kLeft},
-                                                {"Value", 900, Align::kRight, "0.000"},
-                                                {"Price", 900, Align::kRight, "0.00"},
-                                                {"Dscnt", 900, Align::kRight, "0.000"},
-                                                {"Summ", 1050, Align::kRight, "0.000"},
-                                                {"Pers", 600, Align::kRight},
+const std::vector<ColumnLayout> kSalesLayout = {{"Cod", 600, Align::kRight},
+                                                {"Name", 2550, Align::kLeft},
+                                                {"Value", 780, Align::kRight, "0.000"},
+                                                {"Price", 825, Align::kRight, "0.00"},
+                                                {"Dscnt", 750, Align::kRight, "0.000"},
+                                                {"Summ", 975, Align::kRight, "0.000"},
+                                                {"Pers", 480, Align::kRight},
                                                 {"DateTime", 1950, Align::kLeft},
                                                 {"Ter", 525, Align::kRight},
                                                 {"Num", 750, Align::kRight},
@@ -49,9 +49,9 @@ const std::vector<ColumnLayout> kOrderDetailLayout = {{"Ter", 525, Align::kRight
                                                       {"OrderPaid", 1950, Align::kLeft}};
 
 const std::vector<ColumnLayout> kOrdersLayout = {
-    {"Summ", 1050, Align::kRight, "0.00"}, {"Dscnt", 900, Align::kRight, "0.000"},
-    {"Pay", 1050, Align::kRight, "0.00"},  {"cod", 600, Align::kRight},
-    {"Operation", 1500, Align::kLeft},     {"DateTime", 1950, Align::kLeft},
+    {"Summ", 870, Align::kRight, "0.00"}, {"Dscnt", 690, Align::kRight, "0.000"},
+    {"Pay", 870, Align::kRight, "0.00"},  {"cod", 450, Align::kRight},
+    {"Operation", 750, Align::kLeft},     {"DateTime", 1900, Align::kLeft},
     {"Ter", 525, Align::kRight},           {"Num", 750, Align::kRight},
     {"Status", 1500, Align::kLeft}};
 
