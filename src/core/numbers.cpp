@@ -38,11 +38,4 @@ std::int32_t ToInt32(double value) {
   return Convert<std::int32_t>(value);
 }
 
-std::int16_t Add16(std::int16_t a, std::int16_t b) {
-  return ToInt16(a + b);
-}
-std::int16_t Multiply16(std::int16_t a, std::int16_t b) {
-  return ToInt16(a * b);
-}
-
 }  // namespace zrt

@@ -28,8 +28,4 @@ std::uint8_t ToByte(double value);
 std::int16_t ToInt16(double value);
 std::int32_t ToInt32(double value);
 
-/// 16-bit arithmetic as the program's sizes need it: throw OverflowError instead of wrapping.
-std::int16_t Add16(std::int16_t a, std::int16_t b);
-std::int16_t Multiply16(std::int16_t a, std::int16_t b);
-
 }  // namespace zrt

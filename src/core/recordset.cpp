@@ -259,10 +259,6 @@ Cell Recordset::At(int row, int index) const {
   return {Type(index), rows_->Bytes(row, index)};
 }
 
-std::size_t Recordset::MemoryUsed() const {
-  return rows_ ? rows_->arena.MemoryUsed() + rows_->rows.capacity() * sizeof(const char*) : 0;
-}
-
 void Recordset::AddObserver(RecordsetObserver* observer) {
   observers_.push_back(observer);
 }

@@ -128,9 +128,6 @@ class Recordset {
   /// Cell of any row (from 1) without moving there; for grids.
   Cell At(int row, int index) const;
 
-  /// Bytes that the snapshot holds, for measurements.
-  std::size_t MemoryUsed() const;
-
   void AddObserver(RecordsetObserver* observer);     ///< not owned
   void RemoveObserver(RecordsetObserver* observer);  ///< harmless when unknown
 

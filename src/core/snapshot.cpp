@@ -283,7 +283,6 @@ void RowArena::AddBlock(std::size_t bytes) {
   blocks_.push_back(std::make_unique_for_overwrite<char[]>(size));
   next_ = blocks_.back().get();
   end_ = next_ + size;
-  allocated_ += size;
   block_size_ = std::min(block_size_ * 2, kLargestBlock);
 }
 

@@ -70,8 +70,6 @@ class RowArena {
     return cell;
   }
 
-  std::size_t MemoryUsed() const { return allocated_; }
-
  private:
   static constexpr std::size_t kFirstBlock = std::size_t{16} << 10;
   static constexpr std::size_t kLargestBlock = std::size_t{1} << 20;
@@ -82,7 +80,6 @@ class RowArena {
   char* next_ = nullptr;
   char* end_ = nullptr;
   std::size_t block_size_ = kFirstBlock;
-  std::size_t allocated_ = 0;
 };
 
 /// The rows and columns of one result.

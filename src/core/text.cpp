@@ -130,10 +130,6 @@ std::string ToLower(std::string_view text) {
   return lower;
 }
 
-bool EqualsNoCase(std::string_view a, std::string_view b) {
-  return ToLower(a) == ToLower(b);
-}
-
 bool StartsWithNoCase(std::string_view text, std::string_view beginning) {
   return ToLower(text).starts_with(ToLower(beginning));
 }

@@ -31,8 +31,7 @@ std::string Trim(std::string_view text);
 /// Lower case of Latin and Cyrillic letters.
 std::string ToLower(std::string_view text);
 
-/// Equality, and "begins with", without regard to case, Cyrillic included.
-bool EqualsNoCase(std::string_view a, std::string_view b);
+/// Does the text begin so, without regard to case, Cyrillic included?
 bool StartsWithNoCase(std::string_view text, std::string_view beginning);
 
 }  // namespace zrt
