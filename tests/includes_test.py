@@ -8,10 +8,11 @@ import sys
 BELOW = {"core": set()}
 BELOW["platform"] = {"core"}
 BELOW["ui"] = {"core", "platform"}
+BELOW["stock"] = {"core", "platform", "ui"}
 ROOMS = ("sales", "reference", "panels", "documents", "reports", "exchange")
 for room in ROOMS:
-    BELOW[room] = {"core", "platform", "ui"}
-BELOW["app"] = {"core", "platform", "ui", *ROOMS}
+    BELOW[room] = {"core", "platform", "ui", "stock"}
+BELOW["app"] = {"core", "platform", "ui", "stock", *ROOMS}
 BELOW["ui/qt"] = {"core", "platform", "ui"}
 BELOW["app/program"] = {*BELOW["app"], "app", "ui/qt"}
 

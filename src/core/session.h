@@ -22,6 +22,9 @@ struct DatabaseAddress {
   std::string schema;
 };
 
+/// Asked for before anything is cleared wholesale.
+inline constexpr std::string_view kAdministratorPassword = "357218";
+
 /// The connection string of the main database: these fields, in this order.
 std::string MainConnectionString(const DatabaseAddress& address);
 

@@ -1,10 +1,9 @@
 #include "platform/settings_file.h"
 
-#include <fstream>
 #include <system_error>
 
-#include "core/errors.h"
 #include "core/text.h"
+#include "platform/text_file.h"
 
 namespace zrt {
 
@@ -37,16 +36,11 @@ std::optional<std::string> FindDataLinkPath(const DriveMap& drives, std::string_
   std::error_code error;
   if (!std::filesystem::exists(native, error) && !error) return std::nullopt;
 
-  std::ifstream file(native, std::ios::binary);
-  std::optional<std::string> path;
-  for (std::string bytes; !path && std::getline(file, bytes);) {
-    if (!bytes.empty() && bytes.back() == '\r') bytes.pop_back();
-    const std::optional<Record> record = ReadRecord(FromWindows1251(bytes));
-    if (record && record->executable == executable) path = record->path;
+  for (const std::string& line : ReadTextLines(drives, kSettingsFile)) {
+    const std::optional<Record> record = ReadRecord(line);
+    if (record && record->executable == executable) return record->path;
   }
-  // A folder of that name opens as a stream and fails at the first read.
-  if (!file.is_open() || file.bad()) throw FileError(std::string(kSettingsFile), "can't be read");
-  return path;
+  return std::nullopt;
 }
 
 }  // namespace zrt

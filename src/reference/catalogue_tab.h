@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 
 #include "core/session.h"
 #include "ui/controls.h"
@@ -33,6 +34,10 @@ class CatalogueTab {
   Button CmdClrAllPLU;
   ProgressBar ProgressBar1;
   Label LblNote;  ///< says that the reference data can't be edited
+
+  /// A product of the grid on the tab of the touch panels was chosen: by double click, by Enter in the grid or in its
+  /// search. Raised only while RsProducts stands on a row, which is the product.
+  std::function<void()> ChooseForPanel;
 
   /// Opens the catalogue by name in both grids. In the restricted mode products without a price are left out. Throws
   /// DatabaseError.

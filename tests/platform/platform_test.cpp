@@ -7,6 +7,7 @@
 #include "core/text.h"
 #include "platform/drive_map.h"
 #include "platform/settings_file.h"
+#include "platform/text_file.h"
 
 namespace zrt {
 namespace {
@@ -75,6 +76,39 @@ TEST_F(Drives, TheSettingsFileNamesTheDataLinkOfEachProgram) {
 TEST_F(Drives, AnUnreadableSettingsFileIsAnError) {
   std::filesystem::create_directories(drives_.ToNative(kSettingsFile));  // a folder of that name
   EXPECT_THROW(FindDataLinkPath(drives_, "zrt"), FileError);
+}
+
+TEST_F(Drives, TextFileIsWholeOrNotThere) {
+  Write("C:/Отчёт/x.csv", "как было");
+  const auto folder = root_ / "C/Отчёт";
+  const auto bytes = [&] {
+    std::ifstream file(folder / "x.csv", std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(file), {});
+  };
+  {
+    TextFileWriter unfinished(drives_, "C:\\Отчёт\\x.csv");
+    unfinished.Line("половина");
+  }
+  EXPECT_EQ(bytes(), "как было") << "a writer that was given up has touched the file";
+  TextFileWriter writer(drives_, "C:\\Отчёт\\x.csv");
+  writer.Line("Код;Имя");
+  writer.Line("№1;€ и 漢");
+  writer.Close();
+  EXPECT_EQ(bytes(), ToWindows1251("Код;Имя\r\n№1;€ и ?\r\n"));
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 1) << "something is left beside the file";
+
+  std::filesystem::create_directory(folder / "folder");
+  EXPECT_THROW(TextFileWriter(drives_, "C:\\нет\\x.csv"), FileError);
+  EXPECT_THROW(TextFileWriter(drives_, "C:\\Отчёт\\folder"), FileError);
+}
+
+TEST_F(Drives, TextLinesOfAnyEnding) {
+  Write("C:/a", ToWindows1251("один\r\nдва\n\nчетыре"));
+  Write("C:/empty", "");
+  EXPECT_EQ(ReadTextLines(drives_, "C:/a"), (std::vector<std::string>{"один", "два", "", "четыре"}));
+  EXPECT_TRUE(ReadTextLines(drives_, "C:/empty").empty());
+  EXPECT_THROW(ReadTextLines(drives_, "C:/missing"), FileError);
+  EXPECT_THROW(ReadTextLines(drives_, "C:/"), FileError);
 }
 
 }  // namespace
