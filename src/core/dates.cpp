@@ -63,6 +63,10 @@ Date AddDays(const Date& date, int days) {
           static_cast<int>(static_cast<unsigned>(moved.day()))};
 }
 
+int DaysBetween(const Date& from, const Date& to) {
+  return static_cast<int>((std::chrono::sys_days(ToCalendar(to)) - std::chrono::sys_days(ToCalendar(from))).count());
+}
+
 int WeekDay(const Date& date) {
   return static_cast<int>(std::chrono::weekday(std::chrono::sys_days(ToCalendar(date))).iso_encoding());
 }
@@ -86,6 +90,15 @@ std::string CutSqlDate(std::string_view screen_text) {
 
 std::string CutSqlDateTime(std::string_view screen_text) {
   return CutSqlDate(screen_text) + " " + Mid(screen_text, 12, 8);
+}
+
+std::string FileStamp(std::string_view screen_text) {
+  const std::string day = Mid(screen_text, 7, 4) + Mid(screen_text, 4, 2) + Mid(screen_text, 1, 2);
+  constexpr std::size_t kTwoDigitHour = 19;
+  if (screen_text.size() == kTwoDigitHour) {
+    return day + "_" + Mid(screen_text, 12, 2) + Mid(screen_text, 15, 2) + Mid(screen_text, 18, 2);
+  }
+  return day + "_0" + Mid(screen_text, 12, 1) + Mid(screen_text, 14, 2) + Mid(screen_text, 17, 2);
 }
 
 }  // namespace zrt

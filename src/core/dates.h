@@ -29,6 +29,9 @@ struct DateTime {
 /// The day `days` later (earlier when negative), over ends of months and years.
 Date AddDays(const Date& date, int days);
 
+/// Days from `from` to `to`, negative when `to` is the earlier one.
+int DaysBetween(const Date& from, const Date& to);
+
 /// 1 Monday to 7 Sunday.
 int WeekDay(const Date& date);
 
@@ -47,5 +50,10 @@ std::string CutSqlDate(std::string_view screen_text);
 /// The same with a blank and the eight characters from position 12: "2026-11-15 08:30:00". A text without a time gives
 /// the date and a blank, which the server reads as midnight.
 std::string CutSqlDateTime(std::string_view screen_text);
+
+/// "yyyymmdd_hhmmss", the end of a report file's name, cut by position from the system's text of a moment: dd.mm.yyyy
+/// hh:mm:ss, where an hour of one digit gets its zero back. At midnight the text has no time and the stamp ends in
+/// "_0".
+std::string FileStamp(std::string_view screen_text);
 
 }  // namespace zrt

@@ -23,8 +23,8 @@ inline constexpr Colour kButtonText = 0x80000012;
 inline constexpr Colour kHighlightEdge = 0x8000000E;
 }  // namespace colour
 
-/// A key as the handlers see it. Anything that types a character comes as kCharacter with the character. All other keys are
-/// kOther; they reach the form's handler alone.
+/// A key as the handlers see it. Anything that types a character comes as kCharacter with the character. All other keys
+/// are kOther; they reach the form's handler alone.
 struct Key {
   enum Code { kEnter, kEscape, kUp, kDown, kHome, kEnd, kCharacter, kOther };
   Code code;
@@ -183,8 +183,11 @@ class ListBox final : public Control {
   ListBox(Form& form, std::string name);
   Property<std::vector<std::string>> Items{*this, "Items"};
   Property<int> ListIndex{*this, "ListIndex", -1};
+  Property<int> Width{*this, "Width", 0};  ///< twips that the list has at least; 0 as the definition says
   Event<> Click{*this, "Click"};
   Event<> DblClick{*this, "DblClick"};
+  /// A line was added at the end: only views listen. Lists of thousands of lines grow one by one.
+  std::function<void()> OnAdded;
 
   void AddItem(std::string item);
   void Clear();

@@ -10,6 +10,7 @@
 #include "app/app.h"
 #include "play/script.h"
 #include "support/headless_desktop.h"
+#include "support/recording_machine.h"
 
 namespace zrt::play {
 
@@ -68,6 +69,9 @@ class Player final : public test::HeadlessDesktop {
   void Expect(const Line& line);
   void CheckCell(const Line& line);
   void CheckRows(const Line& line);
+  void CheckLines(const Line& line);
+  void CheckPrinted(const Line& line);
+  void CheckWorkbook(const Line& line);
   void CheckFile(const Line& line);
   void WriteFile(const Line& line);
   void SetFault(const Line& line);
@@ -82,6 +86,8 @@ class Player final : public test::HeadlessDesktop {
   DatabaseAddress database_;
   DriveMap drives_;
   test::FixedClock clock_;
+  test::RecordingPrinter printer_;
+  test::RecordingSpreadsheet spreadsheet_;
   std::unique_ptr<Faults> faults_;
   std::unique_ptr<App> app_;
   Connection terminal_;  ///< the way of a terminal to the database
