@@ -5,7 +5,8 @@ namespace zrt {
 App::App(Desktop& desktop, const Clock& clock, const DriveMap& drives, AppSettings settings)
     : TheSession(std::move(settings.database), clock, desktop.Format()),
       About(desktop, ZRT_VERSION),
-      Main(desktop, TheSession, settings.executable, {About}, [this] { ShutdownApplication(); }),
+      Reports(desktop, TheSession, drives, settings.printer, settings.spreadsheet),
+      Main(desktop, TheSession, settings.executable, {About, Reports}, [this] { ShutdownApplication(); }),
       Splash(desktop, TheSession, drives, settings.executable, Main),
       desktop_(desktop) {
   desktop_.OnUserAction = [this] { TheSession.MainConnection.AllowReopen(); };

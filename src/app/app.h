@@ -7,6 +7,9 @@
 #include "app/frm_splash1.h"
 #include "core/session.h"
 #include "platform/drive_map.h"
+#include "platform/printer.h"
+#include "platform/workbook.h"
+#include "reports/report_screens.h"
 #include "ui/desktop.h"
 
 namespace zrt {
@@ -15,6 +18,8 @@ namespace zrt {
 struct AppSettings {
   DatabaseAddress database;
   std::string executable;  ///< file name of this program
+  Printer& printer = Printer::None();
+  SpreadsheetProgram& spreadsheet = SpreadsheetProgram::None();
 };
 
 /// The composition root: owns the session and every form, starts and stops the program. The desktop, the clock and the
@@ -33,6 +38,7 @@ class App {
 
   Session TheSession;
   frmSplash About;
+  ReportScreens Reports;
   Form2 Main;
   frmSplash1 Splash;
 

@@ -50,6 +50,11 @@ Form2::Form2(Desktop& desktop, Session& session, std::string executable, Screens
   TabStrip1.Click = [this] { TabStrip1_Click(); };
   Check1.Click = [this] { Check1_Click(); };
   mnuAbout.Click = [this] { screens_.About.Show(); };
+  mnuSystem.Click = [this] { screens_.Reports.TextReports.Show(); };
+  mnuTabel.Click = [this] { screens_.Reports.Staff.Show(); };
+  mnuTabelChk.Click = [this] { screens_.Reports.AverageOrder.Show(); };
+  mnuTabelDk.Click = [this] { screens_.Reports.Cards.Show(); };
+  mnuTabelTime.Click = [this] { screens_.Reports.Time.Show(); };
   Complete();
 }
 

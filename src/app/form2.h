@@ -9,6 +9,7 @@
 #include "panels/panel_tab.h"
 #include "reference/cards_tab.h"
 #include "reference/catalogue_tab.h"
+#include "reports/report_screens.h"
 #include "sales/kassa_lite_tab.h"
 #include "sales/sales_tab.h"
 #include "ui/form.h"
@@ -21,6 +22,7 @@ class Form2 final : public Form {
   /// The screens that menu entries open.
   struct Screens {
     Form& About;
+    ReportScreens& Reports;
   };
 
   /// `executable`: file name of this program, the window's title. `shutdown` runs when the window is unloaded.
