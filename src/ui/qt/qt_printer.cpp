@@ -59,9 +59,11 @@ void PaintJob(const PrintJob& job, QPrinter& paper) {
 void QtPrinter::Print(const PrintJob& job) {
   QPrinter paper(QPrinter::HighResolution);
   if (QPrinterInfo::availablePrinterNames().isEmpty()) paper.setOutputFormat(QPrinter::PdfFormat);
+  paper.setDocName(ToQt(job.title));
   QWidget* owner = QApplication::activeWindow();
   QPrintPreviewDialog preview(&paper, owner);
-  preview.setWindowTitle(ToQt(job.title));
+  constexpr QSize kRoom(800, 680);
+  preview.resize(kRoom);
   QObject::connect(&preview, &QPrintPreviewDialog::paintRequested,
                    [&job](QPrinter* target) { PaintJob(job, *target); });
   preview.exec();
