@@ -24,6 +24,10 @@ TablePeriod TablePeriodOf(const ReportSpan& span) {
   return {text(span.first), text(span.last)};
 }
 
+std::string StockMoment(const Date& day, int hour) {
+  return fmt::format("{}/{}/{} {}:00:00", day.year, day.month, day.day, hour);
+}
+
 TableScreen::TableScreen(Desktop& desktop, std::string name, const TableTools& tools, bool with_workbook)
     : Form(desktop, std::move(name)), Output(*this, tools, with_workbook), tools_(tools) {
   Load = [this] { Form_Load(); };

@@ -16,6 +16,9 @@ struct TablePeriod {
 };
 TablePeriod TablePeriodOf(const ReportSpan& span);
 
+/// The moment of the shift change on `day` as the stock register is asked for it: yyyy/m/d h:00:00.
+std::string StockMoment(const Date& day, int hour);
+
 /// What all table screens share: where the table goes, and Esc, which closes an open calendar, then the window.
 class TableScreen : public Form {
  public:
