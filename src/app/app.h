@@ -7,6 +7,10 @@
 #include "app/frm_splash1.h"
 #include "core/session.h"
 #include "platform/drive_map.h"
+#include "reference/frm_plu.h"
+#include "reference/frm_plu_dial.h"
+#include "reference/frm_plu_podb.h"
+#include "stock/module_reg.h"
 #include "ui/desktop.h"
 
 namespace zrt {
@@ -32,7 +36,11 @@ class App {
   bool IsRunning() const { return started_; }
 
   Session TheSession;
+  ModuleReg Stock;
   frmSplash About;
+  frmPLU ProductCard;
+  frmPLUpodb Picker;
+  frmPLUdial PickDialog;
   Form2 Main;
   frmSplash1 Splash;
 

@@ -23,8 +23,8 @@ inline constexpr Colour kButtonText = 0x80000012;
 inline constexpr Colour kHighlightEdge = 0x8000000E;
 }  // namespace colour
 
-/// A key as the handlers see it. Anything that types a character comes as kCharacter with the character. All other keys are
-/// kOther; they reach the form's handler alone.
+/// A key as the handlers see it. Anything that types a character comes as kCharacter with the character. All other keys
+/// are kOther; they reach the form's handler alone.
 struct Key {
   enum Code { kEnter, kEscape, kUp, kDown, kHome, kEnd, kCharacter, kOther };
   Code code;
@@ -125,9 +125,13 @@ class TextBox final : public Control {
   Event<> Change{*this, "Change"};
 
   void SelectAll();
-  /// The operator typed: the text is now `text`, the cursor stands behind `cursor` characters (-1: at the end).
+  /// The operator typed: the text is now `text`, the cursor stands behind `cursor` characters (-1: at the end). Nothing
+  /// for a box that the definition makes read-only.
   void UserType(const std::string& text, int cursor = -1);
   void UserSet(const std::string& value) override { UserType(value); }
+
+ private:
+  bool read_only_ = false;
 };
 
 class CheckBox final : public Control {
