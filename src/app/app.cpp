@@ -4,11 +4,20 @@ namespace zrt {
 
 App::App(Desktop& desktop, const Clock& clock, const DriveMap& drives, AppSettings settings)
     : TheSession(std::move(settings.database), clock, desktop.Format()),
+      Stock(TheSession, desktop),
       About(desktop, ZRT_VERSION),
-      Reports(desktop, TheSession, drives, settings.printer, settings.spreadsheet),
-      Main(desktop, TheSession, settings.executable, {About, Reports}, [this] { ShutdownApplication(); }),
+      ProductCard(desktop, TheSession),
+      Picker(desktop, TheSession, Stock, ProductCard),
+      PickDialog(desktop, TheSession, Stock),
+      Reports(desktop, TheSession, Stock, Picker, drives, settings.printer, settings.spreadsheet),
+      Main(desktop, TheSession, Stock, settings.executable, {About, ProductCard, Reports},
+           [this] { ShutdownApplication(); }),
       Splash(desktop, TheSession, drives, settings.executable, Main),
       desktop_(desktop) {
+  ProductCard.ProductsChanged = [this] { Main.Catalogue.RequeryProducts(); };
+  ProductCard.ShowSaved = {[this](const std::string& name) { Main.Catalogue.ShowProduct(name); },
+                           [this](const std::string& name) { Picker.ShowProduct(name); }};
+  Picker.DeleteProduct = [this](std::int32_t cod) { Main.Catalogue.DeleteProduct(cod); };
   desktop_.OnUserAction = [this] { TheSession.MainConnection.AllowReopen(); };
   desktop_.OnRuntimeError = [this] {
     if (!started_) desktop_.Quit(1);

@@ -9,7 +9,11 @@
 #include "platform/drive_map.h"
 #include "platform/printer.h"
 #include "platform/workbook.h"
+#include "reference/frm_plu.h"
+#include "reference/frm_plu_dial.h"
+#include "reference/frm_plu_podb.h"
 #include "reports/report_screens.h"
+#include "stock/module_reg.h"
 #include "ui/desktop.h"
 
 namespace zrt {
@@ -37,7 +41,11 @@ class App {
   bool IsRunning() const { return started_; }
 
   Session TheSession;
+  ModuleReg Stock;
   frmSplash About;
+  frmPLU ProductCard;
+  frmPLUpodb Picker;
+  frmPLUdial PickDialog;
   ReportScreens Reports;
   Form2 Main;
   frmSplash1 Splash;

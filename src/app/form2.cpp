@@ -31,12 +31,12 @@ constexpr std::uint8_t kVersionWithTwoMenus = 3;
 
 }  // namespace
 
-Form2::Form2(Desktop& desktop, Session& session, std::string executable, Screens screens,
+Form2::Form2(Desktop& desktop, Session& session, ModuleReg& stock, std::string executable, Screens screens,
              std::function<void()> shutdown)
     : Form(desktop, "Form2"),
       Sales(*this, session),
       KassaLite(*this, session),
-      Catalogue(*this, session),
+      Catalogue(*this, session, stock, screens.ProductCard),
       Cards(*this, session),
       Panels(*this, session),
       Journal(*this, session),
@@ -54,6 +54,8 @@ Form2::Form2(Desktop& desktop, Session& session, std::string executable, Screens
   mnuTabel.Click = [this] { screens_.Reports.Staff.Show(); };
   mnuTabelChk.Click = [this] { screens_.Reports.AverageOrder.Show(); };
   mnuTabelDk.Click = [this] { screens_.Reports.Cards.Show(); };
+  mnuReportSaldo.Click = [this] { screens_.Reports.Balances.Show(); };
+  mnuReportRun.Click = [this] { screens_.Reports.Movements.Show(); };
   mnuTabelTime.Click = [this] { screens_.Reports.Time.Show(); };
   Complete();
 }

@@ -22,11 +22,13 @@ class Form2 final : public Form {
   /// The screens that menu entries open.
   struct Screens {
     Form& About;
+    frmPLU& ProductCard;
     ReportScreens& Reports;
   };
 
   /// `executable`: file name of this program, the window's title. `shutdown` runs when the window is unloaded.
-  Form2(Desktop& desktop, Session& session, std::string executable, Screens screens, std::function<void()> shutdown);
+  Form2(Desktop& desktop, Session& session, ModuleReg& stock, std::string executable, Screens screens,
+        std::function<void()> shutdown);
 
   TabStrip TabStrip1{*this, "TabStrip1"};
   CheckBox Check1{*this, "Check1"};  ///< hides the row of menus

@@ -1,5 +1,9 @@
 #include "reference/catalogue_tab.h"
 
+#include "core/numbers.h"
+#include "reference/product_list.h"
+#include "ui/desktop.h"
+
 namespace zrt {
 
 namespace {
@@ -12,12 +16,15 @@ constexpr std::string_view kProducts =
     "UKT As 'UKTZED' FROM TOVAR";
 constexpr std::string_view kOnlyPriced = " WHERE PRISE>0";
 constexpr std::string_view kByName = " GROUP BY COD ORDER BY NAME";
+constexpr std::string_view kByCod = " GROUP BY COD ORDER BY COD";
+constexpr std::string_view kByPrice = " GROUP BY COD ORDER BY PRISE";
+constexpr std::string_view kByBarcode = " GROUP BY COD ORDER BY BARCODE";
 
 constexpr int kBarcodeWidth = 1300;
 
 }  // namespace
 
-CatalogueTab::CatalogueTab(Form& form, Session& session)
+CatalogueTab::CatalogueTab(Form& form, Session& session, ModuleReg& stock, frmPLU& card)
     : FrameSprav(form, "FrameSprav"),
       DataGrid1(ControlArray<DataGrid, 2>(form, "DataGrid1", 0)),
       TextFind(ControlArray<TextBox, 2>(form, "TextFind", 0)),
@@ -36,16 +43,47 @@ CatalogueTab::CatalogueTab(Form& form, Session& session)
       CmdClrAllPLU(form, "CmdClrAllPLU"),
       ProgressBar1(form, "ProgressBar1"),
       LblNote(form, "LblNote"),
-      session_(session) {
+      form_(form),
+      session_(session),
+      stock_(stock),
+      card_(card) {
+  CmdSortName.Click = [this] { Sort(kByName); };
+  CmdSortCod.Click = [this] { Sort(kByCod); };
+  CmdSortPrice.Click = [this] { Sort(kByPrice); };
+  CmdSortBar.Click = [this] { Sort(kByBarcode); };
+  CmdReqr.Click = [this] { RequeryProducts(); };
   CheckUkt.Click = [this] { FormatProductGrid(); };
+  CmdRefrTov.Click = [this] { CmdRefrTov_Click(); };
+  CmdNew.Click = [this] { card_.NewProductCard(frmPLU::kFromCatalogue); };
+  CmdCopy.Click = [this] { CmdCopy_Click(); };
+  CmdShow.Click = [this] { CmdShow_Click(); };
+  CmdDelPLU.Click = [this] { CmdDelPLU_Click(); };
+  CmdClrAllPLU.Click = [this] { CmdClrAllPLU_Click(); };
+  for (int index = 0; index < 2; ++index) {
+    const auto at = static_cast<std::size_t>(index);
+    TextFind[at].Change = [this, index] { TextFind_Change(index); };
+    TextFind[at].KeyDown = [this, index](Key& key) { TextFind_KeyDown(index, key); };
+    DataGrid1[at].KeyDown = [this, index](Key& key) { DataGrid1_KeyDown(index, key); };
+    DataGrid1[at].DblClick = [this, index] {
+      if (HasRows()) Choose(index);
+    };
+  }
 }
 
 void CatalogueTab::FirstFill() {
-  Recordset& products = session_.Pool().RsProducts;
-  session_.BindSet(products, fmt::format("{}{}{}", kProducts, session_.FullEditMode ? "" : kOnlyPriced, kByName));
-  for (DataGrid& grid : DataGrid1) grid.Bind(products);
+  Sort(kByName);
+  Session::ShowLastRow(Products());
+}
+
+void CatalogueTab::Sort(std::string_view tail) {
+  session_.BindSet(Products(), fmt::format("{}{}{}", kProducts, session_.FullEditMode ? "" : kOnlyPriced, tail));
+  for (DataGrid& grid : DataGrid1) grid.Bind(Products());
   FormatProductGrid();
-  Session::ShowLastRow(products);
+}
+
+void CatalogueTab::RequeryProducts() {
+  Products().Requery();
+  FormatProductGrid();
 }
 
 void CatalogueTab::FormatProductGrid() {
@@ -65,6 +103,87 @@ void CatalogueTab::FormatProductGrid() {
                  {"Barcode", ukt ? 0 : kBarcodeWidth, Align::kLeft},
                  {"UKTZED", ukt ? kBarcodeWidth : 0, Align::kLeft}});
   }
+}
+
+void CatalogueTab::FindProductByName(std::int16_t index) {
+  const auto at = static_cast<std::size_t>(index);
+  zrt::FindProductByName(TextFind[at], DataGrid1[at], "Name");
+}
+
+void CatalogueTab::ShowProduct(const std::string& name) {
+  TextFind[0].Text = name;
+  FindProductByName(0);
+  TextFind[0].Text = "";
+}
+
+void CatalogueTab::TextFind_Change(int index) {
+  FindProductByName(static_cast<std::int16_t>(index));
+  TextFind[static_cast<std::size_t>(index)].SetFocus();
+}
+
+void CatalogueTab::TextFind_KeyDown(int index, Key& key) {
+  const auto at = static_cast<std::size_t>(index);
+  if (key.code == Key::kUp || key.code == Key::kDown) StepFromSearch(TextFind[at], DataGrid1[at], key.code);
+  if (key.code == Key::kEnter) Choose(index);
+}
+
+void CatalogueTab::DataGrid1_KeyDown(int index, Key& key) {
+  if (key.code == Key::kEnter) {
+    Choose(index);
+  } else if (key.code == Key::kCharacter) {
+    key.swallow = true;
+    TypeInto(TextFind[static_cast<std::size_t>(index)], key.text);
+    FindProductByName(static_cast<std::int16_t>(index));
+  }
+}
+
+void CatalogueTab::Choose(int index) {
+  if (Products().Bof() || Products().Eof()) return;
+  if (index == 0) {
+    if (session_.FullEditMode) card_.OpenProductCard(CurrentCod(), frmPLU::kFromCatalogue);
+  } else if (ChooseForPanel) {
+    ChooseForPanel();
+  }
+}
+
+std::int32_t CatalogueTab::CurrentCod() {
+  return ToInt32(Products().Field("Cod").Number());
+}
+
+void CatalogueTab::CmdRefrTov_Click() {
+  stock_.RecalcOstAfterShift(Products(), ProgressBar1);
+  FormatProductGrid();
+}
+
+void CatalogueTab::CmdCopy_Click() {
+  if (HasRows()) card_.CopyProductCard(CurrentCod(), frmPLU::kFromCatalogue);
+}
+
+void CatalogueTab::CmdShow_Click() {
+  if (HasRows()) card_.OpenProductCard(CurrentCod(), frmPLU::kFromCatalogue);
+}
+
+void CatalogueTab::CmdDelPLU_Click() {
+  if (!HasRows()) return;
+  const std::int32_t cod = CurrentCod();
+  if (ConfirmDeletion(form_.TheDesktop(), cod, Products().Field("Name").TextOrEmpty())) DeleteProduct(cod);
+}
+
+void CatalogueTab::DeleteProduct(std::int32_t cod) {
+  session_.Write(fmt::format("DELETE FROM TOVAR WHERE COD={}", cod));
+  RequeryProducts();
+}
+
+void CatalogueTab::CmdClrAllPLU_Click() {
+  Desktop& desktop = form_.TheDesktop();
+  const std::string entered = desktop.InputBox("Для полной очистки справочника меню введите пароль администратора:");
+  if (entered != kAdministratorPassword) return;
+  if (desktop.MsgBox("Подтвердите удаление ВСЕХ товаров!", BoxIcon::kQuestion, BoxButtons::kOkCancel) !=
+      BoxAnswer::kOk) {
+    return;
+  }
+  session_.Write("DELETE FROM TOVAR");
+  RequeryProducts();
 }
 
 void CatalogueTab::ForbidEditing() {

@@ -1,20 +1,25 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <functional>
+#include <string>
+#include <string_view>
 
 #include "core/session.h"
+#include "reference/frm_plu.h"
+#include "stock/module_reg.h"
 #include "ui/controls.h"
 #include "ui/data_grid.h"
 #include "ui/form.h"
 
 namespace zrt {
 
-/// The product catalogue in the main window: one recordset in two grids, index 0 on the tab "Справочники" and index 1
-/// on the tab of the touch panels.
+/// The product catalogue in the main window: one recordset, RsProducts, in two grids, index 0 on the tab "Справочники"
+/// and index 1 on the tab of the touch panels. The search field of an index belongs to the grid of that index.
 class CatalogueTab {
  public:
-  CatalogueTab(Form& form, Session& session);
+  CatalogueTab(Form& form, Session& session, ModuleReg& stock, frmPLU& card);
 
   Frame FrameSprav;
   std::array<DataGrid, 2> DataGrid1;
@@ -46,11 +51,44 @@ class CatalogueTab {
   /// The column layout of both grids; to be called after every rebinding of RsProducts.
   void FormatProductGrid();
 
+  /// Goes to the first product whose name begins with TextFind of this index (0 or 1). Throws Error for a text with a
+  /// single quote.
+  void FindProductByName(std::int16_t index);
+
+  /// Reads the catalogue again in its present sort. Throws DatabaseError.
+  void RequeryProducts();
+
+  /// Goes to the product of this name, as if it had been searched for.
+  void ShowProduct(const std::string& name);
+
+  /// Deletes every row of the code from TOVAR and reads the catalogue again. Panel keys and the stock register keep
+  /// theirs. Throws DatabaseError.
+  void DeleteProduct(std::int32_t cod);
+
   /// Takes the editing buttons of the catalogue away, for the restricted mode.
   void ForbidEditing();
 
  private:
+  void Sort(std::string_view tail);
+  void TextFind_Change(int index);
+  void TextFind_KeyDown(int index, Key& key);
+  void DataGrid1_KeyDown(int index, Key& key);
+  /// Enter and double click: the card of the product, or its choice for a panel key.
+  void Choose(int index);
+  void CmdRefrTov_Click();
+  void CmdCopy_Click();
+  void CmdShow_Click();
+  void CmdDelPLU_Click();
+  void CmdClrAllPLU_Click();
+
+  Recordset& Products() { return session_.Pool().RsProducts; }
+  bool HasRows() { return Products().RecordCount() > 0; }
+  std::int32_t CurrentCod();
+
+  Form& form_;
   Session& session_;
+  ModuleReg& stock_;
+  frmPLU& card_;
 };
 
 }  // namespace zrt

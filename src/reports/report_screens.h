@@ -2,14 +2,17 @@
 
 #include "reports/form9.h"
 #include "reports/form_tab.h"
+#include "reports/form_tab_ost.h"
+#include "reports/form_tab_run.h"
 #include "reports/form_tab_tim.h"
 
 namespace zrt {
 
 /// The screens of the reports, as the program owns them.
 struct ReportScreens {
-  ReportScreens(Desktop& desktop, Session& session, const DriveMap& drives, Printer& printer,
-                SpreadsheetProgram& spreadsheet);
+  /// All that is handed in must outlive the screens.
+  ReportScreens(Desktop& desktop, Session& session, ModuleReg& stock, ProductPicker& picker, const DriveMap& drives,
+                Printer& printer, SpreadsheetProgram& spreadsheet);
 
   frmPath Path;
   const TableTools tools;
@@ -18,6 +21,8 @@ struct ReportScreens {
   FormTabChk AverageOrder;
   FormTabDk Cards;
   FormTabTim Time;
+  FormTabOst Balances;
+  FormTabRun Movements;
 };
 
 }  // namespace zrt

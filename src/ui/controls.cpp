@@ -130,6 +130,7 @@ void Button::UserDrag(Button& target) {
 TextBox::TextBox(Form& form, std::string name) : Control(form, std::move(name), {"QLineEdit"}) {
   Text = Defined("text");
   if (const std::string limit = Defined("maxLength"); !limit.empty()) MaxLength = std::stoi(limit);
+  read_only_ = DefinedFlag("readOnly", false);
 }
 
 void TextBox::SelectAll() {
@@ -138,7 +139,7 @@ void TextBox::SelectAll() {
 }
 
 void TextBox::UserType(const std::string& text, int cursor) {
-  if (!IsUsable()) return;
+  if (!IsUsable() || read_only_) return;
   const std::string typed = MaxLength() > 0 ? Left(text, static_cast<std::size_t>(MaxLength())) : text;
   if (typed == Text()) return;
   Text = typed;

@@ -125,9 +125,13 @@ class TextBox final : public Control {
   Event<> Change{*this, "Change"};
 
   void SelectAll();
-  /// The operator typed: the text is now `text`, the cursor stands behind `cursor` characters (-1: at the end).
+  /// The operator typed: the text is now `text`, the cursor stands behind `cursor` characters (-1: at the end). Nothing
+  /// for a box that the definition makes read-only.
   void UserType(const std::string& text, int cursor = -1);
   void UserSet(const std::string& value) override { UserType(value); }
+
+ private:
+  bool read_only_ = false;
 };
 
 class CheckBox final : public Control {

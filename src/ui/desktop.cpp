@@ -94,10 +94,16 @@ void Desktop::Guard(const std::function<void()>& handler) {
 
 void Desktop::Activated(Form& form) {
   if (active_ == &form || !form.visible_ || !form.loaded_) return;
+  Deactivate();
   active_ = &form;
   std::erase(visible_, &form);
   visible_.push_back(&form);
   form.Activate.Raise();
+}
+
+void Desktop::Deactivate() {
+  // What the form that is left fails at must not keep the other from coming.
+  if (Form* left = std::exchange(active_, nullptr)) Guard([left] { left->Deactivate.Raise(); });
 }
 
 Form* Desktop::FindForm(std::string_view name) const {
@@ -132,8 +138,8 @@ void Desktop::BringForward(Form& form, bool modal) {
 void Desktop::TakeAway(Form& form) {
   form.visible_ = false;
   std::erase(visible_, &form);
-  if (active_ == &form) active_ = nullptr;
   DoHide(form);
+  if (active_ == &form) Deactivate();
   // The window behind comes to the front. Its failure is its own, but it is no new action of the operator.
   if (active_ == nullptr && !visible_.empty()) {
     Guard([this] { Activated(*visible_.back()); });

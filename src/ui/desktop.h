@@ -62,8 +62,9 @@ class Desktop {
   /// window event through here.
   void UserAction(const std::function<void()>& handler);
 
-  /// A form came to the front: raises its Activate, unless it was in front already. Hosts call it inside UserAction
-  /// when the operator brings a window forward; Show, Hide and Unload call it themselves.
+  /// A form came to the front: raises Deactivate of the one before and its Activate, unless it was in front already.
+  /// Hosts call it inside UserAction when the operator brings a window forward; Show, Hide and Unload call it
+  /// themselves.
   void Activated(Form& form);
   /// The form in front; nullptr when none is visible.
   Form* Front() const { return visible_.empty() ? nullptr : visible_.back(); }
@@ -92,6 +93,7 @@ class Desktop {
   void LoadIfNeeded(Form& form);
   void BringForward(Form& form, bool modal);
   void TakeAway(Form& form);
+  void Deactivate();
 
   RegionalFormat format_;
   std::vector<Form*> forms_;

@@ -23,11 +23,12 @@ class Form : public Element {
   Property<int> Height{*this, "Height", 0};  ///< twips; 0 as the definition says
   Property<int> Width{*this, "Width", 0};    ///< the same
 
-  Event<> Load{*this, "Load"};            ///< before the form is shown for the first time, and after it was unloaded
-  Event<> Activate{*this, "Activate"};    ///< each time the form comes to the front
-  Event<> Unload{*this, "Unload"};        ///< the form is going away; its controls still have their values
-  Event<Key&> KeyDown{*this, "KeyDown"};  ///< a key that no control of the form swallowed
-  Event<> Click{*this, "Click"};          ///< a click on the form itself
+  Event<> Load{*this, "Load"};              ///< before the form is shown for the first time, and after it was unloaded
+  Event<> Activate{*this, "Activate"};      ///< each time the form comes to the front
+  Event<> Deactivate{*this, "Deactivate"};  ///< another form came to the front, or this one was hidden
+  Event<> Unload{*this, "Unload"};          ///< the form is going away; its controls still have their values
+  Event<Key&> KeyDown{*this, "KeyDown"};    ///< a key that no control of the form swallowed
+  Event<> Click{*this, "Click"};            ///< a click on the form itself
 
   void Show();       ///< not modal; loads it first if need be; a shown form comes to the front
   void ShowModal();  ///< returns when the form is hidden or unloaded

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "core/session.h"
+#include "stock/module_reg.h"
+#include "ui/controls.h"
+#include "ui/form.h"
+
+namespace zrt {
+
+/// Asks quantity and price of a product that the document knows already, and delivers them to it.
+class frmPLUdial final : public Form {
+ public:
+  frmPLUdial(Desktop& desktop, Session& session, ModuleReg& stock);
+
+  Label LbllName{*this, "LbllName"};
+  TextBox TextKol{*this, "TextKol"};
+  TextBox TextPrice{*this, "TextPrice"};
+  Button OKButton{*this, "OKButton"};
+
+  // Set by the document before it shows the dialog modally.
+  std::int32_t DialCod = 0;
+  std::int32_t DialKol = 0;    ///< thousandths
+  std::int32_t DialPrice = 0;  ///< thousandths
+  std::string DialName;
+  std::uint8_t FormCode = 0;  ///< whom to deliver to; see form_code
+
+ private:
+  void Form_Activate();
+  void Form_Deactivate();
+  void Deliver();
+
+  Session& session_;
+  ModuleReg& stock_;
+};
+
+}  // namespace zrt

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "core/regional_format.h"
+#include "ui/controls.h"
+
+// What the picker and the quantity dialog ask, by the document that they pick for.
+
+namespace zrt {
+
+/// What is asked for a picked product.
+enum class Asks {
+  kQuantityAndPrice,  ///< both in turn
+  kQuantity,          ///< the price is kept, "0" where there is none
+  kPrice,             ///< no quantity
+  kNothing,           ///< the product is a filter
+};
+
+/// By FormCode; kNothing for a code that no document has.
+Asks AsksOf(std::uint8_t form_code);
+
+/// Quantities and prices are typed in units and delivered in thousandths. They pass through a single-precision number,
+/// as the terminals' own do: beyond seven digits the last ones are rounded off. Throws TypeMismatch, OverflowError.
+std::int32_t TypedThousandths(const RegionalFormat& format, std::string_view text);
+
+/// Gives the keyboard to `box`, everything in it selected.
+void FocusWhole(TextBox& box);
+
+/// Enter in the quantity: goes on to the price or to `ok`, as `asks` says. A text that is no number is selected and
+/// nothing else happens.
+void LeaveQuantity(const RegionalFormat& format, Asks asks, TextBox& quantity, TextBox& price, Button& ok);
+
+/// Are the fields that are asked for numbers? Else the first that isn't gets the keyboard.
+bool FieldsAreNumbers(const RegionalFormat& format, Asks asks, TextBox& quantity, TextBox& price);
+
+}  // namespace zrt

@@ -1,0 +1,44 @@
+#include "reference/product_list.h"
+
+#include "core/text.h"
+#include "ui/desktop.h"
+
+namespace zrt {
+
+void FindProductByName(TextBox& find, DataGrid& grid, std::string_view name_column) {
+  if (find.Text().empty() || grid.Rows() == 0) return;
+  Recordset& products = *grid.Source();
+  const int row = products.Bookmark();
+  try {
+    products.MoveFirst();
+    products.Find(fmt::format("{} LIKE '{}%'", name_column, find.Text()));
+  } catch (...) {
+    products.SetBookmark(row);
+    throw;
+  }
+  if (!products.Eof()) return;
+  products.SetBookmark(row);
+  find.SetFocus();
+}
+
+void TypeInto(TextBox& find, std::string_view character) {
+  const auto start = static_cast<std::size_t>(find.SelStart());
+  const auto selected = static_cast<std::size_t>(find.SelLength());
+  find.Text = Left(find.Text(), start) + std::string(character) + Mid(find.Text(), start + selected + 1);
+  find.SelStart = static_cast<int>(start + Length(character));
+  find.SelLength = 0;
+}
+
+void StepFromSearch(TextBox& find, DataGrid& grid, Key::Code code) {
+  const int row = grid.Row() + (code == Key::kUp ? -1 : 1);
+  if (row >= 1 && row <= grid.Rows()) grid.Source()->SetBookmark(row);
+  grid.Refresh();
+  find.Text = "";
+}
+
+bool ConfirmDeletion(Desktop& desktop, std::int32_t cod, const std::string& name) {
+  return desktop.MsgBox(fmt::format("Удалить товар '{}', код {}?", name, cod), BoxIcon::kQuestion,
+                        BoxButtons::kOkCancel) == BoxAnswer::kOk;
+}
+
+}  // namespace zrt

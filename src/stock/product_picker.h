@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+
+namespace zrt {
+
+/// What a product is picked for. The values are also the numbers of the document kinds in the register; a daily report
+/// takes no picked products.
+namespace form_code {
+inline constexpr std::uint8_t kIncomingInvoice = 1;
+inline constexpr std::uint8_t kOutgoingInvoice = 2;
+inline constexpr std::uint8_t kWriteOff = 3;
+inline constexpr std::uint8_t kInventory = 4;
+inline constexpr std::uint8_t kPriceChange = 5;
+inline constexpr std::uint8_t kTransferIn = 6;
+inline constexpr std::uint8_t kTransferOut = 7;
+inline constexpr std::uint8_t kMovementReport = 100;  ///< a product as a filter, without quantity and price
+inline constexpr std::uint8_t kRegisterView = 106;    ///< the same
+}  // namespace form_code
+
+/// The picker as the screens that want products know it.
+class ProductPicker {
+ public:
+  virtual ~ProductPicker() = default;
+
+  /// Shows the picker, not modally; each product chosen in it is delivered through ModuleReg::BroadcastToForm under
+  /// `form_code`, until the operator closes it or another screen opens it. Throws DatabaseError.
+  virtual void OpenFor(std::uint8_t form_code) = 0;
+};
+
+}  // namespace zrt
