@@ -99,6 +99,9 @@ int main(int argc, char** argv) {
   texts.Check1.Value = true;
   Compare("waiters by place, 30 shifts day by day", recorder, client, [&] { texts.CmdDat1.UserClick(); });
   Compare("goods by place, 30 shifts", recorder, client, [&] { texts.CmdDat2.UserClick(); });
+  zrt::FormTabOst& balances = app.Reports.Balances;
+  balances.Show();
+  Compare("stock list as CSV", recorder, client, [&] { balances.CmdOst.UserClick(); });
   LargeFile(drives);
   std::filesystem::remove_all(folder);
   return 0;

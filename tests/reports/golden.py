@@ -4,7 +4,7 @@ not by the program's statements. Every report is a list of lines or a table of t
 import datetime
 import struct
 import subprocess
-from decimal import ROUND_HALF_UP, Decimal
+from decimal import ROUND_HALF_EVEN, ROUND_HALF_UP, Decimal
 
 NO_BREAK = "\u00a0"
 KITCHENS = (1, 2, 3)
@@ -365,3 +365,100 @@ class Shop:
             else:
                 totals.append(value([row for part in parts for row in part]))
         return table + [["ИТОГО:"] + totals]
+
+    # Stock. `posted` holds the register's posted rows.
+
+    KINDS = {0: ("Дневной Отчёт", "out"), 1: ("Приходная накладная", "in"), 2: ("Расходная накладная", "out"),
+             3: ("Списание товара", "other"), 4: ("ИНВЕНТАРИЗАЦИЯ", None), 6: ("Перемещение ПРИХОД", "in"),
+             7: ("Перемещение РАСХОД", "other")}
+
+    def load_stock(self):
+        columns = "ID DOC DOCTYP COD KOL SUMM OSTKOL DATEDOC RUN"
+        listed = columns.replace("DATEDOC", "DATE_FORMAT(DATEDOC,'%Y-%m-%d_%T')").split()
+        self.posted = []
+        for line in client(self.host, self.schema, query=f"SELECT {','.join(listed)} FROM REGISTR").splitlines():
+            row = dict(zip(columns.split(), line.split("\t")))
+            row = {k: v.replace("_", " ") if k == "DATEDOC" else int(v) for k, v in row.items()}
+            if row["RUN"] == 1:
+                self.posted.append(row)
+        self.products = self.rows("TOVAR", "COD COD1 NAME BARCODE PRISE N5")
+
+    def balance(self, cod, moment):
+        rows = [r for r in self.posted if r["COD"] == cod and r["DATEDOC"] <= str(moment)]
+        return max(rows, key=lambda r: r["DATEDOC"])["OSTKOL"] if rows else 0
+
+    def bought_at(self, cod):
+        rows = [r for r in self.posted if r["COD"] == cod and r["DOCTYP"] == 1]
+        if not rows:
+            return Decimal(0)
+        newest = max(rows, key=lambda r: r["DATEDOC"])
+        return Decimal(newest["SUMM"]) / newest["KOL"] * 1000
+
+    @staticmethod
+    def quantity(thousandths):
+        return amount(Decimal(thousandths) / 1000, 3) + " "
+
+    def balances(self, day, hour, order, without_zero, book):
+        """Header row and rows of the list of balances at the end of the shift that begins on `day`."""
+        moment = self.moment(day + datetime.timedelta(days=1), hour)
+        name = lambda p: p["NAME"].encode("cp1251")
+        keys = (name, lambda p: p["COD"], lambda p: (p["PRISE"], name(p)), lambda p: (p["N5"], name(p)))
+        table = [["№", "Код", "Наименование", "ШтрихКод", "Кол-во", "Цена", "Сумма", "ЦенаЗак" if book else "Цена_зак",
+                  "Наценка"]]
+        whole = Decimal(0)
+        money = lambda value: amount(value) + " "
+        for product in sorted(self.products, key=keys[order]):
+            left = self.balance(product["COD"], moment)
+            if without_zero and left == 0:
+                continue
+            price, bought = product["PRISE"] / 100, self.bought_at(product["COD"]) / 1000
+            # The whole is kept in whole thousandths of money.
+            whole = (whole + product["PRISE"] * left / 100).quantize(Decimal(1), ROUND_HALF_EVEN)
+            markup = " " + amount(100 * (price / bought - 1), 1) + "%" if bought else "-100%" if book else " -100%"
+            table.append([str(len(table)), str(product["COD"]), product["NAME"], product["BARCODE"], self.quantity(left),
+                          money(price), money(price * left / 1000), money(bought), markup])
+        return table + [["", "", "ИТОГО", "", "", "", money(whole / 1000), "", ""]]
+
+    def column_of(self, doctyp, kol):
+        """Column of a movement (0 in, 1 sold, 2 other) and the quantity there."""
+        way = self.KINDS[doctyp][1] or ("other" if kol < 1 else "in")
+        column = ("in", "out", "other").index(way)
+        return column, kol if column == 0 else -kol
+
+    def moved(self, first, last, hour):
+        begin, end = str(self.moment(first, hour)), str(self.moment(last, hour))
+        return [r for r in self.posted if begin <= r["DATEDOC"] < end]
+
+    def movement(self, first, last, hour, cod):
+        table = [["Документ", "№", "ДатаВремя", "ОстатокНАЧ", "Приход", "Реализац", "РасходПроч", "ОстатокКОН"]]
+        start = left = self.balance(cod, self.moment(first, hour))
+        sums = [0, 0, 0]
+        for row in sorted((r for r in self.moved(first, last, hour) if r["COD"] == cod), key=lambda r: r["DATEDOC"]):
+            column, kol = self.column_of(row["DOCTYP"], row["KOL"])
+            sums[column] += kol
+            moves = [self.quantity(kol) if i == column else "" for i in range(3)]
+            when = datetime.datetime.fromisoformat(row["DATEDOC"])
+            text = when.strftime("%d.%m.%Y %H:%M:%S") if when.time() != datetime.time() else when.strftime("%d.%m.%Y")
+            table.append([self.KINDS[row["DOCTYP"]][0], str(row["DOC"]), text, self.quantity(left), *moves,
+                          self.quantity(row["OSTKOL"])])
+            left = row["OSTKOL"]
+        return table + [["ИТОГО", "", "", self.quantity(start), *map(self.quantity, sums), self.quantity(left)]]
+
+    def turnover(self, first, last, hour):
+        table = [["Код", "Наименование", "ОстатокНАЧ", "Приход", "Реализац", "РасходПроч", "ОстатокКОН"]]
+        rows = self.moved(first, last, hour)
+        for product in sorted((p for p in self.products if p["COD1"] == 1), key=lambda p: p["COD"]):
+            kinds = {}
+            for row in rows:
+                if row["COD"] == product["COD"]:
+                    kinds[row["DOCTYP"]] = kinds.get(row["DOCTYP"], 0) + row["KOL"]
+            if not kinds:
+                continue
+            sums = [0, 0, 0]
+            for doctyp, kol in kinds.items():
+                column, shown = self.column_of(doctyp, kol)
+                sums[column] += shown
+            ends = [self.balance(product["COD"], self.moment(day, hour)) for day in (first, last)]
+            table.append([str(product["COD"]), product["NAME"], self.quantity(ends[0]), *map(self.quantity, sums),
+                          self.quantity(ends[1])])
+        return table

@@ -4,6 +4,7 @@ real shops have, says what golden.py computes from the bare rows."""
 
 import datetime
 import os
+import random
 import subprocess
 import sys
 import tempfile
@@ -180,6 +181,94 @@ class Reports(unittest.TestCase):
         self.check_tables(day("05.11.2026"), day("09.11.2026"), 8)
         self.check_tables(day("11.11.2026"), day("13.11.2026"), 0)
         self.check_tables(day("09.11.2026"), day("11.11.2026"), 23)
+
+    # Stock
+
+    def fill_register(self):
+        """Documents of every kind over some days, posted but for one, on the first products of the catalogue."""
+        chance = random.Random(7)
+        codes = [row["COD"] for row in golden.Shop(HOST, SCHEMA).rows("TOVAR", "COD")][:40]
+        left = dict.fromkeys(codes, 0)
+        price = {cod: chance.randint(50, 400) * 100 for cod in codes}
+        values = []
+        moment = datetime.datetime(2026, 11, 4, 23, 0, 0)
+        for number in range(1, 60):
+            moment += datetime.timedelta(minutes=chance.choice((60, 97, 240, 300)))
+            kind = chance.choice((0, 0, 0, 1, 2, 3, 4, 6, 7)) if number > 3 else 1
+            posted = number != 30
+            # The last ten products never come in by an invoice.
+            for cod in chance.sample(codes[:30] if kind == 1 else codes, 12):
+                kol = chance.randint(1, 20) * chance.choice((1000, 250, 83))
+                if kind in (0, 2, 3, 7) or kind == 4 and chance.random() < 0.5:
+                    kol = -kol
+                if kind == 4 and chance.random() < 0.3:
+                    kol = 0
+                left[cod] += kol if posted else 0
+                summ = price[cod] * kol // 1000 if price[cod] * kol % 1000 == 0 else 0
+                if kind == 1:  # what was paid per unit is exact
+                    kol, left[cod] = kol // 1000 * 1000 or 1000, left[cod] - kol + (kol // 1000 * 1000 or 1000)
+                    summ = price[cod] * kol // 1000
+                values.append(f"({number},{kind},{cod},{kol},{summ},{left[cod] if posted else 0},'{moment}',{int(posted)},0)")
+        sql("INSERT INTO REGISTR (DOC,DOCTYP,COD,KOL,SUMM,OSTKOL,DATEDOC,RUN,REZ) VALUES " + ",".join(values))
+        # A document at midnight sharp, a product that keeps no stock, and one that sells below its cost.
+        sql(f"INSERT INTO REGISTR (DOC,DOCTYP,COD,KOL,SUMM,OSTKOL,DATEDOC,RUN,REZ) VALUES "
+            f"(99,3,{codes[0]},-5,0,{left[codes[0]] - 5},'2026-11-20 00:00:00',1,0)")
+        sql(f"UPDATE TOVAR SET COD1=0 WHERE COD={codes[1]}")
+        sql(f"UPDATE TOVAR SET PRISE=1 WHERE COD={codes[2]}")
+        return codes
+
+    def stock_book(self, titles, table, widths, bold):
+        cells = [f"1,1* {titles[0]}", f"2,1 {titles[1]}"]
+        heights = ["height 3 23"] + ([f"height {len(table) + 2} 23"] if bold else [])
+        for number, row in enumerate(table, 3):
+            for column, text in enumerate(row, 1):
+                if text or number == 3:
+                    stands_out = number == len(table) + 2 and column in bold
+                    cells.append(f"{number},{column}{'*' if stands_out else ''} {text}")
+        return self.block("workbook", cells + widths + heights + ["status ВЫПОЛНЯЕТСЯ ОБРАБОТКА!", "status ГОТОВО!"])
+
+    def test_balances(self):
+        self.fill_register()
+        shop = golden.Shop(HOST, SCHEMA)
+        shop.load_stock()
+        for date, hour in (("08.11.2026", 8), ("31.12.2026", 0)):
+            on = day(date)
+            # Every way to order the products and every choice once.
+            script = ["form Form2", "menu mnuReportSaldo", "form FormTabOst", f"set Combo1 {hour}", "click CmdPlus1",
+                      f"pick Month1 {date}"]
+            for order in range(4):
+                script += [f"set Option1_{order} on", "set Check1 " + ("on" if order % 2 else "off")]
+                table = shop.balances(on, hour, order, order % 2 == 1, book=False)
+                script += self.csv("click CmdOst", "Ostatk_", [";;ОСТАТКИ ТОВАРОВ", f";;на конец смены {date}"], table)
+            script += ["set Check3 on", "click CmdOst"] + self.stock_book(
+                ["ОСТАТКИ ТОВАРОВ", f"на конец смены {date}"], shop.balances(on, hour, 3, True, book=True),
+                ["width 1-1 4", "width 2-2 6", "width 3-3 40", "width 4-4 18", "width 5-9 9"], [7])
+            self.play(script)
+
+    def test_movements(self):
+        codes = self.fill_register()
+        shop = golden.Shop(HOST, SCHEMA)
+        shop.load_stock()
+        for first, last, hour in ((day("06.11.2026"), day("10.11.2026"), 8), (day("05.11.2026"), day("21.11.2026"), 0)):
+            span = (first, last, hour)
+            period = f"за период с {golden.day_text(first)} по {golden.day_text(last)}"
+            script = self.open("FormTabRun", "mnuReportRun", *span)
+            script += ["expect CmdRun.Enabled False"]
+            table = shop.turnover(*span)
+            script += self.csv("click CmdRunAll", "Tovar_ALL", [";ДВИЖЕНИЕ ТОВАРА", ";" + period], table)
+            script += ["set Check3 on", "click CmdRunAll"] + self.stock_book(
+                ["ДВИЖЕНИЕ ТОВАРА", period], table, ["width 1-1 6", "width 2-2 40", "width 3-7 12"], [])
+            names = {product["COD"]: product["NAME"] for product in shop.products}
+            for cod in (codes[0], codes[1], codes[35]):
+                title = f"ДВИЖЕНИЕ ТОВАРА {cod} {names[cod]} ПО ДОКУМЕНТАМ"
+                table = shop.movement(*span, cod)
+                script += ["set Check3 off", "click CmdTov", "form frmPLUpodb", f"set TextFind {quoted(names[cod])}",
+                           "key DataGrid01 Enter", "click OKButton", "form FormTabRun", f"expect LblCod.Caption {cod}",
+                           f"expect LblTov.Caption {quoted(names[cod])}"]
+                script += self.csv("click CmdRun", f"Tovar_{cod}", [";;" + title, ";;" + period], table)
+                script += ["set Check3 on", "click CmdRun"] + self.stock_book(
+                    [title, period], table, ["width 1-1 20", "width 2-2 6", "width 3-3 18", "width 4-8 11"], [4, 5, 6, 7, 8])
+            self.play(script)
 
 
 if __name__ == "__main__":
