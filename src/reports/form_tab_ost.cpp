@@ -59,7 +59,7 @@ void FormTabOst::CmdOst_Click() {
 }
 
 ReportTable FormTabOst::MakeTable(const Recordset& products, const std::string& moment, bool for_book) {
-  // A blank stands behind each number: so the operators' own sheets expect it.
+  // A blank stands behind each number: these tables have always had it, in files and books alike.
   const auto number = [&](double value, int decimals) {
     return TheSession().Format().FormatNumber(value, decimals) + " ";
   };

@@ -129,6 +129,24 @@ class Reports(unittest.TestCase):
         self.assertTrue(text.startswith(";;ОТЧЁТ ПО ДИСКОНТНЫМ КАРТАМ\r\n"))
         self.assertIn("№;Код;Штрих;СУММА;", text)
 
+    def test_stock_tables_stand_by_the_register(self):
+        self.start()
+        form = self.open("Остатки товаров", "FormTabOst")
+        self.assertFalse(form.is_shown("Month1"))
+        self.program.picture("FormTabOst")
+        self.program.key("Escape")
+        wait_for("the window gone", lambda: not self.program.is_open("FormTabOst"))
+        form = self.open("Движение товаров", "FormTabRun")
+        self.assertFalse(form.is_enabled("CmdRun"))
+        self.program.picture("FormTabRun")
+        form.press("CmdTov")
+        picker = self.program.form("frmPLUpodb")
+        picker.activate()
+        picker.click_cell("DataGrid01", 0, 1, times=2)
+        self.program.key("Return")
+        wait_for("the product", lambda: form.is_enabled("CmdRun"))
+        self.assertNotEqual(form.caption("LblTov"), "")
+
     def test_a_folder_that_is_not_there_is_named(self):
         self.start()
         form = self.open("Продажи по времени", "FormTabTim")
