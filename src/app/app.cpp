@@ -9,7 +9,9 @@ App::App(Desktop& desktop, const Clock& clock, const DriveMap& drives, AppSettin
       ProductCard(desktop, TheSession),
       Picker(desktop, TheSession, Stock, ProductCard),
       PickDialog(desktop, TheSession, Stock),
-      Main(desktop, TheSession, Stock, settings.executable, {About, ProductCard}, [this] { ShutdownApplication(); }),
+      StockDocuments(desktop, TheSession, Stock, Picker, PickDialog),
+      Main(desktop, TheSession, Stock, settings.executable, {About, ProductCard, StockDocuments},
+           [this] { ShutdownApplication(); }),
       Splash(desktop, TheSession, drives, settings.executable, Main),
       desktop_(desktop) {
   ProductCard.ProductsChanged = [this] { Main.Catalogue.RequeryProducts(); };

@@ -39,7 +39,7 @@ Form2::Form2(Desktop& desktop, Session& session, ModuleReg& stock, std::string e
       Catalogue(*this, session, stock, screens.ProductCard),
       Cards(*this, session),
       Panels(*this, session),
-      Journal(*this, session),
+      Journal(*this, session, screens.StockDocuments),
       session_(session),
       executable_(std::move(executable)),
       screens_(screens),
@@ -49,6 +49,16 @@ Form2::Form2(Desktop& desktop, Session& session, ModuleReg& stock, std::string e
   Unload = [this] { shutdown_(); };
   TabStrip1.Click = [this] { TabStrip1_Click(); };
   Check1.Click = [this] { Check1_Click(); };
+  const std::pair<Menu*, std::uint8_t> documents[] = {
+      {&mnuDocDO, kind::kDailyReport},     {&mnuDocPN, kind::kIncoming},         {&mnuDocRN, kind::kOutgoing},
+      {&mnuDocSP, kind::kWriteOff},        {&mnuDocIN, kind::kInventory},        {&mnuPereozenk, kind::kPriceChange},
+      {&mnuDocPERplus, kind::kTransferIn}, {&mnuDocPERminus, kind::kTransferOut}};
+  for (const auto& [menu, number] : documents) {
+    menu->Click = [this, kind = number] { screens_.StockDocuments.OpenNew(kind); };
+  }
+  mnuRegistr.Click = [this] { screens_.StockDocuments.Register.Show(); };
+  mnuDelOneDoc.Click = [this] { Journal.DeleteOneDoc(); };
+  mnuClearDoc.Click = [this] { Journal.DeleteAllDocs(); };
   mnuAbout.Click = [this] { screens_.About.Show(); };
   Complete();
 }

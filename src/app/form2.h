@@ -22,6 +22,7 @@ class Form2 final : public Form {
   struct Screens {
     Form& About;
     frmPLU& ProductCard;
+    Documents& StockDocuments;
   };
 
   /// `executable`: file name of this program, the window's title. `shutdown` runs when the window is unloaded.

@@ -144,6 +144,12 @@ std::int32_t ModuleReg::GetTovarN6(std::int32_t cod) {
   return keeps_no_stock ? 1 : 0;
 }
 
+std::string ModuleReg::MakeControlNumber() const {
+  const DateTime now = session_.TheClock().Now();
+  return Right(fmt::format("{:02}{:02}{:02}{:02}{:02}", now.date.day, now.date.month, now.hour, now.minute, now.second),
+               9);
+}
+
 void ModuleReg::RecalcOstAfterShift(Recordset& catalogue, ProgressBar& progress) {
   if (catalogue.RecordCount() == 0) return;
   session_.Write("UPDATE TOVAR SET KOL=0");

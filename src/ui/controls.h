@@ -18,6 +18,7 @@ struct ControlDefinition;
 /// Colours are blue-green-red integers; those with the top bit set are the window system's own.
 using Colour = std::uint32_t;
 namespace colour {
+inline constexpr Colour kWindow = 0x80000005;
 inline constexpr Colour kButtonFace = 0x8000000F;
 inline constexpr Colour kButtonText = 0x80000012;
 inline constexpr Colour kHighlightEdge = 0x8000000E;

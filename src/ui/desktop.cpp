@@ -6,6 +6,15 @@
 
 namespace zrt {
 
+std::string WithPlainBreaks(std::string_view text) {
+  std::string plain;
+  for (const char character : text) {
+    const bool pair = character == '\r' && plain.ends_with('\n');
+    if (!pair) plain += character == '\r' ? '\n' : character;
+  }
+  return plain;
+}
+
 BoxAnswer Desktop::MsgBox(const std::string& text, BoxIcon icon, BoxButtons buttons, const std::string& title) {
   return DoMsgBox(text, icon, buttons, title.empty() ? ProgramTitle : title);
 }
