@@ -7,6 +7,8 @@ namespace zrt {
 
 namespace {
 
+using Align = GridColumn::Align;
+
 constexpr std::string_view kBoxTitle = "ZASTAVA";
 constexpr std::int16_t kHighestPercentage = 100;  // numbers up to here are percentages on a card, no kinds
 constexpr std::int16_t kFirstKind = 101;
@@ -56,6 +58,11 @@ void frmVDk::OpenCardKinds() {
 void frmVDk::ShowRules() {
   OpenCardKinds();
   DataGrid05.Bind(Rules());
+  DataGrid05.Layout({{"ID", 900, Align::kRight},
+                     {"CARD", 1500, Align::kRight},
+                     {"TOV", 1500, Align::kRight},
+                     {"PROZ", 1500, Align::kRight},
+                     {"TOTAL", 3000, Align::kRight}});
 }
 
 void frmVDk::CmdNew_Click() {
