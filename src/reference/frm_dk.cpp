@@ -70,15 +70,16 @@ void frmDK::OpenDiscountCard(std::int16_t rez) {
 }
 
 void frmDK::Form_Activate() {
+  // First of all, so that no failure below leaves the holder of the card before with this one.
+  CheckHolder.Value = false;
+  ShowHolder(false);
+  EmptyHolder();
   const std::string number = TextSkd.Text();
   Recordset& kinds = session_.ReadOne("SELECT CARD FROM TOTALSKID GROUP BY CARD");
   TextSkd.Clear();
   for (; !kinds.Eof(); kinds.MoveNext()) TextSkd.AddItem(kinds.Field(0).TextOrEmpty());
   kinds.Close();
   TextSkd.Text = number;
-  CheckHolder.Value = false;
-  ShowHolder(false);
-  EmptyHolder();
 }
 
 void frmDK::CheckHolder_Click() {

@@ -288,6 +288,19 @@ TEST_F(Cards, TheHoldersPartOpensWithWhatIsKnownAndClosesEmpty) {
     EXPECT_FALSE(Card().CheckHolder.Value());
     Click(Card().OKButton);
   });
+  // Nor may he go over to the next card when that one opens without the list of kinds.
+  InCard(2, [&] {
+    Click(Card().CheckHolder);
+    Press(Card().CheckHolder, "Esc");
+  });
+  GoTo(Tab().DataGrid5, 1);
+  faults_.FailAt(2);
+  desktop_.ExpectRuntimeError();
+  Click(Tab().CmdDKShow);
+  EXPECT_TRUE(Card().IsVisible());
+  EXPECT_EQ(Card().TextSkd.Text(), "5");
+  Click(Card().OKButton);
+  EXPECT_FALSE(Card().IsVisible());
   EXPECT_EQ(AllHolders(), (Texts{"2|1002|Анна|Анна|Ленина 1|22"}));
 }
 
