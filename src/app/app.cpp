@@ -9,13 +9,17 @@ App::App(Desktop& desktop, const Clock& clock, const DriveMap& drives, AppSettin
       ProductCard(desktop, TheSession),
       Picker(desktop, TheSession, Stock, ProductCard),
       PickDialog(desktop, TheSession, Stock),
-      Main(desktop, TheSession, Stock, settings.executable, {About, ProductCard}, [this] { ShutdownApplication(); }),
+      DiscountCard(desktop, TheSession),
+      CardKinds(desktop, TheSession),
+      Main(desktop, TheSession, Stock, settings.executable, {About, ProductCard, DiscountCard, CardKinds},
+           [this] { ShutdownApplication(); }),
       Splash(desktop, TheSession, drives, settings.executable, Main),
       desktop_(desktop) {
   ProductCard.ProductsChanged = [this] { Main.Catalogue.RequeryProducts(); };
   ProductCard.ShowSaved = {[this](const std::string& name) { Main.Catalogue.ShowProduct(name); },
                            [this](const std::string& name) { Picker.ShowProduct(name); }};
   Picker.DeleteProduct = [this](std::int32_t cod) { Main.Catalogue.DeleteProduct(cod); };
+  DiscountCard.CardSaved = [this](const std::string& barcode) { Main.Cards.ShowCard(barcode); };
   desktop_.OnUserAction = [this] { TheSession.MainConnection.AllowReopen(); };
   desktop_.OnRuntimeError = [this] {
     if (!started_) desktop_.Quit(1);

@@ -7,9 +7,11 @@
 #include "app/frm_splash1.h"
 #include "core/session.h"
 #include "platform/drive_map.h"
+#include "reference/frm_dk.h"
 #include "reference/frm_plu.h"
 #include "reference/frm_plu_dial.h"
 #include "reference/frm_plu_podb.h"
+#include "reference/frm_vdk.h"
 #include "stock/module_reg.h"
 #include "ui/desktop.h"
 
@@ -41,6 +43,8 @@ class App {
   frmPLU ProductCard;
   frmPLUpodb Picker;
   frmPLUdial PickDialog;
+  frmDK DiscountCard;
+  frmVDk CardKinds;
   Form2 Main;
   frmSplash1 Splash;
 

@@ -22,6 +22,8 @@ class Form2 final : public Form {
   struct Screens {
     Form& About;
     frmPLU& ProductCard;
+    frmDK& DiscountCard;
+    frmVDk& CardKinds;
   };
 
   /// `executable`: file name of this program, the window's title. `shutdown` runs when the window is unloaded.
