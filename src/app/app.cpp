@@ -10,7 +10,14 @@ App::App(Desktop& desktop, const Clock& clock, const DriveMap& drives, AppSettin
       Picker(desktop, TheSession, Stock, ProductCard),
       PickDialog(desktop, TheSession, Stock),
       StockDocuments(desktop, TheSession, Stock, Picker, PickDialog),
-      Main(desktop, TheSession, Stock, settings.executable, {About, ProductCard, StockDocuments},
+      DiscountCard(desktop, TheSession),
+      CardKinds(desktop, TheSession),
+      Main(desktop, TheSession, Stock, settings.executable,
+           {.About = About,
+            .ProductCard = ProductCard,
+            .StockDocuments = StockDocuments,
+            .DiscountCard = DiscountCard,
+            .CardKinds = CardKinds},
            [this] { ShutdownApplication(); }),
       Splash(desktop, TheSession, drives, settings.executable, Main),
       desktop_(desktop) {
@@ -18,6 +25,7 @@ App::App(Desktop& desktop, const Clock& clock, const DriveMap& drives, AppSettin
   ProductCard.ShowSaved = {[this](const std::string& name) { Main.Catalogue.ShowProduct(name); },
                            [this](const std::string& name) { Picker.ShowProduct(name); }};
   Picker.DeleteProduct = [this](std::int32_t cod) { Main.Catalogue.DeleteProduct(cod); };
+  DiscountCard.CardSaved = [this](const std::string& barcode) { Main.Cards.ShowCard(barcode); };
   desktop_.OnUserAction = [this] { TheSession.MainConnection.AllowReopen(); };
   desktop_.OnRuntimeError = [this] {
     if (!started_) desktop_.Quit(1);

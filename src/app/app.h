@@ -8,9 +8,11 @@
 #include "core/session.h"
 #include "documents/documents.h"
 #include "platform/drive_map.h"
+#include "reference/frm_dk.h"
 #include "reference/frm_plu.h"
 #include "reference/frm_plu_dial.h"
 #include "reference/frm_plu_podb.h"
+#include "reference/frm_vdk.h"
 #include "stock/module_reg.h"
 #include "ui/desktop.h"
 
@@ -43,6 +45,8 @@ class App {
   frmPLUpodb Picker;
   frmPLUdial PickDialog;
   Documents StockDocuments;
+  frmDK DiscountCard;
+  frmVDk CardKinds;
   Form2 Main;
   frmSplash1 Splash;
 

@@ -23,6 +23,8 @@ class Form2 final : public Form {
     Form& About;
     frmPLU& ProductCard;
     Documents& StockDocuments;
+    frmDK& DiscountCard;
+    frmVDk& CardKinds;
   };
 
   /// `executable`: file name of this program, the window's title. `shutdown` runs when the window is unloaded.

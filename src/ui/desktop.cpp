@@ -8,9 +8,11 @@ namespace zrt {
 
 std::string WithPlainBreaks(std::string_view text) {
   std::string plain;
+  char before = 0;
   for (const char character : text) {
-    const bool pair = character == '\r' && plain.ends_with('\n');
+    const bool pair = character == '\r' && before == '\n';
     if (!pair) plain += character == '\r' ? '\n' : character;
+    before = character;
   }
   return plain;
 }

@@ -115,6 +115,7 @@ TEST_F(Products, EachSortAsksTheDatabaseAnew) {
     ASSERT_EQ(faults_.Statements().size(), 1U);
     EXPECT_TRUE(faults_.Statements()[0].ends_with(std::string("UKT As 'UKTZED' FROM TOVAR") + sort.tail));
     for (DataGrid& grid : Tab().DataGrid1) EXPECT_EQ(Names(grid), sort.names) << sort.tail;
+    EXPECT_EQ(Tab().DataGrid1[0].Row(), 4) << "a list opens on its last row";
   }
   EXPECT_EQ(Tab().DataGrid1[1].CellText(2, "Value"), "-2,500");
   EXPECT_EQ(Tab().DataGrid1[1].CellText(2, "Price"), "40,00");
@@ -206,12 +207,14 @@ TEST_F(Products, RestrictedListLacksProductsWithoutPrice) {
   Click(Tab().CmdSortCod);
   EXPECT_EQ(Tab().DataGrid1[0].Rows(), 3);
   Press(Tab().DataGrid1[0], "Enter");  // the card stays shut
+  Press(Tab().TextFind[0], "Enter");
   desktop_.UserAction([this] { Tab().DataGrid1[0].UserDblClick(); });
 }
 
 TEST_F(Products, DeletingOneAndDeletingAll) {
   Start();
   shop_.Sql("UPDATE HOTKEYS SET CODE=5 WHERE ID=101");
+  shop_.Sql("INSERT INTO REGISTR (DOC,COD,KOL,RUN) VALUES (1,5,1000,1)");
   GoTo(Tab().DataGrid1[0], 2);
   desktop_.Expect("Удалить товар 'Вода', код 5?", BoxAnswer::kCancel, BoxIcon::kQuestion);
   Click(Tab().CmdDelPLU);
@@ -221,6 +224,7 @@ TEST_F(Products, DeletingOneAndDeletingAll) {
   EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM TOVAR"), "3") << "both rows of the code go";
   EXPECT_EQ(Names(Tab().DataGrid1[1]), (Texts{"Вино красное", "Чай чёрный", "чайник"}));
   EXPECT_EQ(shop_.Value("SELECT CODE FROM HOTKEYS WHERE ID=101"), "5");
+  EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM REGISTR WHERE COD=5"), "1");
 
   const std::string prompt = "Для полной очистки справочника меню введите пароль администратора:";
   for (const char* wrong : {"", "357217", " 357218"}) {
@@ -338,6 +342,47 @@ TEST_F(Products, ACardShowsWhatTheBaseHolds) {
   });
   Click(Tab().CmdCopy);
   EXPECT_EQ(Row(8), "1|чайник|0|0|-150|0|1|0|0|22|7000|55|0|00.00.0000|0|") << "a negative price passes";
+}
+
+TEST_F(Products, ListsOfTheCard) {
+  Start();
+  for (int opening = 1; opening <= 2; ++opening) {  // closing the window and opening it again doubles nothing
+    desktop_.InModal([&](Form&) {
+      EXPECT_EQ(Card().Combo1.Items(), (Texts{"Бар", "Кухня-1", "Кухня-2", "Кухня-3"}));
+      EXPECT_EQ(Card().Combo2.Items(), (Texts{"", "Цех-1", "Цех-2", "Цех-3"}));
+      EXPECT_EQ(Card().Combo3.Items(), (Texts{"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"}));
+      EXPECT_EQ(Card().Combo4.Items(), (Texts{"", "АЛКОГОЛЬ", "СИГАРЕТЫ"}));
+      EXPECT_EQ(Card().Combo5.Items(), (Texts{"0", "1", "2", "3", "4", "5", "6"}));
+      EXPECT_EQ(Card().ListKVP.Items(), (Texts{"2", "3", "4", "5", "6", "7", "8", "9", "10", "11", "12"}));
+      Click(Card().CmdKVP);
+      Type(Card().ListKVP, "7");
+      desktop_.UserAction([this] { Card().ListKVP.UserDblClick(); });
+      EXPECT_EQ(Card().TextKVP.Text(), "7");
+      Click(Card().CmdKVP);
+      Press(Card().ListKVP, "Esc");
+      EXPECT_EQ(Card().TextKVP.Text(), "0");
+      EXPECT_FALSE(Card().ListKVP.Visible());
+      Type(Card().TextVes, "55");
+      Type(Card().CheckVes, "on");
+      EXPECT_EQ(Card().TextVes.Text(), "55") << "a code that is there already stays";
+      desktop_.UserAction([this] { Card().Close(); });
+    });
+    Click(Tab().CmdNew);
+  }
+}
+
+TEST_F(Products, ANameThatTheSearchCantTakeIsSavedAllTheSame) {
+  Start();
+  desktop_.InModal([&](Form&) {
+    Type(Card().TextName, "О''Брайен");
+    Type(Card().TextPrise, "1");
+    desktop_.ExpectRuntimeError();
+    Click(Card().OKButton);
+    Click(Card().CancelButton);
+  });
+  Click(Tab().CmdNew);
+  EXPECT_EQ(shop_.Value("SELECT NAME FROM TOVAR WHERE COD=8"), "О'Брайен");
+  EXPECT_EQ(Tab().TextFind[0].Text(), "");
 }
 
 TEST_F(Products, WhatACardRefuses) {
@@ -566,6 +611,37 @@ TEST_F(Picking, AScannedBarcodeIsOneStatement) {
   EXPECT_EQ(Picker().LbllName.Caption(), "  Вино красное  2");
   EXPECT_EQ(Picker().PickBar, "");
 
+  // The same way for the other documents: the purchase price, a price alone, a filter.
+  shop_.Sql(
+      "INSERT INTO REGISTR (DOC,DOCTYP,COD,KOL,SUMM,OSTKOL,DATEDOC,RUN,REZ) VALUES "
+      "(1,1,1,2000,160500,2000,'2026-11-01 08:00:00',1,0)");
+  const std::tuple<std::uint8_t, const char*, Control*> kOthers[] = {
+      {1, "80,25", &Picker().TextKol}, {5, "120,50", &Picker().TextPrice}, {100, "", &Picker().OKButton}};
+  for (const auto& [code, price, focus] : kOthers) {
+    Picker().FormCode = code;
+    Picker().PickPrice = 0;
+    scan("4820000000017");
+    EXPECT_EQ(Picker().TextPrice.Text(), price) << int{code};
+    EXPECT_EQ(desktop_.Focused(), focus) << int{code};
+  }
+  // OK asks for what is missing.
+  Picker().FormCode = 2;
+  scan("4820000000017");
+  Click(Picker().OKButton);
+  EXPECT_EQ(desktop_.Focused(), &Picker().TextKol);
+  Type(Picker().TextKol, "0,0005");  // a little more than half a thousandth in single precision
+  Type(Picker().TextPrice, "дорого");
+  Click(Picker().OKButton);
+  EXPECT_EQ(desktop_.Focused(), &Picker().TextPrice);
+  Type(Picker().TextPrice, "100000,5");
+  Click(Picker().OKButton);
+  EXPECT_EQ(delivered_.back(), (Delivery{1, 1, 100000500, 2}));
+  delivered_.pop_back();
+  scan("4820000000017");
+  Type(Picker().TextKol, std::string(60, '9'));
+  desktop_.ExpectRuntimeError();
+  Click(Picker().OKButton);
+
   scan("");
   EXPECT_TRUE(faults_.Statements().empty());
   desktop_.ExpectInput("отсканируйте Штрихкод", "111");
@@ -602,10 +678,31 @@ TEST_F(Picking, SortsStayOnTheirProduct) {
     EXPECT_EQ(Names(grid), sort.names);
     EXPECT_EQ(grid.CurrentText("Наименование"), "Чай чёрный") << sort.tail;
   }
+  faults_.Forget();
   Click(Picker().CmdVid);
+  EXPECT_TRUE(faults_.Statements().back().ends_with("ORDER BY N5"));
   EXPECT_EQ(grid.CurrentText("Наименование"), "Чай чёрный");
   EXPECT_EQ(grid.CurrentText("Цена"), "120,50");
   EXPECT_EQ(grid.CurrentText("Остат"), "3,500");
+  // Coming back from another window the list is in the order of names again.
+  desktop_.UserAction([&] { desktop_.Activated(app_->Main); });
+  desktop_.UserAction([&] { desktop_.Activated(Picker()); });
+  EXPECT_EQ(Names(grid)[0], "Вино красное");
+  EXPECT_EQ(grid.CurrentText("Наименование"), "Чай чёрный");
+  Press(Picker().TextFind, "Up");
+  EXPECT_EQ(grid.CurrentText("Наименование"), "Вода");
+  Press(Picker().TextFind, "Down");
+  Type(Picker().TextFind, "x");
+  Click(Picker().CmdClearFind);
+  EXPECT_EQ(Picker().TextFind.Text(), "");
+  // A list that couldn't be read is read again by the next sort and the next coming back.
+  faults_.CutAt(1);
+  desktop_.ExpectRuntimeError();
+  Click(Picker().CmdCod);
+  EXPECT_EQ(grid.Rows(), 0);
+  Click(Picker().CmdCod);
+  EXPECT_EQ(grid.Rows(), 4);
+  Type(Picker().TextFind, "чай ч");
   // The product is gone when the list is read again: the cursor stays near where it was.
   shop_.Sql("DELETE FROM TOVAR WHERE COD=1");
   Click(Picker().CmdName);

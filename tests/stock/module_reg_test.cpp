@@ -146,6 +146,25 @@ TEST_F(Register, ProductsThatKeepNoStock) {
   EXPECT_EQ(Posted(3), "NULL");
 }
 
+TEST_F(Register, LaterDocumentsOfOtherKindsAndMoments) {
+  Save(1, "09:00:00", {{7, 1000}});
+  Post(1, "09:00:00");
+  // A price change is posted without rows in the register; an invoice dated at midnight prints without a time.
+  shop_.Sql(
+      "INSERT INTO JOURNAL (ID,DTYPE,DATEDOC,SUMM,RUN,REZ) VALUES (2,'Переоценка','2026-11-10 10:00:00',0,'OK',0),"
+      "(3,'-','2026-11-11 00:00:00',0,'OK',0)");
+  shop_.Sql(
+      "INSERT INTO REGISTR (DOC,DOCTYP,COD,KOL,SUMM,OSTKOL,KARD,DATEDOC,RUN,REZ) VALUES "
+      "(3,1,7,500,0,1500,0,'2026-11-11 00:00:00',1,0)");
+  Save(4, "08:00:00", {{7, 20}});
+  desktop_.Expect(Question(3), BoxAnswer::kOk);
+  Post(4, "08:00:00");
+  EXPECT_EQ(Posted(2), "OK");
+  EXPECT_EQ(Balances(1), Texts{"1/1020"});
+  EXPECT_EQ(Balances(3), Texts{"1/1520"});
+  EXPECT_EQ(shop_.Value("SELECT DATENEXT FROM REGISTR WHERE DOC=1"), "2026-11-11 00:00:00");
+}
+
 TEST_F(Register, WhatTheRegisterAnswers) {
   struct Posting {
     int kind;
@@ -181,9 +200,12 @@ TEST_F(Register, WhatTheRegisterAnswers) {
   // A date without a time, as a moment at midnight prints, is that midnight.
   EXPECT_EQ(stock_.GetOstAtDate(1, "2026-11-11 "), 1000);
 
-  shop_.Sql("INSERT INTO TOVAR (COD,COD1,NAME,N6) VALUES (1,1,'доставка',0),(2,1,'чай',NULL)");
+  shop_.Sql(
+      "INSERT INTO TOVAR (COD,COD1,NAME,N6) VALUES "
+      "(1,1,'доставка',0),(2,1,'чай',NULL),(3,1,'чай',NULL),(3,2,'чай',NULL)");
   EXPECT_EQ(stock_.GetTovarN6(1), 1);
   EXPECT_EQ(stock_.GetTovarN6(2), 0);
+  EXPECT_EQ(stock_.GetTovarN6(3), 0);
   EXPECT_EQ(stock_.GetTovarN6(99), 0);
 
   faults_.FailAt(1);
@@ -394,10 +416,31 @@ TEST_F(Catalogue, BalancesAndSalesOfTheShiftReachTheTerminals) {
   EXPECT_EQ(app_.Main.Catalogue.ProgressBar1.Max(), 3);
   EXPECT_EQ(app_.Main.Catalogue.DataGrid1[0].CellText(3, "Value"), "7,500");
 
+  // Nobody has chosen the hour yet: the day begins at midnight.
+  shop_.Sql("UPDATE CONST SET N8=NULL WHERE COD=5");
+  Press();
+  EXPECT_EQ(Stock()[0], "1 9000 1005");
+  shop_.Sql("UPDATE CONST SET N8=8 WHERE COD=5");
+
   // Before the shift's hour of a new day nothing counts as sold.
   clock_.Set({{2026, 11, 14}, 3, 0, 0});
   Press();
   EXPECT_EQ(Stock(), (Texts{"1 9000 0", "1 9000 0", "2 4000 0", "3 0 0"}));
+}
+
+TEST_F(Catalogue, ProductsThatTheListLacksAreOnlyPutToZero) {
+  // Added by a terminal's own means after the list was read.
+  shop_.Sql("INSERT INTO TOVAR (COD,COD1,NAME,OST,KOL,PRISE) VALUES (9,1,'Новинка',70,80,100)");
+  app_.TheSession.MainConnection.SetFaultSource(&faults_);
+  Press();
+  EXPECT_EQ(Stock().back(), "9 70 0");
+  ASSERT_EQ(faults_.Statements().size(), 2 + 3 * 3 + 1U);
+  EXPECT_EQ(faults_.Statements()[0], "UPDATE TOVAR SET KOL=0");
+  EXPECT_EQ(faults_.Statements()[1], "SELECT N8 FROM CONST WHERE COD=5");
+  EXPECT_EQ(faults_.Statements()[2],
+            "SELECT SUM(KOL) FROM PROD WHERE COD=3 AND DATETIME>='2026-11-12 08:00:00' and "
+            "DATETIME<DATE_ADD('2026-11-12 08:00:00', INTERVAL 1 DAY) GROUP BY COD");
+  EXPECT_EQ(faults_.Statements()[4], "UPDATE TOVAR SET OST=0,KOL =0 WHERE COD=3");
 }
 
 TEST_F(Catalogue, AFailureOnTheWayLeavesNoProgressBarBehind) {
