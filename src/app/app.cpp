@@ -5,7 +5,11 @@ namespace zrt {
 App::App(Desktop& desktop, const Clock& clock, const DriveMap& drives, AppSettings settings)
     : TheSession(std::move(settings.database), clock, desktop.Format()),
       About(desktop, ZRT_VERSION),
-      Main(desktop, TheSession, settings.executable, {About}, [this] { ShutdownApplication(); }),
+      Clear(desktop, TheSession),
+      ClearLite(desktop, TheSession),
+      DelChek(desktop, TheSession),
+      Main(desktop, TheSession, drives, settings.executable, {About, Clear, ClearLite, DelChek},
+           [this] { ShutdownApplication(); }),
       Splash(desktop, TheSession, drives, settings.executable, Main),
       desktop_(desktop) {
   desktop_.OnUserAction = [this] { TheSession.MainConnection.AllowReopen(); };

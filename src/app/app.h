@@ -7,6 +7,8 @@
 #include "app/frm_splash1.h"
 #include "core/session.h"
 #include "platform/drive_map.h"
+#include "sales/frm_clear.h"
+#include "sales/frm_del_chek.h"
 #include "ui/desktop.h"
 
 namespace zrt {
@@ -33,6 +35,9 @@ class App {
 
   Session TheSession;
   frmSplash About;
+  frmClear Clear;
+  frmClearLite ClearLite;
+  frmDelChek DelChek;
   Form2 Main;
   frmSplash1 Splash;
 
