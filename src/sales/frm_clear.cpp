@@ -21,6 +21,16 @@ ClearingForm::ClearingForm(Desktop& desktop, std::string name, Session& session,
   };
   CmdPlusD.Click = [this] { CmdPlusD_Click(); };
   MonthD.DateClick = [this] { MonthD_DateClick(); };
+  // Esc closes what is in front: first the calendar, then the window.
+  MonthD.KeyDown = [this](Key& key) {
+    if (key.code != Key::kEscape) return;
+    key.swallow = true;
+    MonthD.Visible = false;
+    CmdPlusD.SetFocus();
+  };
+  KeyDown = [this](Key& key) {
+    if (key.code == Key::kEscape) Hide();
+  };
 }
 
 void ClearingForm::Open() {
