@@ -140,9 +140,8 @@ void KassaLiteTab::WarnOfDate() {
 
 void KassaLiteTab::BeginQuery() {
   LblInfLite.Caption = std::string(kWorking);
-  LblInfLite.Repaint();
   LblSumLite.Caption = {};
-  LblSumLite.Repaint();
+  LblInfLite.Repaint();
 }
 
 void KassaLiteTab::Open(const std::string& pieces) {

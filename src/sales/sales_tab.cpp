@@ -426,9 +426,9 @@ void SalesTab::ClearFieldsBut(const TextBox* kept) {
 void SalesTab::BeginQuery(std::string_view filter_name) {
   session_.FilterName = filter_name;
   LblInf.Caption = std::string(kWorking);
-  LblInf.Repaint();
   LblSum.Caption = {};
-  LblSum.Repaint();
+  // Draws the whole window, so once is enough for both labels.
+  LblInf.Repaint();
 }
 
 void SalesTab::OpenSales(const std::string& pieces) {
