@@ -12,6 +12,8 @@
 #include "reference/frm_plu_dial.h"
 #include "reference/frm_plu_podb.h"
 #include "reference/frm_vdk.h"
+#include "sales/frm_clear.h"
+#include "sales/frm_del_chek.h"
 #include "stock/module_reg.h"
 #include "ui/desktop.h"
 
@@ -45,6 +47,9 @@ class App {
   frmPLUdial PickDialog;
   frmDK DiscountCard;
   frmVDk CardKinds;
+  frmClear Clear;
+  frmClearLite ClearLite;
+  frmDelChek DelChek;
   Form2 Main;
   frmSplash1 Splash;
 

@@ -31,10 +31,10 @@ constexpr std::uint8_t kVersionWithTwoMenus = 3;
 
 }  // namespace
 
-Form2::Form2(Desktop& desktop, Session& session, ModuleReg& stock, std::string executable, Screens screens,
-             std::function<void()> shutdown)
+Form2::Form2(Desktop& desktop, Session& session, ModuleReg& stock, const DriveMap& drives, std::string executable,
+             Screens screens, std::function<void()> shutdown)
     : Form(desktop, "Form2"),
-      Sales(*this, session),
+      Sales(*this, session, drives),
       KassaLite(*this, session),
       Catalogue(*this, session, stock, screens.ProductCard),
       Cards(*this, session, screens.DiscountCard, screens.CardKinds),
@@ -49,7 +49,10 @@ Form2::Form2(Desktop& desktop, Session& session, ModuleReg& stock, std::string e
   Unload = [this] { shutdown_(); };
   TabStrip1.Click = [this] { TabStrip1_Click(); };
   Check1.Click = [this] { Check1_Click(); };
+  mnuClearProd.Click = [this] { screens_.Clear.Open(); };
+  mnuDelCheck.Click = [this] { screens_.DelChek.Show(); };
   mnuAbout.Click = [this] { screens_.About.Show(); };
+  KassaLite.CmdDelProdLite.Click = [this] { screens_.ClearLite.Open(); };
   Complete();
 }
 

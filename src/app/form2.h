@@ -7,8 +7,11 @@
 #include "core/session.h"
 #include "documents/journal_tab.h"
 #include "panels/panel_tab.h"
+#include "platform/drive_map.h"
 #include "reference/cards_tab.h"
 #include "reference/catalogue_tab.h"
+#include "sales/frm_clear.h"
+#include "sales/frm_del_chek.h"
 #include "sales/kassa_lite_tab.h"
 #include "sales/sales_tab.h"
 #include "ui/form.h"
@@ -24,11 +27,15 @@ class Form2 final : public Form {
     frmPLU& ProductCard;
     frmDK& DiscountCard;
     frmVDk& CardKinds;
+    frmClear& Clear;
+    frmClearLite& ClearLite;
+    frmDelChek& DelChek;
   };
 
-  /// `executable`: file name of this program, the window's title. `shutdown` runs when the window is unloaded.
-  Form2(Desktop& desktop, Session& session, ModuleReg& stock, std::string executable, Screens screens,
-        std::function<void()> shutdown);
+  /// `drives`: where files go. `executable`: file name of this program, the window's title. `shutdown` runs when the
+  /// window is unloaded.
+  Form2(Desktop& desktop, Session& session, ModuleReg& stock, const DriveMap& drives, std::string executable,
+        Screens screens, std::function<void()> shutdown);
 
   TabStrip TabStrip1{*this, "TabStrip1"};
   CheckBox Check1{*this, "Check1"};  ///< hides the row of menus
