@@ -9,7 +9,9 @@ App::App(Desktop& desktop, const Clock& clock, const DriveMap& drives, AppSettin
       ProductCard(desktop, TheSession),
       Picker(desktop, TheSession, Stock, ProductCard),
       PickDialog(desktop, TheSession, Stock),
-      Main(desktop, TheSession, Stock, settings.executable, {About, ProductCard}, [this] { ShutdownApplication(); }),
+      PanelCopy(desktop, TheSession, drives),
+      Main(desktop, TheSession, Stock, settings.executable, {About, ProductCard, PanelCopy},
+           [this] { ShutdownApplication(); }),
       Splash(desktop, TheSession, drives, settings.executable, Main),
       desktop_(desktop) {
   ProductCard.ProductsChanged = [this] { Main.Catalogue.RequeryProducts(); };

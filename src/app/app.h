@@ -6,6 +6,7 @@
 #include "app/frm_splash.h"
 #include "app/frm_splash1.h"
 #include "core/session.h"
+#include "panels/form_copy.h"
 #include "platform/drive_map.h"
 #include "reference/frm_plu.h"
 #include "reference/frm_plu_dial.h"
@@ -41,6 +42,7 @@ class App {
   frmPLU ProductCard;
   frmPLUpodb Picker;
   frmPLUdial PickDialog;
+  FormCopy PanelCopy;
   Form2 Main;
   frmSplash1 Splash;
 

@@ -38,7 +38,7 @@ Form2::Form2(Desktop& desktop, Session& session, ModuleReg& stock, std::string e
       KassaLite(*this, session),
       Catalogue(*this, session, stock, screens.ProductCard),
       Cards(*this, session),
-      Panels(*this, session),
+      Panels(*this, session, screens.PanelCopy),
       Journal(*this, session),
       session_(session),
       executable_(std::move(executable)),
@@ -49,6 +49,14 @@ Form2::Form2(Desktop& desktop, Session& session, ModuleReg& stock, std::string e
   Unload = [this] { shutdown_(); };
   TabStrip1.Click = [this] { TabStrip1_Click(); };
   Check1.Click = [this] { Check1_Click(); };
+  Catalogue.ChooseForPanel = [this] { Panels.ChooseProduct(); };
+  Panels.RefreshCatalogue = [this] { Catalogue.DataGrid1[1].Refresh(); };
+  Panels.SearchCatalogue = [this](const std::string& text) {
+    Catalogue.TextFind[1].Text = "";
+    Catalogue.TextFind[1].UserType(text);
+    Catalogue.TextFind[1].SetFocus();
+  };
+  Panels.ClearSearch = [this] { Catalogue.TextFind[1].Text = ""; };
   mnuAbout.Click = [this] { screens_.About.Show(); };
   Complete();
 }

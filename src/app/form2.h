@@ -6,6 +6,7 @@
 
 #include "core/session.h"
 #include "documents/journal_tab.h"
+#include "panels/form_copy.h"
 #include "panels/panel_tab.h"
 #include "reference/cards_tab.h"
 #include "reference/catalogue_tab.h"
@@ -18,10 +19,11 @@ namespace zrt {
 /// The main window: the shell with its tab strip and menus. Each tab is a section of its own.
 class Form2 final : public Form {
  public:
-  /// The screens that menu entries open.
+  /// The screens that menu entries and tabs open.
   struct Screens {
     Form& About;
     frmPLU& ProductCard;
+    FormCopy& PanelCopy;
   };
 
   /// `executable`: file name of this program, the window's title. `shutdown` runs when the window is unloaded.
