@@ -129,7 +129,6 @@ class PanelEditor(unittest.TestCase):
         self.assertEqual(box.text.split("\n")[0], "Дублировать все данные ")
         self.assertRegex(box.text.split("\n")[1], r"^из панели .+ уровень 1$")
         self.assertRegex(box.text.split("\n")[2], r"^в панель .+ уровень 3 \?$")
-        program.picture("FormCopy-question")
         box.press("OK")
         first = [code for _, code in self.filled()[:30]]
         wait_for("the level copied", lambda: [code for _, code in self.filled()[-30:]] == first)
