@@ -9,8 +9,10 @@ App::App(Desktop& desktop, const Clock& clock, const DriveMap& drives, AppSettin
       ProductCard(desktop, TheSession),
       Picker(desktop, TheSession, Stock, ProductCard),
       PickDialog(desktop, TheSession, Stock),
+      DiscountCard(desktop, TheSession),
+      CardKinds(desktop, TheSession),
       PanelCopy(desktop, TheSession, drives),
-      Main(desktop, TheSession, Stock, settings.executable, {About, ProductCard, PanelCopy},
+      Main(desktop, TheSession, Stock, settings.executable, {About, ProductCard, DiscountCard, CardKinds, PanelCopy},
            [this] { ShutdownApplication(); }),
       Splash(desktop, TheSession, drives, settings.executable, Main),
       desktop_(desktop) {
@@ -18,6 +20,7 @@ App::App(Desktop& desktop, const Clock& clock, const DriveMap& drives, AppSettin
   ProductCard.ShowSaved = {[this](const std::string& name) { Main.Catalogue.ShowProduct(name); },
                            [this](const std::string& name) { Picker.ShowProduct(name); }};
   Picker.DeleteProduct = [this](std::int32_t cod) { Main.Catalogue.DeleteProduct(cod); };
+  DiscountCard.CardSaved = [this](const std::string& barcode) { Main.Cards.ShowCard(barcode); };
   desktop_.OnUserAction = [this] { TheSession.MainConnection.AllowReopen(); };
   desktop_.OnRuntimeError = [this] {
     if (!started_) desktop_.Quit(1);

@@ -8,9 +8,11 @@
 #include "core/session.h"
 #include "panels/form_copy.h"
 #include "platform/drive_map.h"
+#include "reference/frm_dk.h"
 #include "reference/frm_plu.h"
 #include "reference/frm_plu_dial.h"
 #include "reference/frm_plu_podb.h"
+#include "reference/frm_vdk.h"
 #include "stock/module_reg.h"
 #include "ui/desktop.h"
 
@@ -42,6 +44,8 @@ class App {
   frmPLU ProductCard;
   frmPLUpodb Picker;
   frmPLUdial PickDialog;
+  frmDK DiscountCard;
+  frmVDk CardKinds;
   FormCopy PanelCopy;
   Form2 Main;
   frmSplash1 Splash;

@@ -37,7 +37,7 @@ Form2::Form2(Desktop& desktop, Session& session, ModuleReg& stock, std::string e
       Sales(*this, session),
       KassaLite(*this, session),
       Catalogue(*this, session, stock, screens.ProductCard),
-      Cards(*this, session),
+      Cards(*this, session, screens.DiscountCard, screens.CardKinds),
       Panels(*this, session, screens.PanelCopy),
       Journal(*this, session),
       session_(session),
@@ -194,7 +194,7 @@ void Form2::OpenSets() {
   Panels.OpenLayout();
   Sales.LblInf.Caption = Sales.TextDate.Caption();
   Cards.OpenCards();
-  Cards.OpenCardKinds();
+  screens_.CardKinds.OpenCardKinds();
   Cards.OpenWaiters();
 }
 

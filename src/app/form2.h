@@ -23,6 +23,8 @@ class Form2 final : public Form {
   struct Screens {
     Form& About;
     frmPLU& ProductCard;
+    frmDK& DiscountCard;
+    frmVDk& CardKinds;
     FormCopy& PanelCopy;
   };
 

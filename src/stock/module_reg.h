@@ -1,8 +1,8 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <string>
 
 #include "core/session.h"
@@ -71,6 +71,8 @@ class ModuleReg {
   void BroadcastToForm(std::int32_t cod, std::int32_t kol, std::int32_t price, std::uint8_t form_code);
 
  private:
+  /// Balance and what was sold in the 24 hours from `start`, row by row, under a progress bar that is gone afterwards.
+  void CopyToTerminals(const Recordset& catalogue, const std::string& start, ProgressBar& progress);
   void WriteBalances(std::int32_t doc, Recordset& codes, const std::string& date);
   std::int32_t FirstInt32(std::string sql);
 

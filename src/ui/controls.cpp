@@ -217,6 +217,11 @@ int ComboBox::ListIndex() const {
   return found == Items().end() ? -1 : static_cast<int>(found - Items().begin());
 }
 
+void ComboBox::SelectAll() {
+  SelStart = 0;
+  SelLength = static_cast<int>(Length(Text()));
+}
+
 void ComboBox::UserChoose(const std::string& item) {
   if (!IsUsable()) return;
   if (std::find(Items().begin(), Items().end(), item) == Items().end()) {

@@ -169,12 +169,15 @@ class ComboBox final : public Control {
   Property<std::vector<std::string>> Items{*this, "Items"};
   Property<std::string> Text{*this, "Text"};
   Property<bool> Editable{*this, "Editable", true};  ///< a text that is no item can be typed
+  Property<int> SelStart{*this, "SelStart", 0};      ///< of an editable one: characters before the cursor
+  Property<int> SelLength{*this, "SelLength", 0};    ///< and characters selected
   Event<> Click{*this, "Click"};                     ///< an item was chosen
   Event<> Change{*this, "Change"};                   ///< a text was typed
 
   void AddItem(std::string item);
   void Clear();           ///< no items, no text
   int ListIndex() const;  ///< index of Text among the items from 0, -1 if it is none
+  void SelectAll();
 
   void UserChoose(const std::string& item);
   void UserType(const std::string& text);

@@ -16,7 +16,7 @@ class FormWindow;
 
 /// The host that shows forms in real windows. It knows kinds of controls and no form: what a window holds is in the
 /// form's definition. Needs an application set up by SetUpApplication.
-class QtDesktop final : public Desktop {
+class QtDesktop : public Desktop {
  public:
   /// `drives` fills the lists of drives and folders; it must outlive the desktop.
   QtDesktop(RegionalFormat format, const DriveMap& drives);
