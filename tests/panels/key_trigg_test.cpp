@@ -128,7 +128,6 @@ TEST_F(KeyTrigg, SizesFitSixteenBitsOrFail) {
 TEST_F(KeyTrigg, EveryPressIsReportedAlsoOfTheHalfThatIsOn) {
   std::string halves;
   key_.Click = [&](std::uint8_t& half) { halves += std::to_string(half) + std::to_string(key_.Trigger()) + " "; };
-  form_.FindControl("CmdMenu");
   Frame sensor(form_, "FrameSensor");
   sensor.Visible = true;
   key_.UserPress(1);
