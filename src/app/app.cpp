@@ -14,6 +14,7 @@ App::App(Desktop& desktop, const Clock& clock, const DriveMap& drives, AppSettin
       Clear(desktop, TheSession),
       ClearLite(desktop, TheSession),
       DelChek(desktop, TheSession),
+      PanelCopy(desktop, TheSession, drives),
       Main(desktop, TheSession, Stock, drives, settings.executable,
            {.About = About,
             .ProductCard = ProductCard,
@@ -21,7 +22,8 @@ App::App(Desktop& desktop, const Clock& clock, const DriveMap& drives, AppSettin
             .CardKinds = CardKinds,
             .Clear = Clear,
             .ClearLite = ClearLite,
-            .DelChek = DelChek},
+            .DelChek = DelChek,
+            .PanelCopy = PanelCopy},
            [this] { ShutdownApplication(); }),
       Splash(desktop, TheSession, drives, settings.executable, Main),
       desktop_(desktop) {

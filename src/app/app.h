@@ -6,6 +6,7 @@
 #include "app/frm_splash.h"
 #include "app/frm_splash1.h"
 #include "core/session.h"
+#include "panels/form_copy.h"
 #include "platform/drive_map.h"
 #include "reference/frm_dk.h"
 #include "reference/frm_plu.h"
@@ -50,6 +51,7 @@ class App {
   frmClear Clear;
   frmClearLite ClearLite;
   frmDelChek DelChek;
+  FormCopy PanelCopy;
   Form2 Main;
   frmSplash1 Splash;
 

@@ -38,7 +38,7 @@ Form2::Form2(Desktop& desktop, Session& session, ModuleReg& stock, const DriveMa
       KassaLite(*this, session),
       Catalogue(*this, session, stock, screens.ProductCard),
       Cards(*this, session, screens.DiscountCard, screens.CardKinds),
-      Panels(*this, session),
+      Panels(*this, session, screens.PanelCopy),
       Journal(*this, session),
       session_(session),
       executable_(std::move(executable)),
@@ -51,6 +51,14 @@ Form2::Form2(Desktop& desktop, Session& session, ModuleReg& stock, const DriveMa
   Check1.Click = [this] { Check1_Click(); };
   mnuClearProd.Click = [this] { screens_.Clear.Open(); };
   mnuDelCheck.Click = [this] { screens_.DelChek.Show(); };
+  Catalogue.ChooseForPanel = [this] { Panels.ChooseProduct(); };
+  Panels.RefreshCatalogue = [this] { Catalogue.DataGrid1[1].Refresh(); };
+  Panels.SearchCatalogue = [this](const std::string& text) {
+    Catalogue.TextFind[1].Text = "";
+    Catalogue.TextFind[1].UserType(text);
+    Catalogue.TextFind[1].SetFocus();
+  };
+  Panels.ClearSearch = [this] { Catalogue.TextFind[1].Text = ""; };
   mnuAbout.Click = [this] { screens_.About.Show(); };
   KassaLite.CmdDelProdLite.Click = [this] { screens_.ClearLite.Open(); };
   Complete();

@@ -6,6 +6,7 @@
 
 #include "core/session.h"
 #include "documents/journal_tab.h"
+#include "panels/form_copy.h"
 #include "panels/panel_tab.h"
 #include "platform/drive_map.h"
 #include "reference/cards_tab.h"
@@ -21,7 +22,7 @@ namespace zrt {
 /// The main window: the shell with its tab strip and menus. Each tab is a section of its own.
 class Form2 final : public Form {
  public:
-  /// The screens that menu entries open.
+  /// The screens that menu entries and tabs open.
   struct Screens {
     Form& About;
     frmPLU& ProductCard;
@@ -30,6 +31,7 @@ class Form2 final : public Form {
     frmClear& Clear;
     frmClearLite& ClearLite;
     frmDelChek& DelChek;
+    FormCopy& PanelCopy;
   };
 
   /// `drives`: where files go. `executable`: file name of this program, the window's title. `shutdown` runs when the
