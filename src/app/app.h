@@ -7,12 +7,15 @@
 #include "app/frm_splash1.h"
 #include "core/session.h"
 #include "documents/documents.h"
+#include "panels/form_copy.h"
 #include "platform/drive_map.h"
 #include "reference/frm_dk.h"
 #include "reference/frm_plu.h"
 #include "reference/frm_plu_dial.h"
 #include "reference/frm_plu_podb.h"
 #include "reference/frm_vdk.h"
+#include "sales/frm_clear.h"
+#include "sales/frm_del_chek.h"
 #include "stock/module_reg.h"
 #include "ui/desktop.h"
 
@@ -47,6 +50,10 @@ class App {
   Documents StockDocuments;
   frmDK DiscountCard;
   frmVDk CardKinds;
+  frmClear Clear;
+  frmClearLite ClearLite;
+  frmDelChek DelChek;
+  FormCopy PanelCopy;
   Form2 Main;
   frmSplash1 Splash;
 

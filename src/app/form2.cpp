@@ -31,14 +31,14 @@ constexpr std::uint8_t kVersionWithTwoMenus = 3;
 
 }  // namespace
 
-Form2::Form2(Desktop& desktop, Session& session, ModuleReg& stock, std::string executable, Screens screens,
-             std::function<void()> shutdown)
+Form2::Form2(Desktop& desktop, Session& session, ModuleReg& stock, const DriveMap& drives, std::string executable,
+             Screens screens, std::function<void()> shutdown)
     : Form(desktop, "Form2"),
-      Sales(*this, session),
+      Sales(*this, session, drives),
       KassaLite(*this, session),
       Catalogue(*this, session, stock, screens.ProductCard),
       Cards(*this, session, screens.DiscountCard, screens.CardKinds),
-      Panels(*this, session),
+      Panels(*this, session, screens.PanelCopy),
       Journal(*this, session, screens.StockDocuments),
       session_(session),
       executable_(std::move(executable)),
@@ -59,7 +59,18 @@ Form2::Form2(Desktop& desktop, Session& session, ModuleReg& stock, std::string e
   mnuRegistr.Click = [this] { screens_.StockDocuments.Register.Show(); };
   mnuDelOneDoc.Click = [this] { Journal.DeleteOneDoc(); };
   mnuClearDoc.Click = [this] { Journal.DeleteAllDocs(); };
+  mnuClearProd.Click = [this] { screens_.Clear.Open(); };
+  mnuDelCheck.Click = [this] { screens_.DelChek.Show(); };
+  Catalogue.ChooseForPanel = [this] { Panels.ChooseProduct(); };
+  Panels.RefreshCatalogue = [this] { Catalogue.DataGrid1[1].Refresh(); };
+  Panels.SearchCatalogue = [this](const std::string& text) {
+    Catalogue.TextFind[1].Text = "";
+    Catalogue.TextFind[1].UserType(text);
+    Catalogue.TextFind[1].SetFocus();
+  };
+  Panels.ClearSearch = [this] { Catalogue.TextFind[1].Text = ""; };
   mnuAbout.Click = [this] { screens_.About.Show(); };
+  KassaLite.CmdDelProdLite.Click = [this] { screens_.ClearLite.Open(); };
   Complete();
 }
 

@@ -359,26 +359,6 @@ void TabStrip::UserChoose(const std::string& key) {
   Click.Raise();
 }
 
-// CmdKeyTrigg
-
-CmdKeyTrigg::CmdKeyTrigg(Form& form, std::string name)
-    : Control(form, std::move(name), {"QWidget/keytrigg", "KeyTriggWidget", "KeyTriggWidget/keytrigg"}) {}
-
-void CmdKeyTrigg::UserPress(std::uint8_t half) {
-  if (!IsUsable()) return;
-  Trigger = half;
-  Click.Raise(half);
-}
-
-void CmdKeyTrigg::UserSet(const std::string& value) {
-  if (value != "1" && value != "2") throw Error(Name() + " has the halves 1 and 2");
-  UserPress(value == "1" ? 1 : 2);
-}
-
-void CmdKeyTrigg::UserClick() {
-  UserPress(Trigger() == 1 ? 2 : 1);
-}
-
 // Timer
 
 Timer::Timer(Form& form, std::string name, int interval_ms, bool enabled) : Element(std::move(name)), form_(form) {

@@ -278,22 +278,6 @@ class TabStrip final : public Control {
   void UserSet(const std::string& value) override { UserChoose(value); }
 };
 
-/// The program's own two-position key: one wide button with two halves; its caption says which half is on.
-class CmdKeyTrigg final : public Control {
- public:
-  CmdKeyTrigg(Form& form, std::string name);
-  Property<std::string> Caption_1{*this, "Caption_1"};
-  Property<std::string> Caption_2{*this, "Caption_2"};
-  Property<std::uint8_t> Trigger{*this, "Trigger", 1};
-  Event<std::uint8_t> Click{*this, "Click"};  ///< with the half just pressed, also when it was on already
-
-  /// Caption of the half that is on; any Trigger but 1 shows the second.
-  const std::string& Caption() const { return Trigger() == 1 ? Caption_1() : Caption_2(); }
-  void UserPress(std::uint8_t half);
-  void UserSet(const std::string& value) override;  ///< "1" or "2"
-  void UserClick() override;                        ///< presses the half that is off
-};
-
 /// Fires after Interval milliseconds, again and again while it is enabled. Not part of a definition.
 class Timer final : public Element {
  public:

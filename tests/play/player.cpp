@@ -3,6 +3,7 @@
 #include <fnmatch.h>
 
 #include <fstream>
+#include <iostream>
 #include <map>
 #include <sstream>
 
@@ -113,7 +114,7 @@ void Player::Perform(const Line& line) {
       {"row", &Player::GoToRow},     {"pick", &Player::Pick},      {"drag", &Player::Drag},
       {"timer", &Player::FireTimer}, {"expect", &Player::Expect},  {"cell", &Player::CheckCell},
       {"rows", &Player::CheckRows},  {"file", &Player::CheckFile}, {"file-write", &Player::WriteFile},
-      {"fault", &Player::SetFault}};
+      {"fault", &Player::SetFault},  {"show", &Player::ShowGrid}};
 
   const std::string& verb = Word(line, 0);
   if (verb == "start") return Start();
@@ -309,6 +310,17 @@ void Player::Expect(const Line& line) {
 void Player::CheckCell(const Line& line) {
   const auto& grid = As<DataGrid>(Find(Word(line, 1)));
   CheckEqual("the cell", Word(line, 4), grid.CellText(Number(line, 2), Word(line, 3)));
+}
+
+void Player::ShowGrid(const Line& line) {
+  const auto& grid = As<DataGrid>(Find(Word(line, 1)));
+  std::cout << grid.Name() << "\t" << grid.Rows() << "\n";
+  const int columns = static_cast<int>(grid.Columns().size());
+  for (int row = 1; row <= grid.Rows(); ++row) {
+    for (int column = 0; column < columns; ++column)
+      std::cout << (column > 0 ? "\t" : "") << grid.CellText(row, column);
+    std::cout << "\n";
+  }
 }
 
 void Player::CheckRows(const Line& line) {

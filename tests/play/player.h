@@ -67,6 +67,9 @@ class Player final : public test::HeadlessDesktop {
   void FireTimer(const Line& line);
   void Expect(const Line& line);
   void CheckCell(const Line& line);
+  /// Prints a grid to the standard output, for who plays it: a line with its name and the number of rows, then the rows
+  /// as shown, cells apart by tabs.
+  void ShowGrid(const Line& line);
   void CheckRows(const Line& line);
   void CheckFile(const Line& line);
   void WriteFile(const Line& line);

@@ -703,13 +703,27 @@ class KeyTriggView final : public ControlView {
     Start();
   }
   void Show(const PropertyBase& property) override {
-    if (&property == &key_.Trigger || &property == &key_.Caption_1 || &property == &key_.Caption_2) {
-      return widget_->ShowState(ToQt(key_.Caption()), key_.Trigger() == 1);
-    }
     ControlView::Show(property);
+    ShowLook();
   }
 
+ protected:
+  bool KeyLeft(const Key& key) override {
+    const bool presses = key.code == Key::kEnter || key.text == " ";
+    if (presses) Act([this] { key_.UserClick(); });
+    return presses;
+  }
+  /// The widget paints its colours by itself.
+  void ShowColours() override {}
+
  private:
+  void ShowLook() {
+    const auto picture = [](const std::string& name) { return name.empty() ? QPixmap() : QPixmap(ToQt(name)); };
+    widget_->ShowLook({ToQt(key_.Label0()), picture(key_.FirstImage()), picture(key_.SecondImage()),
+                       OwnColour(key_.BackColor()), OwnColour(key_.ForeColor()), OwnColour(key_.GrndColor()),
+                       key_.Sizes(), key_.SizeFont(), key_.ImgTop(), key_.Img1Left(), key_.Img2Left()});
+  }
+
   CmdKeyTrigg& key_;
   KeyTriggWidget* widget_;
 };
