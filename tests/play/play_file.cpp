@@ -33,8 +33,7 @@ class TemporaryFolder {
 
 }  // namespace
 
-bool PlayFile(const std::string& name, const DatabaseAddress& database,
-              const std::optional<std::filesystem::path>& drives) {
+bool PlayFile(const std::string& name, const DatabaseAddress& database, const PlayOptions& options) {
   try {
     std::ifstream file(name, std::ios::binary);
     if (!file) throw FileError(name, "can't be read");
@@ -42,7 +41,7 @@ bool PlayFile(const std::string& name, const DatabaseAddress& database,
     text << file.rdbuf();
     const auto script = ReadScript(text.str());
     const TemporaryFolder own;
-    Player player(database, drives.value_or(own.Path()));
+    Player player(database, options.drives.value_or(own.Path()), options.grids);
     player.Run(script);
     return true;
   } catch (const Failure& failure) {

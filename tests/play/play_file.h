@@ -8,10 +8,14 @@
 
 namespace zrt::play {
 
-/// Plays one file on `database`, with the drives below `drives`, or an empty drive of its own that is gone afterwards.
-/// False when a line doesn't hold; the line, what was expected and what was there are printed to the standard error
-/// then.
-bool PlayFile(const std::string& name, const DatabaseAddress& database,
-              const std::optional<std::filesystem::path>& drives = {});
+/// What who plays a file wants of it beyond its lines.
+struct PlayOptions {
+  std::optional<std::filesystem::path> drives;  ///< without it an empty drive that is gone afterwards
+  std::ostream* grids = nullptr;                ///< where grids are printed, see Player
+};
+
+/// Plays one file on `database`. False when a line doesn't hold; the line, what was expected and what was there are
+/// printed to the standard error then.
+bool PlayFile(const std::string& name, const DatabaseAddress& database, const PlayOptions& options = {});
 
 }  // namespace zrt::play

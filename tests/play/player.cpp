@@ -3,7 +3,6 @@
 #include <fnmatch.h>
 
 #include <fstream>
-#include <iostream>
 #include <map>
 #include <sstream>
 
@@ -78,8 +77,8 @@ class Player::Faults final : public FaultSource {
   bool cut_ = false;
 };
 
-Player::Player(DatabaseAddress database, std::filesystem::path drives)
-    : database_(std::move(database)), drives_(std::move(drives)), faults_(std::make_unique<Faults>()) {
+Player::Player(DatabaseAddress database, std::filesystem::path drives, std::ostream* grids)
+    : database_(std::move(database)), drives_(std::move(drives)), grids_(grids), faults_(std::make_unique<Faults>()) {
   terminal_.Open(MainConnectionString(database_));
 }
 
@@ -114,7 +113,7 @@ void Player::Perform(const Line& line) {
       {"row", &Player::GoToRow},     {"pick", &Player::Pick},      {"drag", &Player::Drag},
       {"timer", &Player::FireTimer}, {"expect", &Player::Expect},  {"cell", &Player::CheckCell},
       {"rows", &Player::CheckRows},  {"file", &Player::CheckFile}, {"file-write", &Player::WriteFile},
-      {"fault", &Player::SetFault},  {"show", &Player::ShowGrid}};
+      {"fault", &Player::SetFault}};
 
   const std::string& verb = Word(line, 0);
   if (verb == "start") return Start();
@@ -305,6 +304,8 @@ void Player::Expect(const Line& line) {
   const std::optional<std::string> value = element.Ask(what.substr(dot + 1));
   if (!value) Fail("no such property");
   CheckEqual(what, Word(line, 2), *value);
+  if (const auto* grid = dynamic_cast<const DataGrid*>(&element); grids_ != nullptr && grid != nullptr)
+    PrintGrid(*grid);
 }
 
 void Player::CheckCell(const Line& line) {
@@ -312,14 +313,12 @@ void Player::CheckCell(const Line& line) {
   CheckEqual("the cell", Word(line, 4), grid.CellText(Number(line, 2), Word(line, 3)));
 }
 
-void Player::ShowGrid(const Line& line) {
-  const auto& grid = As<DataGrid>(Find(Word(line, 1)));
-  std::cout << grid.Name() << "\t" << grid.Rows() << "\n";
+void Player::PrintGrid(const DataGrid& grid) {
+  *grids_ << grid.Name() << "\t" << grid.Rows() << "\n";
   const int columns = static_cast<int>(grid.Columns().size());
   for (int row = 1; row <= grid.Rows(); ++row) {
-    for (int column = 0; column < columns; ++column)
-      std::cout << (column > 0 ? "\t" : "") << grid.CellText(row, column);
-    std::cout << "\n";
+    for (int column = 0; column < columns; ++column) *grids_ << (column > 0 ? "\t" : "") << grid.CellText(row, column);
+    *grids_ << "\n";
   }
 }
 

@@ -21,8 +21,9 @@ struct Failure {
 /// The operator of a play: the program's third host. Runs the lines of a script on the real forms and a real server.
 class Player final : public test::HeadlessDesktop {
  public:
-  /// `drives`: empty folder for the drives of the program's machine.
-  Player(DatabaseAddress database, std::filesystem::path drives);
+  /// `drives`: empty folder for the drives of the program's machine. `grids`: where to print each grid whose number of
+  /// rows a line expects, for who counts them himself; nullptr prints none.
+  Player(DatabaseAddress database, std::filesystem::path drives, std::ostream* grids = nullptr);
   ~Player() override;
 
   /// Throws Failure, naming the line, what was expected and what was there.
@@ -67,9 +68,8 @@ class Player final : public test::HeadlessDesktop {
   void FireTimer(const Line& line);
   void Expect(const Line& line);
   void CheckCell(const Line& line);
-  /// Prints a grid to the standard output, for who plays it: a line with its name and the number of rows, then the rows
-  /// as shown, cells apart by tabs.
-  void ShowGrid(const Line& line);
+  /// A line with the grid's name and the number of its rows, then the rows as shown, cells apart by tabs.
+  void PrintGrid(const DataGrid& grid);
   void CheckRows(const Line& line);
   void CheckFile(const Line& line);
   void WriteFile(const Line& line);
@@ -84,6 +84,7 @@ class Player final : public test::HeadlessDesktop {
 
   DatabaseAddress database_;
   DriveMap drives_;
+  std::ostream* grids_;
   test::FixedClock clock_;
   std::unique_ptr<Faults> faults_;
   std::unique_ptr<App> app_;

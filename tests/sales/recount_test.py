@@ -220,6 +220,10 @@ class Walk:
     def expect(self, what, value):
         self.do(f'expect {what} "{value}"')
 
+    def show(self, grid, rows):
+        """Has the player print the grid, which must have so many rows."""
+        self.do(f"expect {grid}.Rows {rows}")
+
     def save(self, beginning, rows):
         """The operator's two presses; the file's name, or nothing where there is nothing to save."""
         self.now += datetime.timedelta(seconds=1)
@@ -237,7 +241,7 @@ class Walk:
         file = os.path.join(self.drives, "walk.play")
         with open(file, "w", encoding="utf-8") as play:
             play.write(f"clock {NOW:%Y-%m-%d %H:%M:%S}\n" + "\n".join(self.lines) + "\n")
-        done = subprocess.run([PLAY, "--server", HOST, "--database", SCHEMA, "--drives", self.drives, file],
+        done = subprocess.run([PLAY, "--server", HOST, "--database", SCHEMA, "--drives", self.drives, "--grids", file],
                               stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
         if done.returncode != 0:
             raise AssertionError(done.stderr)
@@ -316,7 +320,7 @@ class Recount(unittest.TestCase):
                     walk.expect("LblKol.Caption", places(quantity, 3, grouped=True) if state.quantity and sold else "")
                     if state.ordered != "as they were":
                         before = orders(shop, dated, state.ordered)
-                    walk.do("show DataGrid4")
+                    walk.show("DataGrid4", len(before))
                     checks.append(lambda found=before, name=name: self.same_orders(
                         walk.grid("DataGrid4"), found, Order.order_cells, 7, name))
                     if grid == 0:
@@ -334,7 +338,7 @@ class Recount(unittest.TestCase):
         self.assertGreater(len(checks), 120)
 
     def plan_sales(self, walk, checks, state, sold, total, name):
-        walk.do("show DataGrid3")
+        walk.show("DataGrid3", len(sold))
 
         def check_grid():
             rows = walk.grid("DataGrid3")
@@ -360,7 +364,7 @@ class Recount(unittest.TestCase):
         checks.append(check_file)
 
     def plan_deletions(self, walk, checks, rows, name):
-        walk.do("show DataGrid11")
+        walk.show("DataGrid11", len(rows))
         checks.append(lambda: self.same_rows(walk.grid("DataGrid11"), [deletion_cells(self.shop, r) for r in rows], name))
         file = walk.save("Delete", rows)
         if file is None:
@@ -375,7 +379,7 @@ class Recount(unittest.TestCase):
         checks.append(check_file)
 
     def plan_detail(self, walk, checks, expected, name):
-        walk.do("show DataGrid2")
+        walk.show("DataGrid2", len(expected))
         checks.append(lambda: self.same_orders(walk.grid("DataGrid2"), expected,
                                                lambda order: order.detail_cells(self.shop), 1, name))
         file = walk.save("Zakaz", expected)
@@ -398,7 +402,8 @@ class Recount(unittest.TestCase):
         walk.do("click CmdDG_2", f"set Text2 {line.NUM}", f"set Text7 {line.TER}", "key Text2 Enter")
         walk.expect("LblInf.Caption", f"заказ № {line.NUM}")
         walk.expect("LblSum.Caption", total)
-        walk.do("show DataGrid3", "show DataGrid4")
+        walk.show("DataGrid3", len(sold))
+        walk.show("DataGrid4", 1)
         file = walk.save("ProdChek", sold)
         walk.play()
         self.same_rows(walk.grid("DataGrid3"), [sales_cells(l) for l in sold], "the order's lines")
@@ -426,10 +431,10 @@ class Recount(unittest.TestCase):
                 fitting = [k for k in shop.cash if fits(k) and (not dated or within(stamp(k.DAT)))]
                 total = amount(sum(D(k.SUM1) - D(k.SKID) for k in fitting)) if dated and fitting else ""
                 walk.expect("LblSumLite.Caption", total)
-                walk.do("show DataGrid7")
                 rows = [[k.OPER, places(k.SUM1, 2), places(k.SKID, 2), places(k.SUM2, 2), moment_always(stamp(k.DAT)),
                          k.PERS, k.TER, k.NUM, "" if k.N5 == "0" else k.N5 or "", k.N6 or "",
                          "Z" if k.N4 not in (None, "0") else ""] for k in fitting if D(k.SUM1) > 0]
+                walk.show("DataGrid7", len(rows))
 
                 def check(rows=rows, info=info):
                     found = walk.grid("DataGrid7")
