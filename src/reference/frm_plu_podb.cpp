@@ -206,7 +206,8 @@ void frmPLUpodb::ClearForm(bool refresh) {
 
 void frmPLUpodb::BackToChoice() {
   if (chosen_by_barcode_) return CmnFindBar.SetFocus();
-  TextFind.SetFocus();
+  // The next name is typed over the last one.
+  FocusWhole(TextFind);
 }
 
 void frmPLUpodb::CmdDelPLU_Click() {
