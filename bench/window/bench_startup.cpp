@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include "../bare_client.h"
+#include "../recorder.h"
 #include "app/app.h"
 #include "platform/system_clock.h"
 #include "ui/qt/qt_application.h"
@@ -13,18 +14,10 @@
 namespace {
 
 using zrt::bench::Median;
+using zrt::bench::Recorder;
 using zrt::bench::Seconds;
 
 constexpr int kRounds = 5;
-
-class Recorder final : public zrt::FaultSource {
- public:
-  Verdict BeforeStatement(std::string_view sql) override {
-    statements.emplace_back(sql);
-    return Verdict::kRun;
-  }
-  std::vector<std::string> statements;
-};
 
 double StartUp(const zrt::DatabaseAddress& address, std::vector<std::string>& statements) {
   const zrt::SystemClock clock;

@@ -9,8 +9,25 @@ App::App(Desktop& desktop, const Clock& clock, const DriveMap& drives, AppSettin
       ProductCard(desktop, TheSession),
       Picker(desktop, TheSession, Stock, ProductCard),
       PickDialog(desktop, TheSession, Stock),
+      StockDocuments(desktop, TheSession, Stock, Picker, PickDialog),
+      DiscountCard(desktop, TheSession),
+      CardKinds(desktop, TheSession),
+      Clear(desktop, TheSession),
+      ClearLite(desktop, TheSession),
+      DelChek(desktop, TheSession),
+      PanelCopy(desktop, TheSession, drives),
       Reports(desktop, TheSession, Stock, Picker, drives, settings.printer, settings.spreadsheet),
-      Main(desktop, TheSession, Stock, settings.executable, {About, ProductCard, Reports},
+      Main(desktop, TheSession, Stock, drives, settings.executable,
+           {.About = About,
+            .ProductCard = ProductCard,
+            .StockDocuments = StockDocuments,
+            .DiscountCard = DiscountCard,
+            .CardKinds = CardKinds,
+            .Clear = Clear,
+            .ClearLite = ClearLite,
+            .DelChek = DelChek,
+            .PanelCopy = PanelCopy,
+            .Reports = Reports},
            [this] { ShutdownApplication(); }),
       Splash(desktop, TheSession, drives, settings.executable, Main),
       desktop_(desktop) {
@@ -18,6 +35,7 @@ App::App(Desktop& desktop, const Clock& clock, const DriveMap& drives, AppSettin
   ProductCard.ShowSaved = {[this](const std::string& name) { Main.Catalogue.ShowProduct(name); },
                            [this](const std::string& name) { Picker.ShowProduct(name); }};
   Picker.DeleteProduct = [this](std::int32_t cod) { Main.Catalogue.DeleteProduct(cod); };
+  DiscountCard.CardSaved = [this](const std::string& barcode) { Main.Cards.ShowCard(barcode); };
   desktop_.OnUserAction = [this] { TheSession.MainConnection.AllowReopen(); };
   desktop_.OnRuntimeError = [this] {
     if (!started_) desktop_.Quit(1);

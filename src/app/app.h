@@ -6,13 +6,19 @@
 #include "app/frm_splash.h"
 #include "app/frm_splash1.h"
 #include "core/session.h"
+#include "documents/documents.h"
+#include "panels/form_copy.h"
 #include "platform/drive_map.h"
 #include "platform/printer.h"
 #include "platform/workbook.h"
+#include "reference/frm_dk.h"
 #include "reference/frm_plu.h"
 #include "reference/frm_plu_dial.h"
 #include "reference/frm_plu_podb.h"
+#include "reference/frm_vdk.h"
 #include "reports/report_screens.h"
+#include "sales/frm_clear.h"
+#include "sales/frm_del_chek.h"
 #include "stock/module_reg.h"
 #include "ui/desktop.h"
 
@@ -46,6 +52,13 @@ class App {
   frmPLU ProductCard;
   frmPLUpodb Picker;
   frmPLUdial PickDialog;
+  Documents StockDocuments;
+  frmDK DiscountCard;
+  frmVDk CardKinds;
+  frmClear Clear;
+  frmClearLite ClearLite;
+  frmDelChek DelChek;
+  FormCopy PanelCopy;
   ReportScreens Reports;
   Form2 Main;
   frmSplash1 Splash;

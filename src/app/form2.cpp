@@ -31,15 +31,15 @@ constexpr std::uint8_t kVersionWithTwoMenus = 3;
 
 }  // namespace
 
-Form2::Form2(Desktop& desktop, Session& session, ModuleReg& stock, std::string executable, Screens screens,
-             std::function<void()> shutdown)
+Form2::Form2(Desktop& desktop, Session& session, ModuleReg& stock, const DriveMap& drives, std::string executable,
+             Screens screens, std::function<void()> shutdown)
     : Form(desktop, "Form2"),
-      Sales(*this, session),
+      Sales(*this, session, drives),
       KassaLite(*this, session),
       Catalogue(*this, session, stock, screens.ProductCard),
-      Cards(*this, session),
-      Panels(*this, session),
-      Journal(*this, session),
+      Cards(*this, session, screens.DiscountCard, screens.CardKinds),
+      Panels(*this, session, screens.PanelCopy),
+      Journal(*this, session, screens.StockDocuments),
       session_(session),
       executable_(std::move(executable)),
       screens_(screens),
@@ -49,7 +49,28 @@ Form2::Form2(Desktop& desktop, Session& session, ModuleReg& stock, std::string e
   Unload = [this] { shutdown_(); };
   TabStrip1.Click = [this] { TabStrip1_Click(); };
   Check1.Click = [this] { Check1_Click(); };
+  const std::pair<Menu*, std::uint8_t> documents[] = {
+      {&mnuDocDO, kind::kDailyReport},     {&mnuDocPN, kind::kIncoming},         {&mnuDocRN, kind::kOutgoing},
+      {&mnuDocSP, kind::kWriteOff},        {&mnuDocIN, kind::kInventory},        {&mnuPereozenk, kind::kPriceChange},
+      {&mnuDocPERplus, kind::kTransferIn}, {&mnuDocPERminus, kind::kTransferOut}};
+  for (const auto& [menu, number] : documents) {
+    menu->Click = [this, kind = number] { screens_.StockDocuments.OpenNew(kind); };
+  }
+  mnuRegistr.Click = [this] { screens_.StockDocuments.Register.Show(); };
+  mnuDelOneDoc.Click = [this] { Journal.DeleteOneDoc(); };
+  mnuClearDoc.Click = [this] { Journal.DeleteAllDocs(); };
+  mnuClearProd.Click = [this] { screens_.Clear.Open(); };
+  mnuDelCheck.Click = [this] { screens_.DelChek.Show(); };
+  Catalogue.ChooseForPanel = [this] { Panels.ChooseProduct(); };
+  Panels.RefreshCatalogue = [this] { Catalogue.DataGrid1[1].Refresh(); };
+  Panels.SearchCatalogue = [this](const std::string& text) {
+    Catalogue.TextFind[1].Text = "";
+    Catalogue.TextFind[1].UserType(text);
+    Catalogue.TextFind[1].SetFocus();
+  };
+  Panels.ClearSearch = [this] { Catalogue.TextFind[1].Text = ""; };
   mnuAbout.Click = [this] { screens_.About.Show(); };
+  KassaLite.CmdDelProdLite.Click = [this] { screens_.ClearLite.Open(); };
   mnuSystem.Click = [this] { screens_.Reports.TextReports.Show(); };
   mnuTabel.Click = [this] { screens_.Reports.Staff.Show(); };
   mnuTabelChk.Click = [this] { screens_.Reports.AverageOrder.Show(); };
@@ -193,7 +214,7 @@ void Form2::OpenSets() {
   Panels.OpenLayout();
   Sales.LblInf.Caption = Sales.TextDate.Caption();
   Cards.OpenCards();
-  Cards.OpenCardKinds();
+  screens_.CardKinds.OpenCardKinds();
   Cards.OpenWaiters();
 }
 

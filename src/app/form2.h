@@ -6,10 +6,14 @@
 
 #include "core/session.h"
 #include "documents/journal_tab.h"
+#include "panels/form_copy.h"
 #include "panels/panel_tab.h"
+#include "platform/drive_map.h"
 #include "reference/cards_tab.h"
 #include "reference/catalogue_tab.h"
 #include "reports/report_screens.h"
+#include "sales/frm_clear.h"
+#include "sales/frm_del_chek.h"
 #include "sales/kassa_lite_tab.h"
 #include "sales/sales_tab.h"
 #include "ui/form.h"
@@ -19,16 +23,24 @@ namespace zrt {
 /// The main window: the shell with its tab strip and menus. Each tab is a section of its own.
 class Form2 final : public Form {
  public:
-  /// The screens that menu entries open.
+  /// The screens that menu entries and tabs open.
   struct Screens {
     Form& About;
     frmPLU& ProductCard;
+    Documents& StockDocuments;
+    frmDK& DiscountCard;
+    frmVDk& CardKinds;
+    frmClear& Clear;
+    frmClearLite& ClearLite;
+    frmDelChek& DelChek;
+    FormCopy& PanelCopy;
     ReportScreens& Reports;
   };
 
-  /// `executable`: file name of this program, the window's title. `shutdown` runs when the window is unloaded.
-  Form2(Desktop& desktop, Session& session, ModuleReg& stock, std::string executable, Screens screens,
-        std::function<void()> shutdown);
+  /// `drives`: where files go. `executable`: file name of this program, the window's title. `shutdown` runs when the
+  /// window is unloaded.
+  Form2(Desktop& desktop, Session& session, ModuleReg& stock, const DriveMap& drives, std::string executable,
+        Screens screens, std::function<void()> shutdown);
 
   TabStrip TabStrip1{*this, "TabStrip1"};
   CheckBox Check1{*this, "Check1"};  ///< hides the row of menus

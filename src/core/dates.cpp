@@ -92,13 +92,13 @@ std::string CutSqlDateTime(std::string_view screen_text) {
   return CutSqlDate(screen_text) + " " + Mid(screen_text, 12, 8);
 }
 
-std::string FileStamp(std::string_view screen_text) {
-  const std::string day = Mid(screen_text, 7, 4) + Mid(screen_text, 4, 2) + Mid(screen_text, 1, 2);
+std::string FileStamp(std::string_view date_time_text) {
   constexpr std::size_t kTwoDigitHour = 19;
-  if (screen_text.size() == kTwoDigitHour) {
-    return day + "_" + Mid(screen_text, 12, 2) + Mid(screen_text, 15, 2) + Mid(screen_text, 18, 2);
+  const std::string date = Mid(date_time_text, 7, 4) + Mid(date_time_text, 4, 2) + Mid(date_time_text, 1, 2);
+  if (Length(date_time_text) == kTwoDigitHour) {
+    return date + "_" + Mid(date_time_text, 12, 2) + Mid(date_time_text, 15, 2) + Mid(date_time_text, 18, 2);
   }
-  return day + "_0" + Mid(screen_text, 12, 1) + Mid(screen_text, 14, 2) + Mid(screen_text, 17, 2);
+  return date + "_0" + Mid(date_time_text, 12, 1) + Mid(date_time_text, 14, 2) + Mid(date_time_text, 17, 2);
 }
 
 }  // namespace zrt

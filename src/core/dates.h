@@ -51,9 +51,8 @@ std::string CutSqlDate(std::string_view screen_text);
 /// the date and a blank, which the server reads as midnight.
 std::string CutSqlDateTime(std::string_view screen_text);
 
-/// "yyyymmdd_hhmmss", the end of a report file's name, cut by position from the system's text of a moment: dd.mm.yyyy
-/// hh:mm:ss, where an hour of one digit gets its zero back. At midnight the text has no time and the stamp ends in
-/// "_0".
-std::string FileStamp(std::string_view screen_text);
+/// The end of a report file's name, cut by position from the system's date and time: "15.11.2026 19:05:01" ->
+/// "20261115_190501", and "15.11.2026 9:05:01" -> "20261115_090501". At midnight the text has no time: "20261115_0".
+std::string FileStamp(std::string_view date_time_text);
 
 }  // namespace zrt

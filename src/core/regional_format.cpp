@@ -83,6 +83,7 @@ std::string RegionalFormat::FormatNumber(double value, int decimals) const {
 }
 
 std::string RegionalFormat::FormatFixed(double value, std::string_view pattern) const {
+  if (pattern.ends_with('%')) return FormatFixed(value * 100, pattern.substr(0, pattern.size() - 1)) + "%";
   const std::size_t mark = pattern.find('.');
   const std::size_t decimals = mark == std::string_view::npos ? 0 : pattern.size() - mark - 1;
   const Digits digits = RoundDigits(value, static_cast<int>(decimals));

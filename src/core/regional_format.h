@@ -18,7 +18,7 @@ struct RegionalFormat {
   /// Halves round away from zero, as the platform's own number formatting does.
   std::string FormatNumber(double value, int decimals) const;
 
-  /// A grid's column format: "0.00" or "0.000" give that many decimals, not grouped.
+  /// A grid's column format: "0.00" or "0.000" give that many decimals, not grouped; "0.0%" shows 0,25 as "25,0%".
   std::string FormatFixed(double value, std::string_view pattern) const;
 
   /// The shortest text that reads back as `value`, with the decimal mark and no exponent: 1.5 -> "1,5", 2 -> "2".

@@ -1,5 +1,9 @@
 #include "documents/journal_tab.h"
 
+#include "core/numbers.h"
+#include "core/text.h"
+#include "ui/desktop.h"
+
 namespace zrt {
 
 namespace {
@@ -8,8 +12,17 @@ using Align = GridColumn::Align;
 
 }  // namespace
 
-JournalTab::JournalTab(Form& form, Session& session)
-    : FrameJourn(form, "FrameJourn"), DataGrid6(form, "DataGrid6"), session_(session) {}
+JournalTab::JournalTab(Form& form, Session& session, Documents& documents)
+    : FrameJourn(form, "FrameJourn"),
+      DataGrid6(form, "DataGrid6"),
+      form_(form),
+      session_(session),
+      documents_(documents) {
+  DataGrid6.DblClick = [this] { OpenDocument(); };
+  DataGrid6.KeyDown = [this](Key& key) {
+    if (key.code == Key::kEnter) OpenDocument();
+  };
+}
 
 void JournalTab::FirstFill() {
   session_.BindSet(session_.Pool().RsJournal,
@@ -37,6 +50,79 @@ void JournalTab::FormatJournalGrid() {
                     {"Summ", 1350, Align::kRight, "0.00"},
                     {"Klient", 3000, Align::kLeft},
                     {"Note", 3750, Align::kLeft}});
+}
+
+void JournalTab::OpenDocument() {
+  if (DataGrid6.Row() == 0) return;
+  const Recordset& journal = session_.Pool().RsJournal;
+  DocumentForm* const form = documents_.FormOf(journal.Field("Document").TextOrEmpty());
+  if (form == nullptr) return;
+  if (documents_.Form(form->Kind().journal_looks_at).DocOpen) {
+    form_.TheDesktop().MsgBox(form->Kind().open_already_in_journal);
+    return;
+  }
+  form->DocRun = !journal.Field("Entry").TextOrEmpty().empty();
+  form->DocId = ToInt32(journal.Field("Num").Number());
+  form->DocDate.reset();
+  if (!journal.Field("DateTime").IsNull()) form->DocDate = journal.Field("DateTime").Moment();
+  if (form->TextKlient) form->DocKlient = journal.Field("Klient").TextOrEmpty();
+  if (form->TextPrim) form->DocPrim = journal.Field("Note").TextOrEmpty();
+  form->Show();
+}
+
+bool JournalTab::PasswordIsRight(const char* title) {
+  Desktop& desktop = form_.TheDesktop();
+  if (desktop.InputBox("Введите пароль системного администратора", title) == kAdministratorPassword) return true;
+  desktop.MsgBox("Пароль неверный!", BoxIcon::kCritical);
+  return false;
+}
+
+void JournalTab::DeleteOneDoc() {
+  constexpr const char* kTitle = "Удаление ОДНОГО документа";
+  Desktop& desktop = form_.TheDesktop();
+  const std::string answer = desktop.InputBox("Введите номер документа", kTitle);
+  if (answer.empty()) return;
+  const std::optional<double> number = session_.Format().ParseNumber(answer);
+  if (!number) {
+    desktop.MsgBox("введите числовое значение!", BoxIcon::kCritical);
+    return;
+  }
+  const std::int32_t id = ToInt32(*number);
+  Recordset& head = session_.ReadOne(fmt::format("SELECT RUN,DTYPE FROM JOURNAL WHERE ID={}", id));
+  if (head.RecordCount() == 0) {
+    desktop.MsgBox(fmt::format("документа №{} НЕ существует!", id), BoxIcon::kCritical);
+    return;
+  }
+  const std::string dtype = Trim(head.Field("DTYPE").TextOrEmpty());
+  if (!head.IsNull(0) && dtype != kDocumentKinds[kind::kPriceChange].dtype) {
+    desktop.MsgBox(
+        fmt::format("документ {} №{} ПРОВЕДЁН!\n\rПеред удалением необходимо отменить проведение документа", dtype, id),
+        BoxIcon::kCritical);
+    return;
+  }
+  head.Close();
+  if (PasswordIsRight(kTitle)) {
+    session_.Write(fmt::format("DELETE FROM JOURNAL WHERE ID={}", id));
+    session_.Write(fmt::format("DELETE FROM REGISTR WHERE DOC={}", id));
+    session_.Write(fmt::format("DELETE FROM DOCINVENT WHERE DOC={}", id));
+    session_.Write(fmt::format("DELETE FROM DOCPRICE WHERE DOC={}", id));
+    desktop.MsgBox(fmt::format("Документ №{} удален!", id), BoxIcon::kExclamation);
+  }
+  Refresh();
+  DataGrid6.SetFocus();
+}
+
+void JournalTab::DeleteAllDocs() {
+  Desktop& desktop = form_.TheDesktop();
+  if (desktop.MsgBox("Удалить ВСЕ документы  и очистить регистр остатков?", BoxIcon::kQuestion,
+                     BoxButtons::kOkCancel) != BoxAnswer::kOk) {
+    return;
+  }
+  if (!PasswordIsRight("Удаление ВСЕХ документов")) return;
+  for (const char* table : {"JOURNAL", "REGISTR", "DOCUMENT", "DOCINVENT", "DOCPRICE"}) {
+    session_.Write(fmt::format("DELETE FROM {}", table));
+  }
+  desktop.MsgBox("Все документы удалены, регистр остатков обнулён!", BoxIcon::kExclamation);
 }
 
 }  // namespace zrt

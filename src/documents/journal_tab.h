@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/session.h"
+#include "documents/documents.h"
 #include "ui/controls.h"
 #include "ui/data_grid.h"
 #include "ui/form.h"
@@ -10,7 +11,7 @@ namespace zrt {
 /// The journal of stock documents in the main window; there only with a stock register.
 class JournalTab {
  public:
-  JournalTab(Form& form, Session& session);
+  JournalTab(Form& form, Session& session, Documents& documents);
 
   Frame FrameJourn;
   DataGrid DataGrid6;
@@ -21,11 +22,22 @@ class JournalTab {
   /// Throws DatabaseError.
   void Refresh();
 
+  /// Asks for a document's number and the password and deletes the document from everywhere; a posted one only if it is
+  /// a price change, which can't be unposted. Throws DatabaseError.
+  void DeleteOneDoc();
+  /// Asks, and for the password, and empties the journal, the register and the documents' lines. TOVAR keeps its
+  /// balances. Throws DatabaseError.
+  void DeleteAllDocs();
+
  private:
+  void OpenDocument();
+  bool PasswordIsRight(const char* title);
   void ShowNewest();
   void FormatJournalGrid();
 
+  Form& form_;
   Session& session_;
+  Documents& documents_;
 };
 
 }  // namespace zrt

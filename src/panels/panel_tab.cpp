@@ -3,9 +3,13 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <optional>
 
 #include "core/errors.h"
 #include "core/numbers.h"
+#include "core/text.h"
+#include "panels/panel_layout.h"
+#include "ui/desktop.h"
 
 namespace zrt {
 
@@ -14,8 +18,8 @@ namespace {
 using Align = GridColumn::Align;
 
 constexpr std::string_view kNoSuchColumn = "42S22";
-constexpr int kPanelsPerMenu = 12;
-constexpr int kKeysPerLevel = 30;
+constexpr Colour kActiveField = 0x80000005;  // the window's own
+constexpr std::size_t kKeysPerRow = 6;
 
 // The join of the first half finds the products of the keys; the left join of the second keeps the keys without one.
 constexpr std::string_view kLevel =
@@ -27,9 +31,17 @@ constexpr std::string_view kLevel =
     "HOTKEYS.CODE=TOVAR.COD"
     " WHERE HOTKEYS.REZ={0} AND HOTKEYS.LV={1} GROUP BY id ORDER BY id";
 
+std::string Numbered(std::size_t panel) {
+  return fmt::format("Панель № {}", panel);
+}
+
+bool IsDigit(const std::string& character) {
+  return character.size() == 1 && character[0] >= '0' && character[0] <= '9';
+}
+
 }  // namespace
 
-PanelTab::PanelTab(Form& form, Session& session)
+PanelTab::PanelTab(Form& form, Session& session, FormCopy& copying)
     : FrameSensor(form, "FrameSensor"),
       CmdM(ControlArray<Button, 30>(form, "CmdM", 1)),
       DataGrid12(form, "DataGrid12"),
@@ -51,23 +63,56 @@ PanelTab::PanelTab(Form& form, Session& session)
       CmdClr(form, "CmdClr"),
       CmdClrAll(form, "CmdClrAll"),
       CmdCopyAll(form, "CmdCopyAll"),
-      session_(session) {}
+      form_(form),
+      session_(session),
+      copying_(copying),
+      selected_from_(&DataGrid12) {
+  for (std::size_t panel = 1; panel <= Option1.size(); ++panel) {
+    Option1[panel - 1].Click = [this, panel] { Option1_Click(static_cast<std::uint8_t>(panel)); };
+  }
+  for (std::size_t level = 1; level <= Option2.size(); ++level) {
+    Option2[level - 1].Click = [this, level] { Option2_Click(static_cast<std::uint8_t>(level)); };
+  }
+  for (std::size_t key = 1; key <= CmdM.size(); ++key) {
+    Button& button = CmdM[key - 1];
+    button.Click = [this, key] { CmdM_Click(key); };
+    button.KeyDown = [this, key](Key& pressed) { CmdM_KeyDown(key, pressed); };
+    button.DragStart = [this, key](bool& begins) { CmdM_DragStart(key, begins); };
+    button.DragDrop = [this, key](Control&) { CmdM_DragDrop(key); };
+  }
+  CmdMenu.Click = [this](std::uint8_t) { CmdMenu_Click(); };
+  DataGrid12.DblClick = [this] { DataGrid12_Choose(); };
+  DataGrid12.KeyDown = [this](Key& key) {
+    if (key.code == Key::kEnter) DataGrid12_Choose();
+  };
+  Text6.KeyDown = [this](Key& key) { Text6_KeyDown(key); };
+  CmdOk1.Click = [this] { CmdOk1_Click(); };
+  CmdClr.Click = [this] { CmdClr_Click(); };
+  CmdName.Click = [this] { CmdName_Click(); };
+  CmdClrAll.Click = [this] { CmdClrAll_Click(); };
+  CmdCopyAll.Click = [this] { CmdCopyAll_Click(); };
+}
 
 void PanelTab::NamePanels() {
   for (std::size_t panel = 1; panel <= Option1.size(); ++panel) NamePanel(panel, {});
   try {
-    Recordset& names = session_.ReadOne("SELECT COD, T9 FROM CONST WHERE COD BETWEEN 1 AND 12");
-    for (; !names.Eof(); names.MoveNext()) {
-      NamePanel(static_cast<std::size_t>(names.Field(0).Int()), names.Field(1).TextOrEmpty());
-    }
+    NamePanelsBy("SELECT COD, T9 FROM CONST WHERE COD BETWEEN 1 AND 12");
   } catch (const DatabaseError& error) {
     // A base of the oldest version has no column of names until it is upgraded, a moment later.
     if (error.SqlState() != kNoSuchColumn) throw;
   }
 }
 
+void PanelTab::NamePanelsBy(const std::string& sql) {
+  Recordset& names = session_.ReadOne(sql);
+  for (; !names.Eof(); names.MoveNext()) {
+    const std::int64_t panel = (names.Field(0).Int() - 1) % kPanelsPerMenu + 1;
+    NamePanel(static_cast<std::size_t>(panel), names.Field(1).TextOrEmpty());
+  }
+}
+
 void PanelTab::NamePanel(std::size_t panel, const std::string& name) {
-  Option1.at(panel - 1).Caption = name.empty() ? fmt::format("Панель № {}", panel) : name;
+  Option1.at(panel - 1).Caption = name.empty() ? Numbered(panel) : name;
 }
 
 void PanelTab::UseSingleMenu() {
@@ -102,13 +147,14 @@ void PanelTab::ShowFirstName() {
 
 void PanelTab::LoadPanelKeys(std::uint8_t panel, std::uint8_t level, std::uint8_t row) {
   Recordset& keys = session_.Pool().RsPanels;
-  session_.BindSet(keys, fmt::format(kLevel, TablePanel(panel), level));
+  session_.BindSet(keys, fmt::format(kLevel, TablePanel(session_.CurrentMenu, panel), level));
   DataGrid12.Bind(keys);
   FormatPanelGrid();
   if (keys.RecordCount() == kKeysPerLevel) {
     KeyCodes.fill(0);
     for (std::size_t key = 0; key < CmdM.size(); ++key, keys.MoveNext()) {
-      const std::int32_t code = ToInt32(keys.Field("cod").Number());
+      const Cell cod = keys.Field("cod");
+      const std::int32_t code = cod.IsNull() ? 0 : ToInt32(cod.Number());
       PaintKey(CmdM[key], keys, code);
       KeyCodes[key] = code;
     }
@@ -116,10 +162,6 @@ void PanelTab::LoadPanelKeys(std::uint8_t panel, std::uint8_t level, std::uint8_
   if (keys.RecordCount() == 0) return;
   keys.MoveFirst();
   if (row != 0) keys.Move(row);
-}
-
-int PanelTab::TablePanel(int panel) const {
-  return session_.CurrentMenu == 2 ? panel + kPanelsPerMenu : panel;
 }
 
 void PanelTab::PaintKey(Button& key, const Recordset& keys, std::int32_t code) {
@@ -156,6 +198,235 @@ void PanelTab::FormatPanelGrid() {
                      {"name", 3000, Align::kLeft},
                      {"price", 975, Align::kRight, "0.00"},
                      {"part", 675, Align::kRight}});
+}
+
+// Choosing a panel, a level, a menu
+
+void PanelTab::Option1_Click(std::uint8_t panel) {
+  PanelNo = panel;
+  LevelNo = 1;
+  Option2.front().Choose();
+  ShowLevel();
+  ShowPanelName();
+  Text6.Text = "";
+}
+
+void PanelTab::Option2_Click(std::uint8_t level) {
+  LevelNo = level;
+  ShowLevel();
+  Text6.Text = "";
+}
+
+void PanelTab::CmdMenu_Click() {
+  session_.CurrentMenu = CmdMenu.Trigger();
+  Label1.Caption = fmt::format("Меню № {}", session_.CurrentMenu);
+  TextMenu.Text = session_.CurrentMenu == 1 ? CmdMenu.Caption_1() : CmdMenu.Caption_2();
+  ShowLevel();
+  ShowPanelName();
+  NamePanelsBy(fmt::format("SELECT COD, T9 FROM CONST WHERE COD BETWEEN {} AND {}",
+                           (session_.CurrentMenu - 1) * kPanelsPerMenu + 1, session_.CurrentMenu * kPanelsPerMenu));
+  Text6.Text = "";
+}
+
+void PanelTab::ShowPlace() {
+  Label5.Caption = Numbered(PanelNo);
+  Label2.Caption = fmt::format("Уровень {}", LevelNo);
+  DataGrid12.Caption =
+      fmt::format("Меню № {}: Сенсорная панель № {} - уровень {}", session_.CurrentMenu, PanelNo, LevelNo);
+}
+
+void PanelTab::ShowLevel() {
+  ShowPlace();
+  LoadPanelKeys(PanelNo, LevelNo, 0);
+}
+
+void PanelTab::ShowPanelName() {
+  const Recordset& name =
+      session_.ReadOne(fmt::format("SELECT T9 FROM CONST WHERE COD={}", TablePanel(session_.CurrentMenu, PanelNo)));
+  TextName.Text = name.Eof() ? std::string() : name.Field(0).TextOrEmpty();
+}
+
+// Selecting a key
+
+void PanelTab::CmdM_Click(std::size_t key) {
+  if (Keys().RecordCount() == 0) return;
+  Keys().MoveFirst();
+  Keys().Move(static_cast<int>(key) - 1);
+  SelectKey();
+  selected_from_ = &CmdM[key - 1];
+  RefreshCatalogue();
+}
+
+/// The arrows walk the keys as they stand on the screen; typing at a key selects it and gives its code or searches its
+/// product.
+void PanelTab::CmdM_KeyDown(std::size_t key, Key& pressed) {
+  if (pressed.code == Key::kUp || pressed.code == Key::kDown) {
+    pressed.swallow = true;
+    const bool up = pressed.code == Key::kUp;
+    if (up ? key > kKeysPerRow : key + kKeysPerRow <= CmdM.size()) {
+      CmdM[up ? key - kKeysPerRow - 1 : key + kKeysPerRow - 1].SetFocus();
+    }
+  } else if (pressed.code == Key::kCharacter && pressed.text != " ") {
+    pressed.swallow = true;
+    CmdM_Click(key);
+    if (!IsKeySelected()) return;
+    if (!IsDigit(pressed.text)) return SearchCatalogue(pressed.text);
+    Text6.UserType(pressed.text);
+    Text6.SetFocus();
+  }
+}
+
+void PanelTab::DataGrid12_Choose() {
+  if (DataGrid12.Row() == 0) return;
+  SelectKey();
+  selected_from_ = &DataGrid12;
+  Text6.Text = "";
+  Text6.SetFocus();
+}
+
+void PanelTab::SelectKey() {
+  const std::uint8_t place = Place();
+  AllowEntry(true);
+  LoadPanelKeys(PanelNo, LevelNo, place);
+  if (place < CmdM.size()) CmdM[place].BackColor = key_colour::kSelected;
+}
+
+void PanelTab::AllowEntry(bool allowed) {
+  Text6.Enabled = allowed;
+  Text6.BackColor = allowed ? kActiveField : colour::kButtonFace;
+  CmdOk1.Enabled = allowed;
+  CmdClr.Enabled = allowed;
+}
+
+std::uint8_t PanelTab::Place() {
+  return ToByte(std::max(Keys().Bookmark() - 1, 0));
+}
+
+bool PanelTab::IsKeySelected() {
+  if (DataGrid12.Row() == 0) return false;
+  const std::uint8_t place = Place();
+  return place < CmdM.size() && CmdM[place].BackColor() == key_colour::kSelected;
+}
+
+// Writing it
+
+void PanelTab::ChooseProduct() {
+  Text6.Text = session_.Pool().RsProducts.Field("Cod").Display(session_.Format());
+  AllowEntry(true);
+  ClearSearch();
+  Text6.SetFocus();
+}
+
+void PanelTab::Text6_KeyDown(Key& key) {
+  if (key.code == Key::kEnter) CmdOk1_Click();
+  if (key.code == Key::kEscape) {
+    Text6.Text = "";
+    selected_from_->SetFocus();
+  }
+}
+
+void PanelTab::CmdOk1_Click() {
+  const std::string typed = Text6.Text().empty() ? "0" : Text6.Text();
+  const std::optional<double> code = session_.Format().ParseNumber(typed);
+  if (!code) {
+    Complain("Введите целое число!");
+    Text6.SetFocus();
+    Text6.SelectAll();
+    return;
+  }
+  if (!IsKeySelected()) return Complain("Не выбрана кнопка!");
+  StoreCode(ToInt32(*code));
+}
+
+void PanelTab::CmdClr_Click() {
+  if (!IsKeySelected()) return Complain("Не выбрана кнопка!");
+  StoreCode(0);
+  RefreshCatalogue();
+}
+
+void PanelTab::StoreCode(std::int32_t code) {
+  session_.Write(fmt::format("UPDATE HOTKEYS SET CODE = {} WHERE ID = {}", code, Keys().Field("id").Raw()));
+  LoadPanelKeys(PanelNo, LevelNo, Place());
+  Text6.Text = "";
+  AllowEntry(false);
+  DataGrid12.Refresh();
+  selected_from_->SetFocus();
+}
+
+void PanelTab::Complain(const std::string& text) {
+  form_.TheDesktop().MsgBox(text, BoxIcon::kCritical, BoxButtons::kOk, "ZASTAVA");
+}
+
+// Moving a key
+
+void PanelTab::CmdM_DragStart(std::size_t key, bool& begins) {
+  Button& source = CmdM[key - 1];
+  if (source.Caption().empty()) return;
+  DragSource = static_cast<std::int16_t>(key);
+  source.BackColor = key_colour::kDragged;
+  begins = true;
+}
+
+void PanelTab::CmdM_DragDrop(std::size_t key) {
+  Button& target = CmdM[key - 1];
+  const auto number = static_cast<std::int16_t>(key);
+  // A key that holds a product isn't overwritten; the source keeps the colour of the drag until the level is shown
+  // again.
+  if (!target.Caption().empty() || number == DragSource) return;
+  target.BackColor = key_colour::kDragged;
+  const BoxAnswer answer =
+      form_.TheDesktop().MsgBox("Переместить кнопку на указанное место?", BoxIcon::kQuestion, BoxButtons::kOkCancel);
+  if (answer == BoxAnswer::kOk) MoveKey(DragSource, number);
+  ShowLevel();
+  Text6.Text = "";
+}
+
+void PanelTab::MoveKey(std::int16_t source, std::int16_t target) {
+  // In a schema with a single menu, whose number is 0, this names keys that don't exist, and nothing is moved.
+  const int base = (session_.CurrentMenu - 1) * kIdsPerMenu + KeyBaseId(PanelNo, LevelNo) - 1;
+  Recordset& found = session_.ReadOne(fmt::format("SELECT CODE FROM HOTKEYS WHERE ID={}", base + source));
+  if (!found.Eof()) {
+    const std::int64_t code = found.IsNull(0) ? 0 : found.Field(0).Int();
+    session_.Write(fmt::format("UPDATE HOTKEYS SET CODE={} WHERE ID={}", code, base + target));
+    session_.Write(fmt::format("UPDATE HOTKEYS SET CODE=0 WHERE ID={}", base + source));
+  }
+  found.Close();
+}
+
+// Names
+
+void PanelTab::CmdName_Click() {
+  const std::size_t panel = std::stoul(Trim(Right(Label5.Caption(), 2)));
+  const int menu = session_.CurrentMenu;
+  session_.Write(fmt::format("UPDATE CONST SET T9='{}' WHERE COD={}", TextName.Text(),
+                             TablePanel(session_.CurrentMenu, static_cast<int>(panel))));
+  if (menu != 0) session_.Write(fmt::format("UPDATE CONST SET N{}='{}' WHERE COD=7", menu, TextMenu.Text()));
+  if (menu == 1) CmdMenu.Caption_1 = TextMenu.Text();
+  if (menu == 2) CmdMenu.Caption_2 = TextMenu.Text();
+  NamePanel(panel, TextName.Text());
+}
+
+// All panels at once
+
+void PanelTab::CmdClrAll_Click() {
+  Desktop& desktop = form_.TheDesktop();
+  const std::string entered = desktop.InputBox("Для очистки всех панелей введите пароль администратора:");
+  if (entered != kAdministratorPassword) return;
+  if (desktop.MsgBox("Подтвердите очистку ВСЕХ панелей!", BoxIcon::kQuestion, BoxButtons::kOkCancel) !=
+      BoxAnswer::kOk) {
+    return;
+  }
+  session_.Write("UPDATE HOTKEYS SET CODE=0 WHERE id>100");
+  const std::uint8_t place = Place();
+  Keys().Requery();
+  LoadPanelKeys(PanelNo, LevelNo, place);
+}
+
+void PanelTab::CmdCopyAll_Click() {
+  if (form_.TheDesktop().InputBox("Введите пароль администратора:") != kAdministratorPassword) return;
+  copying_.ShowModal();
+  // What was copied or loaded there is seen here at once.
+  LoadPanelKeys(PanelNo, LevelNo, Place());
 }
 
 }  // namespace zrt

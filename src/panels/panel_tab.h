@@ -2,9 +2,12 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "core/session.h"
+#include "panels/form_copy.h"
+#include "ui/cmd_key_trigg.h"
 #include "ui/controls.h"
 #include "ui/data_grid.h"
 #include "ui/form.h"
@@ -18,13 +21,18 @@ inline constexpr Colour kNormal = 0x00FF00;
 inline constexpr Colour kPriceZero = 0xFFFF;
 inline constexpr Colour kUnknown = 0xFF;        ///< the code isn't in the catalogue
 inline constexpr Colour kDuplicate = 0xFF0000;  ///< the code stands on another key of this level already
+inline constexpr Colour kSelected = 0xFF80FF;
+inline constexpr Colour kDragged = 0xFF00FF;  ///< source and target of a drag
 }  // namespace key_colour
 
 /// The editor of the terminals' touch panels: 30 keys show one level of one panel, DataGrid12 lists them with their
 /// products. Two menus of 12 panels of 3 levels.
+///
+/// The current key is the one whose colour is kSelected; RsPanels stands on its row. A key is selected, a product
+/// chosen in the catalogue or typed by its code, and Enter writes it.
 class PanelTab {
  public:
-  PanelTab(Form& form, Session& session);
+  PanelTab(Form& form, Session& session, FormCopy& copying);
 
   Frame FrameSensor;
   std::array<Button, 30> CmdM;           ///< the keys; item k stands at index k-1
@@ -48,6 +56,13 @@ class PanelTab {
   Button CmdClrAll;
   Button CmdCopyAll;
 
+  /// The catalogue's grid on this tab is to be drawn again.
+  std::function<void()> RefreshCatalogue;
+  /// The search field of that grid is to be searched for a text from its beginning, and gets the keyboard.
+  std::function<void(const std::string&)> SearchCatalogue;
+  /// That search field is to be emptied.
+  std::function<void()> ClearSearch;
+
   /// Captions of the panel buttons from CONST T9, rows 1 to 12. Throws DatabaseError.
   void NamePanels();
   /// Schema with a single touch menu: nothing to switch, nothing to copy.
@@ -66,20 +81,64 @@ class PanelTab {
   /// DatabaseError.
   void LoadPanelKeys(std::uint8_t panel, std::uint8_t level, std::uint8_t row);
 
+  /// The product on which RsProducts stands was chosen: its code goes into Text6, which gets the keyboard. Throws Error
+  /// when RsProducts stands on no row.
+  void ChooseProduct();
+
+  /// Moves the code of key `source` of the level shown to key `target` (1 to 30), whatever is there. Throws
+  /// DatabaseError.
+  void MoveKey(std::int16_t source, std::int16_t target);
+
   std::uint8_t PanelNo = 1;
   std::uint8_t LevelNo = 1;
+  std::int16_t DragSource = 0;  ///< the key, 1 to 30, that is or was dragged last
   /// Codes already seen while the keys are painted; index 0 is key 1.
   std::array<std::int32_t, 30> KeyCodes{};
 
  private:
+  void Option1_Click(std::uint8_t panel);
+  void Option2_Click(std::uint8_t level);
+  void CmdMenu_Click();
+  void CmdM_Click(std::size_t key);
+  void CmdM_KeyDown(std::size_t key, Key& pressed);
+  void CmdM_DragStart(std::size_t key, bool& begins);
+  void CmdM_DragDrop(std::size_t key);
+  void DataGrid12_Choose();
+  void Text6_KeyDown(Key& key);
+  void CmdOk1_Click();
+  void CmdClr_Click();
+  void CmdName_Click();
+  void CmdClrAll_Click();
+  void CmdCopyAll_Click();
+
+  Recordset& Keys() { return session_.Pool().RsPanels; }
+  /// How far RsPanels stands from its first record.
+  std::uint8_t Place();
+  /// The key of the record on which RsPanels stands is the selected one.
+  bool IsKeySelected();
+  /// Selects the key of the record on which RsPanels stands, and only that.
+  void SelectKey();
+  void AllowEntry(bool allowed);
+  /// Writes `code` to the selected key and shows the level again; the keyboard goes back to where the key was selected.
+  void StoreCode(std::int32_t code);
+  /// Labels and heading say which menu, panel and level are shown.
+  void ShowPlace();
+  /// Shows the level chosen, from its first key.
+  void ShowLevel();
+  void ShowPanelName();
+  void Complain(const std::string& text);
+
+  /// Captions of the panel buttons as `sql` gives them: the table's number of the panel and its name.
+  void NamePanelsBy(const std::string& sql);
   /// Caption of the button of `panel` (from 1); an empty name gives its number.
   void NamePanel(std::size_t panel, const std::string& name);
-  /// The table's number of a panel: the panels of menu 2 follow those of menu 1.
-  int TablePanel(int panel) const;
   void PaintKey(Button& key, const Recordset& keys, std::int32_t code);
   void FormatPanelGrid();
 
+  Form& form_;
   Session& session_;
+  FormCopy& copying_;
+  Control* selected_from_;  ///< the key or the list in which the selected key was chosen
 };
 
 }  // namespace zrt

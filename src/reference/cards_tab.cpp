@@ -1,5 +1,8 @@
 #include "reference/cards_tab.h"
 
+#include "core/numbers.h"
+#include "ui/desktop.h"
+
 namespace zrt {
 
 namespace {
@@ -8,7 +11,7 @@ using Align = GridColumn::Align;
 
 }  // namespace
 
-CardsTab::CardsTab(Form& form, Session& session)
+CardsTab::CardsTab(Form& form, Session& session, frmDK& card, frmVDk& kinds)
     : DataGrid5(form, "DataGrid5"),
       CmdDKNew(form, "CmdDKNew"),
       CmdDKShow(form, "CmdDKShow"),
@@ -16,19 +19,28 @@ CardsTab::CardsTab(Form& form, Session& session)
       CmdVDk(form, "CmdVDk"),
       CmdClrAllDKard(form, "CmdClrAllDKard"),
       DataGrid9(form, "DataGrid9"),
-      session_(session) {}
-
-void CardsTab::OpenCards() {
-  Recordset& cards = session_.Pool().RsCards;
-  session_.BindSet(cards, "SELECT REZ As 'Num',BARCODE As 'CardBarcode',PROZ As 'Type' FROM DISCOUNT ORDER BY REZ");
-  DataGrid5.Bind(cards);
-  FormatCardGrid();
-  Session::ShowLastRow(cards);
+      form_(form),
+      session_(session),
+      card_(card),
+      kinds_(kinds) {
+  DataGrid5.DblClick = [this] {
+    if (session_.FullEditMode) CmdDKShow_Click();
+  };
+  DataGrid5.KeyDown = [this](Key& key) {
+    if (key.code == Key::kEnter && session_.FullEditMode) CmdDKShow_Click();
+  };
+  CmdDKNew.Click = [this] { card_.NewDiscountCard(); };
+  CmdDKShow.Click = [this] { CmdDKShow_Click(); };
+  CmdDKDel.Click = [this] { CmdDKDel_Click(); };
+  CmdVDk.Click = [this] { kinds_.Show(); };
+  CmdClrAllDKard.Click = [this] { CmdClrAllDKard_Click(); };
 }
 
-void CardsTab::OpenCardKinds() {
-  session_.BindSet(session_.Pool().RsCardKinds, "SELECT ID,CARD,TOV,PROZ,TOTAL FROM TOTALSKID ORDER BY CARD");
-  Session::ShowLastRow(session_.Pool().RsCardKinds);
+void CardsTab::OpenCards() {
+  session_.BindSet(Cards(), "SELECT REZ As 'Num',BARCODE As 'CardBarcode',PROZ As 'Type' FROM DISCOUNT ORDER BY REZ");
+  DataGrid5.Bind(Cards());
+  FormatCardGrid();
+  Session::ShowLastRow(Cards());
 }
 
 void CardsTab::OpenWaiters() {
@@ -37,6 +49,51 @@ void CardsTab::OpenWaiters() {
                    "SELECT COD As 'Cod',NAME As 'Person',DATETIME As 'Card',NUM As 'Acs' FROM KLIENT ORDER BY NAME");
   DataGrid9.Bind(waiters);
   Session::ShowLastRow(waiters);
+}
+
+void CardsTab::ShowCard(const std::string& barcode) {
+  OpenCards();
+  if (Cards().RecordCount() == 0) return;
+  Cards().MoveFirst();
+  Cards().Find(fmt::format("CardBarcode LIKE '{}'", barcode));
+}
+
+std::int16_t CardsTab::CurrentNum() {
+  return ToInt16(Cards().Field("Num").Number());
+}
+
+void CardsTab::CmdDKShow_Click() {
+  if (HasCard()) card_.OpenDiscountCard(CurrentNum());
+}
+
+void CardsTab::CmdDKDel_Click() {
+  if (!HasCard()) return;
+  const std::int16_t rez = CurrentNum();
+  const std::string question =
+      fmt::format("Удалить дисконтную карту '{}'?", Cards().Field("CardBarcode").TextOrEmpty());
+  if (form_.TheDesktop().MsgBox(question, BoxIcon::kQuestion, BoxButtons::kOkCancel) == BoxAnswer::kOk) {
+    DeleteDiscountCard(rez);
+  }
+}
+
+void CardsTab::DeleteDiscountCard(std::int16_t rez) {
+  session_.Write(fmt::format("DELETE FROM DISCOUNT WHERE REZ={}", rez));
+  OpenCards();
+}
+
+void CardsTab::CmdClrAllDKard_Click() {
+  Desktop& desktop = form_.TheDesktop();
+  const std::string entered = desktop.InputBox("Для полного удаления дисконтных карт введите пароль администратора:");
+  if (entered != kAdministratorPassword) return;
+  if (desktop.MsgBox("Подтвердите удаление ВСЕХ дисконтных карт,\n\rудаление ВСЕХ видов дисконтных карт и\n\r"
+                     "удаление ВСЕХ данных о держателях карт!",
+                     BoxIcon::kQuestion, BoxButtons::kOkCancel) != BoxAnswer::kOk) {
+    return;
+  }
+  session_.Write("DELETE FROM DISCOUNT");
+  session_.Write("DELETE FROM TOTALSKID");
+  session_.Write("DELETE FROM DKHOLDER");
+  OpenCards();
 }
 
 void CardsTab::ForbidEditing() {

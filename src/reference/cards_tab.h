@@ -1,6 +1,11 @@
 #pragma once
 
+#include <cstdint>
+#include <string>
+
 #include "core/session.h"
+#include "reference/frm_dk.h"
+#include "reference/frm_vdk.h"
 #include "ui/controls.h"
 #include "ui/data_grid.h"
 #include "ui/form.h"
@@ -10,7 +15,7 @@ namespace zrt {
 /// Discount cards and the staff list, beside the catalogue on the tab "Справочники".
 class CardsTab {
  public:
-  CardsTab(Form& form, Session& session);
+  CardsTab(Form& form, Session& session, frmDK& card, frmVDk& kinds);
 
   DataGrid DataGrid5;  ///< discount cards
   Button CmdDKNew;
@@ -20,18 +25,36 @@ class CardsTab {
   Button CmdClrAllDKard;
   DataGrid DataGrid9;  ///< waiters
 
-  /// Open their sets at start. Throw DatabaseError.
+  /// Reads all cards into RsCards, at start and after every change. The grid stands on the last one then. Throws
+  /// DatabaseError.
   void OpenCards();
-  void OpenCardKinds();
+  /// Opens the staff list at start. Throws DatabaseError.
   void OpenWaiters();
+
+  /// Reads the cards again and goes to the one with this barcode; to none when no barcode is so. Throws DatabaseError.
+  void ShowCard(const std::string& barcode);
+
+  /// Deletes the card of this number and reads the cards again. What is known of its holder stays. Throws
+  /// DatabaseError.
+  void DeleteDiscountCard(std::int16_t rez);
 
   /// Takes the editing buttons of the cards away, for the restricted mode.
   void ForbidEditing();
 
  private:
+  void CmdDKShow_Click();
+  void CmdDKDel_Click();
+  void CmdClrAllDKard_Click();
   void FormatCardGrid();
 
+  Recordset& Cards() { return session_.Pool().RsCards; }
+  bool HasCard() { return !Cards().Bof() && !Cards().Eof(); }
+  std::int16_t CurrentNum();
+
+  Form& form_;
   Session& session_;
+  frmDK& card_;
+  frmVDk& kinds_;
 };
 
 }  // namespace zrt

@@ -72,17 +72,18 @@ CatalogueTab::CatalogueTab(Form& form, Session& session, ModuleReg& stock, frmPL
 
 void CatalogueTab::FirstFill() {
   Sort(kByName);
-  Session::ShowLastRow(Products());
 }
 
 void CatalogueTab::Sort(std::string_view tail) {
   session_.BindSet(Products(), fmt::format("{}{}{}", kProducts, session_.FullEditMode ? "" : kOnlyPriced, tail));
   for (DataGrid& grid : DataGrid1) grid.Bind(Products());
   FormatProductGrid();
+  Session::ShowLastRow(Products());
 }
 
 void CatalogueTab::RequeryProducts() {
   Products().Requery();
+  Session::ShowLastRow(Products());
   FormatProductGrid();
 }
 
@@ -107,13 +108,11 @@ void CatalogueTab::FormatProductGrid() {
 
 void CatalogueTab::FindProductByName(std::int16_t index) {
   const auto at = static_cast<std::size_t>(index);
-  zrt::FindProductByName(TextFind[at], DataGrid1[at], "Name");
+  zrt::FindProductByName(TextFind.at(at), DataGrid1.at(at), "Name");
 }
 
 void CatalogueTab::ShowProduct(const std::string& name) {
-  TextFind[0].Text = name;
-  FindProductByName(0);
-  TextFind[0].Text = "";
+  ShowByName(TextFind[0], DataGrid1[0], "Name", name);
 }
 
 void CatalogueTab::TextFind_Change(int index) {
@@ -152,6 +151,7 @@ std::int32_t CatalogueTab::CurrentCod() {
 
 void CatalogueTab::CmdRefrTov_Click() {
   stock_.RecalcOstAfterShift(Products(), ProgressBar1);
+  Session::ShowLastRow(Products());
   FormatProductGrid();
 }
 

@@ -49,7 +49,10 @@ frmPLU::frmPLU(Desktop& desktop, Session& session) : Form(desktop, "frmPLU"), se
   ListKVP.DblClick = [this] { TakeParts(); };
   ListKVP.KeyDown = [this](Key& key) {
     if (key.code == Key::kEnter) TakeParts();
-    if (key.code == Key::kEscape) DropParts();
+    if (key.code == Key::kEscape) {
+      DropParts();
+      CmdKVP.SetFocus();
+    }
   };
   OKButton.Click = [this] { Save(); };
   CancelButton.Click = [this] { Hide(); };
@@ -248,7 +251,7 @@ void frmPLU::Refuse(const std::string& message, TextBox& box) {
 void frmPLU::CheckVes_Click() {
   if (!CheckVes.Value()) {
     TextVes.Text = "0";
-  } else if (session_.Format().ParseNumber(TextVes.Text()).value_or(0) == 0) {
+  } else if (Trim(TextVes.Text()).empty() || session_.Format().ParseNumber(TextVes.Text()) == 0.0) {
     TextVes.Text = "1";
   }
 }
@@ -268,7 +271,6 @@ void frmPLU::TakeParts() {
 void frmPLU::DropParts() {
   TextKVP.Text = "0";
   ListKVP.Visible = false;
-  CmdKVP.SetFocus();
 }
 
 }  // namespace zrt

@@ -23,6 +23,15 @@ frmPLUdial::frmPLUdial(Desktop& desktop, Session& session, ModuleReg& stock)
   Complete();
 }
 
+void frmPLUdial::AskFor(const KnownProduct& product, std::uint8_t form_code) {
+  DialCod = product.cod;
+  DialName = product.name;
+  DialKol = product.kol;
+  DialPrice = product.price;
+  FormCode = form_code;
+  ShowModal();
+}
+
 void frmPLUdial::Form_Activate() {
   const RegionalFormat& format = session_.Format();
   LbllName.Caption = fmt::format("{}  {}  ", DialName, DialCod);

@@ -5,13 +5,14 @@
 
 #include "core/session.h"
 #include "stock/module_reg.h"
+#include "stock/product_picker.h"
 #include "ui/controls.h"
 #include "ui/form.h"
 
 namespace zrt {
 
 /// Asks quantity and price of a product that the document knows already, and delivers them to it.
-class frmPLUdial final : public Form {
+class frmPLUdial final : public Form, public QuantityDialog {
  public:
   frmPLUdial(Desktop& desktop, Session& session, ModuleReg& stock);
 
@@ -20,7 +21,9 @@ class frmPLUdial final : public Form {
   TextBox TextPrice{*this, "TextPrice"};
   Button OKButton{*this, "OKButton"};
 
-  // Set by the document before it shows the dialog modally.
+  void AskFor(const KnownProduct& product, std::uint8_t form_code) override;
+
+  // Set before the dialog is shown modally.
   std::int32_t DialCod = 0;
   std::int32_t DialKol = 0;    ///< thousandths
   std::int32_t DialPrice = 0;  ///< thousandths

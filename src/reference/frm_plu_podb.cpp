@@ -1,6 +1,5 @@
 #include "reference/frm_plu_podb.h"
 
-#include "core/errors.h"
 #include "core/numbers.h"
 #include "core/text.h"
 #include "reference/pick_rules.h"
@@ -62,6 +61,7 @@ void frmPLUpodb::Form_Load() {
   session_.BindSet(rs_picker_, fmt::format("{}NAME", kPickList));
   DataGrid01.Bind(rs_picker_);
   FormatPickerGrid();
+  Session::ShowLastRow(rs_picker_);
 }
 
 void frmPLUpodb::FormatPickerGrid() {
@@ -77,7 +77,8 @@ void frmPLUpodb::CmdName_Click() {
 }
 
 void frmPLUpodb::SortBy(std::string_view tail) {
-  if (!HasRows()) return;
+  // A list that couldn't be read is read again here; one that is empty stays so.
+  if (rs_picker_.IsOpen() && !HasRows()) return;
   const int row = DataGrid01.Row();
   const std::string cod = row > 0 ? rs_picker_.Field(kCod).TextOrEmpty() : std::string();
   session_.BindSet(rs_picker_, fmt::format("{}{}", kPickList, tail));
@@ -93,9 +94,7 @@ void frmPLUpodb::SortBy(std::string_view tail) {
 void frmPLUpodb::ShowProduct(const std::string& name) {
   rs_picker_.Requery();
   FormatPickerGrid();
-  TextFind.Text = name;
-  FindProductByName(TextFind, DataGrid01, "NAME");
-  TextFind.Text = "";
+  ShowByName(TextFind, DataGrid01, "NAME", name);
 }
 
 void frmPLUpodb::TextFind_Change() {
@@ -119,7 +118,7 @@ void frmPLUpodb::ChooseFromGrid() {
   chosen_by_barcode_ = false;
   const double price = rs_picker_.IsNull(kPrice) ? 0 : rs_picker_.Field(kPrice).Number();
   AskFor(CurrentCod(), rs_picker_.Field(kName).TextOrEmpty(), rs_picker_.Field(kBarcode).TextOrEmpty(),
-         ToInt32(price * 1000.0));
+         price * scale::kDocument);
 }
 
 void frmPLUpodb::CmnFindBar_Click() {
@@ -139,10 +138,10 @@ void frmPLUpodb::CmnFindBar_Click() {
   const std::string name = found.Field(kName).TextOrEmpty();
   const std::string barcode = found.Field(kBarcode).TextOrEmpty();
   found.Close();
-  AskFor(cod, name, barcode, ToInt32(price * scale::kPriceToDocument));
+  AskFor(cod, name, barcode, price * scale::kPriceToDocument);
 }
 
-void frmPLUpodb::AskFor(std::int32_t cod, const std::string& name, const std::string& barcode, std::int32_t retail) {
+void frmPLUpodb::AskFor(std::int32_t cod, const std::string& name, const std::string& barcode, double retail) {
   PickCod = cod;
   PickName = name;
   // One character is the "0" that a product without a barcode has in the base.
@@ -152,14 +151,15 @@ void frmPLUpodb::AskFor(std::int32_t cod, const std::string& name, const std::st
   const Asks asks = AsksOf(FormCode);
   if (FormCode == form_code::kIncomingInvoice) {
     PickPrice = stock_.GetPurchasePrice(PickCod);
-  } else if (asks != Asks::kNothing) {
-    PickPrice = retail;
+  } else if (asks != Asks::kNothing && asks != Asks::kUnknown) {
+    PickPrice = ToInt32(retail);
   }
   TextPrice.Text = PickPrice == 0 ? "" : session_.Format().FormatNumber(PickPrice / double{scale::kDocument}, 2);
   TextKol.Text = "";
   switch (asks) {
     case Asks::kQuantityAndPrice:
     case Asks::kQuantity:
+    case Asks::kUnknown:
       return FocusWhole(TextKol);
     case Asks::kPrice:
       return FocusWhole(TextPrice);
@@ -206,7 +206,8 @@ void frmPLUpodb::ClearForm(bool refresh) {
 
 void frmPLUpodb::BackToChoice() {
   if (chosen_by_barcode_) return CmnFindBar.SetFocus();
-  TextFind.SetFocus();
+  // The next name is typed over the last one.
+  FocusWhole(TextFind);
 }
 
 void frmPLUpodb::CmdDelPLU_Click() {
@@ -215,6 +216,7 @@ void frmPLUpodb::CmdDelPLU_Click() {
   if (!ConfirmDeletion(TheDesktop(), cod, rs_picker_.Field(kName).TextOrEmpty())) return;
   DeleteProduct(cod);
   rs_picker_.Requery();
+  Session::ShowLastRow(rs_picker_);
   FormatPickerGrid();
 }
 

@@ -70,7 +70,7 @@ class frmPLUpodb final : public Form, public ProductPicker {
   void CmnFindBar_Click();
   /// What follows the choice, from either way: shows the product and asks what its document needs. `retail` is in
   /// thousandths.
-  void AskFor(std::int32_t cod, const std::string& name, const std::string& barcode, std::int32_t retail);
+  void AskFor(std::int32_t cod, const std::string& name, const std::string& barcode, double retail);
 
   void TextKol_KeyDown(Key& key);
   void TextPrice_KeyDown(Key& key);

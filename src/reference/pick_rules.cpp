@@ -1,5 +1,9 @@
 #include "reference/pick_rules.h"
 
+#include <cmath>
+#include <limits>
+
+#include "core/errors.h"
 #include "core/numbers.h"
 #include "stock/product_picker.h"
 
@@ -17,14 +21,18 @@ Asks AsksOf(std::uint8_t form_code) {
       return Asks::kQuantity;
     case form_code::kPriceChange:
       return Asks::kPrice;
-    default:
+    case form_code::kMovementReport:
+    case form_code::kRegisterView:
       return Asks::kNothing;
+    default:
+      return Asks::kUnknown;
   }
 }
 
 std::int32_t TypedThousandths(const RegionalFormat& format, std::string_view text) {
-  const auto typed = static_cast<float>(format.ToNumber(text));
-  return ToInt32(double{typed} * scale::kDocument);
+  const double typed = format.ToNumber(text);
+  if (std::abs(typed) > std::numeric_limits<float>::max()) throw OverflowError("too large for a quantity or price");
+  return ToInt32(double{static_cast<float>(typed)} * scale::kDocument);
 }
 
 void FocusWhole(TextBox& box) {
@@ -43,6 +51,8 @@ void LeaveQuantity(const RegionalFormat& format, Asks asks, TextBox& quantity, T
       return ok.SetFocus();
     case Asks::kNothing:
       return ok.SetFocus();
+    case Asks::kUnknown:
+      return;
   }
 }
 

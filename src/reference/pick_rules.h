@@ -16,13 +16,14 @@ enum class Asks {
   kQuantity,          ///< the price is kept, "0" where there is none
   kPrice,             ///< no quantity
   kNothing,           ///< the product is a filter
+  kUnknown,           ///< no document has this code: both are asked, nothing is offered
 };
 
-/// By FormCode; kNothing for a code that no document has.
+/// By FormCode.
 Asks AsksOf(std::uint8_t form_code);
 
-/// Quantities and prices are typed in units and delivered in thousandths. They pass through a single-precision number,
-/// as the terminals' own do: beyond seven digits the last ones are rounded off. Throws TypeMismatch, OverflowError.
+/// Quantities and prices are typed in units and delivered in thousandths. They pass through a single-precision number:
+/// beyond seven digits the last ones are rounded off. Throws TypeMismatch, OverflowError.
 std::int32_t TypedThousandths(const RegionalFormat& format, std::string_view text);
 
 /// Gives the keyboard to `box`, everything in it selected.

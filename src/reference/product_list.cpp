@@ -21,6 +21,15 @@ void FindProductByName(TextBox& find, DataGrid& grid, std::string_view name_colu
   find.SetFocus();
 }
 
+void ShowByName(TextBox& find, DataGrid& grid, std::string_view name_column, const std::string& name) {
+  struct Emptied {
+    TextBox& box;
+    ~Emptied() { box.Text = ""; }
+  } const emptied{find};
+  find.Text = name;
+  FindProductByName(find, grid, name_column);
+}
+
 void TypeInto(TextBox& find, std::string_view character) {
   const auto start = static_cast<std::size_t>(find.SelStart());
   const auto selected = static_cast<std::size_t>(find.SelLength());

@@ -19,6 +19,9 @@ class Desktop;
 /// quote, which isn't escaped.
 void FindProductByName(TextBox& find, DataGrid& grid, std::string_view name_column);
 
+/// Goes to the product of this name as if it had been typed into `find`, which is empty afterwards whatever happens.
+void ShowByName(TextBox& find, DataGrid& grid, std::string_view name_column, const std::string& name);
+
 /// Types `character` into `find` at its cursor, over what is selected there: typing in a list searches it.
 void TypeInto(TextBox& find, std::string_view character);
 

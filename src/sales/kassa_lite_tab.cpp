@@ -1,12 +1,16 @@
 #include "sales/kassa_lite_tab.h"
 
-#include "sales/sales_statements.h"
+#include "core/errors.h"
+#include "sales/operator_input.h"
+#include "ui/desktop.h"
 
 namespace zrt {
 
 namespace {
 
 using Align = GridColumn::Align;
+
+constexpr std::string_view kWorking = "обработка запроса...";
 
 }  // namespace
 
@@ -31,6 +35,15 @@ KassaLiteTab::KassaLiteTab(Form& form, Session& session)
       DataGrid7(form, "DataGrid7"),
       session_(session) {
   Combo3.Click = [this] { Combo3_Click(); };
+  CmdPlusLite.Click = [this] { CmdPlusLite_Click(); };
+  Month1.DateClick = [this] { Month1_DateClick(); };
+  CmdDatLite.Click = [this] { CmdDatLite_Click(); };
+  CmdAllLite.Click = [this] { CmdAllLite_Click(); };
+  CmdTermLite.Click = [this] { RunFilter(sales::kLiteByTerminal, &Text4); };
+  CmdOfcLite.Click = [this] { RunFilter(sales::kLiteByCashier, &Text8); };
+  CmdDKartLite.Click = [this] { RunFilter(sales::kLiteByCard, &Text9); };
+  CmdFiskLite.Click = [this] { RunFilter(sales::kLiteFiscal, nullptr); };
+  sales::OnRowChosen(DataGrid7, [this] { TakeOperation(); });
 }
 
 void KassaLiteTab::CalcShiftPeriodLite() {
@@ -38,16 +51,8 @@ void KassaLiteTab::CalcShiftPeriodLite() {
 }
 
 void KassaLiteTab::FirstFill() {
-  RecordsetPool& pool = session_.Pool();
-  const std::string within = sales::Within("DAT", session_.ShiftPeriod);
-  session_.BindSet(pool.RsKassaLite, fmt::format("{} AND {}{}", sales::kLite, within, sales::kLiteTail));
-  DataGrid7.Bind(pool.RsKassaLite);
-  FormatKassaLiteGrid();
-  Session::ShowLastRow(pool.RsKassaLite);
-
-  session_.BindSet(pool.RsTotals, fmt::format("{}{}{}", sales::kLiteTotal, within, sales::kLiteTail));
-  const Cell total = pool.RsTotals.Field(0);
-  LblSumLite.Caption = total.IsNull() ? std::string() : session_.Format().FormatNumber(total.Number(), 2);
+  Open(" AND " + WithinShift());
+  ShowTotal(WithinShift());
 }
 
 void KassaLiteTab::FillCombos() {
@@ -56,6 +61,106 @@ void KassaLiteTab::FillCombos() {
 
 void KassaLiteTab::Combo3_Click() {
   session_.Write(fmt::format("UPDATE CONST SET N8={} WHERE COD=5", Combo3.Text()));
+}
+
+void KassaLiteTab::CmdPlusLite_Click() {
+  if (Combo3.Text().empty()) {
+    TheDesktop().MsgBox("Не установлено начало смены!!!", BoxIcon::kCritical);
+    return;
+  }
+  Month1.Value = ParseDate(TextDateLite.Caption()).value_or(session_.TheClock().Now().date);
+  Month1.Visible = true;
+}
+
+void KassaLiteTab::Month1_DateClick() {
+  session_.StoredDate = Month1.Value();
+  TextDateLite.Caption = session_.Format().DateText(session_.StoredDate);
+  Month1.Visible = false;
+  session_.PeriodAll = false;
+  CmdDatLite.Enabled = true;
+  CmdDatLite.SetFocus();
+}
+
+void KassaLiteTab::CmdDatLite_Click() {
+  try {
+    Month1.Visible = false;
+    BeginQuery();
+    CalcShiftPeriodLite();
+    Open(" AND " + WithinShift());
+    ShowTotal(WithinShift());
+    session_.PeriodAll = false;
+    LblInfLite.Caption = TextDateLite.Caption();
+  } catch (const Error&) {
+    WarnOfDate();
+  }
+}
+
+void KassaLiteTab::CmdAllLite_Click() {
+  TextDateLite.Caption = session_.Format().DateText(session_.StoredDate);
+  BeginQuery();
+  Open("");
+  TextDateLite.Caption = "весь период";
+  LblInfLite.Caption = "за весь период";
+  CmdDatLite.Enabled = false;
+  Month1.Visible = false;
+  session_.PeriodAll = true;
+}
+
+void KassaLiteTab::TakeOperation() {
+  Text4.Text = DataGrid7.CurrentText("Ter");
+  Text8.Text = DataGrid7.CurrentText("Person");
+  Text9.Text = DataGrid7.CurrentText("Card");
+}
+
+void KassaLiteTab::RunFilter(const sales::LiteFilter& filter, TextBox* field) {
+  try {
+    CalcShiftPeriodLite();
+    if (field != nullptr && !sales::HoldsNumber(*field, "Введите целое числовое значение!")) return;
+    BeginQuery();
+
+    const std::string value = field == nullptr ? std::string() : field->Text();
+    std::string condition = fmt::format("{}{}", filter.condition, value);
+    if (!session_.PeriodAll) condition += " AND " + WithinShift();
+    Open(" AND " + condition);
+    if (!session_.PeriodAll) ShowTotal(condition);
+
+    for (TextBox* other : {&Text4, &Text8, &Text9}) {
+      if (other != field) other->Text = {};
+    }
+    LblInfLite.Caption = fmt::format("{}{}{}", TextDateLite.Caption(), filter.suffix, value);
+  } catch (const Error&) {
+    WarnOfDate();
+  }
+}
+
+void KassaLiteTab::WarnOfDate() {
+  // The label keeps saying that the query is under way: the operator sees that what stands above is not the answer.
+  TheDesktop().MsgBox("Неправильно введена дата!", BoxIcon::kCritical);
+}
+
+void KassaLiteTab::BeginQuery() {
+  LblInfLite.Caption = std::string(kWorking);
+  LblSumLite.Caption = {};
+  LblInfLite.Repaint();
+}
+
+void KassaLiteTab::Open(const std::string& pieces) {
+  Recordset& operations = session_.Pool().RsKassaLite;
+  session_.BindSet(operations, fmt::format("{}{}{}", sales::kLite, pieces, sales::kLiteTail));
+  DataGrid7.Bind(operations);
+  FormatKassaLiteGrid();
+  Session::ShowLastRow(operations);
+}
+
+void KassaLiteTab::ShowTotal(const std::string& condition) {
+  Recordset& totals = session_.Pool().RsTotals;
+  session_.BindSet(totals, fmt::format("{}{}{}", sales::kLiteTotal, condition, sales::kLiteTail));
+  const Cell total = totals.Field(0);
+  LblSumLite.Caption = total.IsNull() ? std::string() : session_.Format().FormatNumber(total.Number(), 2);
+}
+
+std::string KassaLiteTab::WithinShift() const {
+  return sales::Within("DAT", session_.ShiftPeriod);
 }
 
 void KassaLiteTab::FormatKassaLiteGrid() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/session.h"
+#include "sales/sales_statements.h"
 #include "ui/controls.h"
 #include "ui/data_grid.h"
 #include "ui/form.h"
@@ -42,7 +43,28 @@ class KassaLiteTab {
 
  private:
   void Combo3_Click();
+  void CmdPlusLite_Click();
+  void Month1_DateClick();
+  void CmdDatLite_Click();
+  void CmdAllLite_Click();
+  void TakeOperation();
+
+  /// Narrows the operations by `filter`, within the shift unless the whole period is on, whose total isn't computed.
+  /// `field` is the filter's own, nullptr for one without; the others are cleared. Whatever fails, the operator is told
+  /// that the date is wrong.
+  void RunFilter(const sales::LiteFilter& filter, TextBox* field);
+  void WarnOfDate();
+
+  /// The label that a query is under way, no sum.
+  void BeginQuery();
+  /// Opens RsKassaLite with the pieces behind its base statement; on the last row. Throws DatabaseError.
+  void Open(const std::string& pieces);
+  /// Shows the sum of the operations under `condition`, nothing for NULL. Throws DatabaseError.
+  void ShowTotal(const std::string& condition);
   void FormatKassaLiteGrid();
+  std::string WithinShift() const;
+
+  Desktop& TheDesktop() const { return FrameKassaLite.Owner().TheDesktop(); }
 
   Session& session_;
 };

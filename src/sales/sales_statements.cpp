@@ -32,14 +32,42 @@ const std::string_view kLite =
     "IF(N5=0,'',N5) As 'Card',N6 As 'Fiscal',IF(N4,'Z','') As 'Status' FROM KASSA WHERE SUM1>0";
 
 const std::string_view kTotal = "SELECT SUM(KOL*PRISE/1000-SKID) FROM PROD";
+const std::string_view kTotalWithQuantity = "SELECT SUM(KOL*PRISE/1000-SKID), SUM(KOL) FROM PROD";
+const std::string_view kTotalOfCard = "SELECT SUM(KOL*PRISE/1000) FROM PROD";
 const std::string_view kLiteTotal = "SELECT ROUND(SUM(SUM1-SKID),2) FROM KASSA WHERE ";
+const std::string_view kFirstSold = "SELECT * FROM PROD ORDER BY DATETIME";
 
 const std::string_view kSalesTail = " ORDER BY DATETIME";
 const std::string_view kOrderTail = " GROUP BY KASSA.NUM ORDER BY PROD.DATETIME";
 const std::string_view kLiteTail = " ORDER BY DAT";
 
+const Filter kByTerminal = {"Term", " WHERE TER = ", " WHERE SPION.TER = ", " AND KASSA.TER = ", kTotal};
+// Among the deletions the cashier's number is compared with the order's number, the column KAS. It has always been so
+// and stays so.
+const Filter kByCashier = {"Ofc", " WHERE PERS = ", " WHERE SPION.KAS = ", " AND KASSA.PERS = ", kTotal};
+const Filter kByProduct = {"Kod", " WHERE COD = ", " WHERE SPION.COD = ", "", kTotalWithQuantity};
+const Filter kByCard = {"DKart", " WHERE REZ = ", "", " AND KASSA.N5 = ", kTotalOfCard};
+const Filter kNotClosed = {"NeOpl", " WHERE N4<3", "", " AND KASSA.N4<3", kTotalWithQuantity};
+
+// The register narrows the sold lines and the total; the orders are all that went through either.
+constexpr std::string_view kFiscalOrders = " AND KASSA.N6 IS NOT NULL";
+const std::array<FiscalFilter, 4> kFiscal = {
+    {{},
+     {{"Fisk", " WHERE N6=1", "", kFiscalOrders, kTotalWithQuantity}, " ФП-1:Акцизный"},
+     {{"Fisk", " WHERE N6=2", "", kFiscalOrders, kTotalWithQuantity}, " ФП-2:ЕдНалог"},
+     {{"Fisk", " WHERE N6 IS NOT NULL", "", kFiscalOrders, kTotalWithQuantity}, " ВСЕ"}}};
+
+const LiteFilter kLiteByTerminal = {"TER = ", " по кассе №"};
+const LiteFilter kLiteByCashier = {"PERS = ", " по кассиру №"};
+const LiteFilter kLiteByCard = {"N5 = ", " по карте №"};
+const LiteFilter kLiteFiscal = {"N6 IS NOT NULL", " фискальные"};
+
 std::string Within(std::string_view column, const Shift& shift) {
   return fmt::format("{0} > '{1}' AND {0} < '{2}'", column, shift.From, shift.To);
+}
+
+std::string DeletedOn(std::string_view day) {
+  return fmt::format("SPION.DATETIME LIKE '{}%'", day);
 }
 
 std::string ExciseCondition(int excise_filter) {

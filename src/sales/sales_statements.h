@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -15,8 +16,14 @@ extern const std::string_view kDeletions;    ///< SPION: DataGrid11
 extern const std::string_view kOrderDetail;  ///< KASSA with PROD: DataGrid2
 extern const std::string_view kOrders;       ///< KASSA with PROD: DataGrid4
 extern const std::string_view kLite;         ///< KASSA: DataGrid7
-extern const std::string_view kTotal;        ///< sum of sold lines, thousandths of money
+
+// Totals of sold lines: a sum in thousandths of money and, where there is a second column, a quantity in thousandths.
+extern const std::string_view kTotal;
+extern const std::string_view kTotalWithQuantity;
+extern const std::string_view kTotalOfCard;  ///< without the discount: what the holder would have paid
 extern const std::string_view kLiteTotal;    ///< sum of cash operations, money as it is; a condition follows
+/// The first line ever sold dates the file of the whole period.
+extern const std::string_view kFirstSold;
 
 extern const std::string_view kSalesTail;
 /// Groups by the order's number alone, so orders of two terminals with one number fall together in the grid: the
@@ -24,8 +31,46 @@ extern const std::string_view kSalesTail;
 extern const std::string_view kOrderTail;
 extern const std::string_view kLiteTail;
 
+/// What one filter of the sales tab puts into the statements. A filter with a field has the field's text follow each
+/// piece. An empty piece leaves its grids as they are.
+struct Filter {
+  std::string_view word;     ///< its name in the titles and names of files
+  std::string_view sold;     ///< PROD: DataGrid3 and the total
+  std::string_view deleted;  ///< SPION: DataGrid11
+  std::string_view ordered;  ///< KASSA: DataGrid2 and DataGrid4
+  std::string_view total;
+};
+
+extern const Filter kByTerminal;
+extern const Filter kByCashier;
+extern const Filter kByProduct;
+extern const Filter kByCard;
+extern const Filter kNotClosed;
+
+/// The fiscal registers that the operator can tick.
+struct FiscalFilter {
+  Filter filter;
+  std::string_view name;  ///< in LblInf
+};
+/// By the boxes ticked: 1 the first register, 2 the second one, 3 both; nothing stands at 0.
+extern const std::array<FiscalFilter, 4> kFiscal;
+
+/// What one filter of the Lite tab puts into the statements.
+struct LiteFilter {
+  std::string_view condition;  ///< the field's text follows, if the filter has one
+  std::string_view suffix;     ///< in LblInfLite, behind the date; the field's text follows here too
+};
+
+extern const LiteFilter kLiteByTerminal;
+extern const LiteFilter kLiteByCashier;
+extern const LiteFilter kLiteByCard;
+extern const LiteFilter kLiteFiscal;
+
 /// "DATETIME > 'F' AND DATETIME < 'U'" over `column`, without a word before it; both bounds lie outside.
 std::string Within(std::string_view column, const Shift& shift);
+
+/// Narrows SPION to a day, whose stamps are texts: "SPION.DATETIME LIKE 'D%'", D the day as the screen shows it.
+std::string DeletedOn(std::string_view day);
 
 /// Narrows PROD by the excise class that Combo2 stands for (1 alcohol, 2 cigarettes, 3 no excise), "" for all: "N1=1".
 std::string ExciseCondition(int excise_filter);

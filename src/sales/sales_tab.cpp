@@ -2,7 +2,10 @@
 
 #include "core/errors.h"
 #include "core/numbers.h"
-#include "sales/sales_statements.h"
+#include "core/text.h"
+#include "platform/text_file.h"
+#include "sales/operator_input.h"
+#include "sales/sales_csv.h"
 #include "ui/desktop.h"
 
 namespace zrt {
@@ -14,6 +17,19 @@ using Align = GridColumn::Align;
 constexpr std::string_view kWorking = "обработка запроса...";
 /// What LblInf says behind the date for each excise filter.
 constexpr std::array<std::string_view, 4> kExciseSuffix = {"", " Алкоголь", " Сигареты", " НЕ акциз"};
+/// What LblInf says of the whole period for each excise filter.
+constexpr std::array<std::string_view, 4> kWholePeriod = {"за весь период", "за весь период: Алкоголь",
+                                                          "за весь период: Сигареты", "за весь период: НЕ акциз"};
+/// What a file's title says for each excise filter. Its words for 2 and 3 aren't those of the screen: the readers of
+/// the files know them so.
+constexpr std::array<std::string_view, 4> kExciseInTitle = {"", " (Алкоголь)", " (не Акциз)", ""};
+
+/// Which filters fit a big grid.
+struct FiltersOfGrid {
+  bool not_closed, order, card, product;
+};
+constexpr std::array<FiltersOfGrid, 3> kFiltersOfGrid = {
+    {{true, true, true, true}, {false, false, false, true}, {true, false, true, false}}};
 
 const std::vector<ColumnLayout> kSalesLayout = {{"Cod", 600, Align::kRight},
                                                 {"Name", 2550, Align::kLeft},
@@ -36,13 +52,13 @@ const std::vector<ColumnLayout> kDeletionsLayout = {
 
 const std::vector<ColumnLayout> kOrderDetailLayout = {{"Ter", 525, Align::kRight},
                                                       {"Num", 750, Align::kRight},
-                                                      {"Stl", 525, Align::kRight},
-                                                      {"cod", 600, Align::kRight},
-                                                      {"Operation", 1500, Align::kLeft},
-                                                      {"Summ", 1050, Align::kRight, "0.00"},
-                                                      {"Dscnt", 900, Align::kRight, "0.000"},
-                                                      {"Pay", 1050, Align::kRight, "0.00"},
-                                                      {"Card", 675, Align::kRight},
+                                                      {"Stl", 450, Align::kRight},
+                                                      {"cod", 480, Align::kRight},
+                                                      {"Operation", 750, Align::kLeft},
+                                                      {"Summ", 870, Align::kRight, "0.00"},
+                                                      {"Dscnt", 690, Align::kRight, "0.000"},
+                                                      {"Pay", 870, Align::kRight, "0.00"},
+                                                      {"Card", 600, Align::kRight},
                                                       {"StartOrder", 1950, Align::kLeft},
                                                       {"EndOrder", 1950, Align::kLeft},
                                                       {"Complete", 2400, Align::kLeft},
@@ -52,12 +68,12 @@ const std::vector<ColumnLayout> kOrdersLayout = {
     {"Summ", 870, Align::kRight, "0.00"}, {"Dscnt", 690, Align::kRight, "0.000"},
     {"Pay", 870, Align::kRight, "0.00"},  {"cod", 450, Align::kRight},
     {"Operation", 750, Align::kLeft},     {"DateTime", 1900, Align::kLeft},
-    {"Ter", 525, Align::kRight},           {"Num", 750, Align::kRight},
+    {"Ter", 525, Align::kRight},          {"Num", 750, Align::kRight},
     {"Status", 1500, Align::kLeft}};
 
 }  // namespace
 
-SalesTab::SalesTab(Form& form, Session& session)
+SalesTab::SalesTab(Form& form, Session& session, const DriveMap& drives)
     : FrameProd(form, "FrameProd"),
       CmdDG(ControlArray<Button, 3>(form, "CmdDG", 0)),
       DataGrid3(form, "DataGrid3"),
@@ -92,12 +108,40 @@ SalesTab::SalesTab(Form& form, Session& session)
       LblInf(form, "LblInf"),
       LblSum(form, "LblSum"),
       LblKol(form, "LblKol"),
-      session_(session) {
+      form_(form),
+      session_(session),
+      drives_(drives) {
+  for (int item = 0; item < static_cast<int>(CmdDG.size()); ++item) {
+    CmdDG[static_cast<std::size_t>(item)].Click = [this, item] { DG_Swith(item, true); };
+  }
   Combo1.Click = [this] { Combo1_Click(); };
   Combo2.Click = [this] { Combo2_Click(); };
   CmdPlus.Click = [this] { CmdPlus_Click(); };
   Month0.DateClick = [this] { Month0_DateClick(); };
   CmdDat.Click = [this] { CmdDat_Click(); };
+  CmdAll.Click = [this] { CmdAll_Click(); };
+  CmdTerm.Click = [this] { CmdTerm_Click(); };
+  CmdOfc.Click = [this] { CmdOfc_Click(); };
+  CmdFiltr.Click = [this] { CmdFiltr_Click(); };
+  CmdDKart.Click = [this] { CmdDKart_Click(); };
+  CmdNOpl.Click = [this] { CmdNOpl_Click(); };
+  CmdFisk.Click = [this] { CmdFisk_Click(); };
+  CmdFilCheck.Click = [this] { CmdFilCheck_Click(); };
+  CmdFileCSV.Click = [this] { CmdFileCSV_Click(); };
+  Dir1.KeyDown = [this](Key& key) { Dir1_KeyDown(key); };
+  Drive1.Change = [this] { Drive1_Change(); };
+
+  // The order's number finds its order from every table, as a row of the orders does; the product's has no meaning
+  // where its button is off.
+  Text1.KeyDown = [this](Key& key) { FieldKey(key, [this] { CmdFiltr.UserClick(); }); };
+  Text2.KeyDown = [this](Key& key) { FieldKey(key, [this] { CmdFilCheck_Click(); }); };
+  Text3.KeyDown = [this](Key& key) { FieldKey(key, [this] { CmdOfc.UserClick(); }); };
+  CmdFiltr.KeyDown = [this](Key& key) { FieldKey(key, [this] { CmdFiltr.UserClick(); }); };
+
+  sales::OnRowChosen(DataGrid3, [this] { TakeSoldLine(); });
+  sales::OnRowChosen(DataGrid11, [this] { TakeDeletion(); });
+  sales::OnRowChosen(DataGrid2, [this] { OpenOrderOf(DataGrid2); });
+  sales::OnRowChosen(DataGrid4, [this] { OpenOrderOf(DataGrid4); });
 }
 
 void SalesTab::CalcShiftPeriod() {
@@ -123,6 +167,32 @@ void SalesTab::FillCombos() {
   session_.ExciseFilter = 0;
 }
 
+void SalesTab::DG_Swith(int index, bool load) {
+  CalcShiftPeriod();
+  LblInf.Caption = std::string(kWorking);
+  LblInf.Repaint();
+
+  const std::array<DataGrid*, 3> grids = {&DataGrid3, &DataGrid11, &DataGrid2};
+  for (std::size_t i = 0; i < grids.size(); ++i) {
+    const bool shown = i == static_cast<std::size_t>(index);
+    grids[i]->Visible = shown;
+    grids[i]->Enabled = shown;
+  }
+  const FiltersOfGrid& filters = kFiltersOfGrid.at(static_cast<std::size_t>(index));
+  CmdNOpl.Enabled = filters.not_closed;
+  CmdFilCheck.Enabled = filters.order;
+  CmdDKart.Enabled = filters.card;
+  CmdFiltr.Enabled = filters.product;
+  session_.CurrentGrid = index;
+
+  if (load && session_.PeriodAll) {
+    CmdAll_Click();
+  } else if (load) {
+    CmdDat_Click();
+  }
+  grids[static_cast<std::size_t>(index)]->SetFocus();
+}
+
 void SalesTab::Combo1_Click() {
   session_.Write(fmt::format("UPDATE CONST SET N8={} WHERE COD=5", Combo1.Text()));
 }
@@ -133,7 +203,7 @@ void SalesTab::Combo2_Click() {
 
 void SalesTab::CmdPlus_Click() {
   if (Combo1.Text().empty()) {
-    Month0.Owner().TheDesktop().MsgBox("Не установлено начало смены!!!", BoxIcon::kCritical);
+    TheDesktop().MsgBox("Не установлено начало смены!!!", BoxIcon::kCritical);
     return;
   }
   Month0.Value = ParseDate(TextDate.Caption()).value_or(session_.TheClock().Now().date);
@@ -165,7 +235,7 @@ void SalesTab::CmdDat_Click() {
         OpenSales(sold);
         break;
       case 1:
-        OpenDeletions(fmt::format(" WHERE SPION.DATETIME LIKE '{}%'", TextDate.Caption()));
+        OpenDeletions(" WHERE " + sales::DeletedOn(TextDate.Caption()));
         break;
       default:
         OpenOrderDetail(orders);
@@ -174,22 +244,191 @@ void SalesTab::CmdDat_Click() {
     OpenOrders(orders);
     ShowTotal(fmt::format("{}{}{}", sales::kTotal, sold, sales::kSalesTail));
 
-    LblKol.Caption = {};
     session_.PeriodAll = false;
     LblInf.Caption =
         fmt::format("{}{}", TextDate.Caption(), kExciseSuffix.at(static_cast<std::size_t>(session_.ExciseFilter)));
   } catch (const Error&) {
     // The label keeps saying that the query is under way: the operator sees that what stands below is not the answer.
-    Month0.Owner().TheDesktop().MsgBox("Неправильно введена дата!", BoxIcon::kCritical);
+    TheDesktop().MsgBox("Неправильно введена дата!", BoxIcon::kCritical);
   }
 }
 
-void SalesTab::BeginQuery(const char* filter_name) {
+void SalesTab::CmdAll_Click() {
+  TextDate.Caption = session_.Format().DateText(session_.StoredDate);
+  LblKol.Caption = {};
+  BeginQuery("ALL");
+
+  const auto excise = static_cast<std::size_t>(session_.ExciseFilter);
+  const std::string narrowed = sales::ExciseCondition(session_.ExciseFilter);
+  switch (session_.CurrentGrid) {
+    case 0:
+      OpenSales(narrowed.empty() ? "" : " WHERE " + narrowed);
+      break;
+    case 1:
+      OpenDeletions("");
+      break;
+    default:
+      OpenOrderDetail("");
+      break;
+  }
+  OpenOrders("");
+
+  TextDate.Caption = "весь период";
+  LblInf.Caption = std::string(kWholePeriod.at(excise));
+  CmdDat.Enabled = false;
+  Month0.Visible = false;
+  session_.PeriodAll = true;
+}
+
+void SalesTab::CmdTerm_Click() {
+  FilterByField(sales::kByTerminal, Text7);
+}
+
+void SalesTab::CmdOfc_Click() {
+  FilterByField(sales::kByCashier, Text3);
+}
+
+void SalesTab::CmdFiltr_Click() {
+  FilterByField(sales::kByProduct, Text1);
+}
+
+void SalesTab::CmdDKart_Click() {
+  FilterByField(sales::kByCard, Text5);
+}
+
+void SalesTab::CmdNOpl_Click() {
+  CalcShiftPeriod();
+  RunFilter(sales::kNotClosed, nullptr);
+}
+
+void SalesTab::CmdFisk_Click() {
+  const std::size_t ticked = (CheckFP1.Value() ? 1U : 0U) + (CheckFP2.Value() ? 2U : 0U);
+  if (ticked == 0) {
+    TheDesktop().MsgBox("Выберите фискальный регистратор!", BoxIcon::kNone, BoxButtons::kOk, "DESKOR");
+    return;
+  }
+  // A day picked since the last query counts only after CmdDat: this filter stays within the period last shown.
+  const sales::FiscalFilter& fiscal = sales::kFiscal.at(ticked);
+  RunFilter(fiscal.filter, nullptr, fmt::format(" фискальные{}", fiscal.name));
+}
+
+void SalesTab::CmdFilCheck_Click() {
+  if (!sales::HoldsNumber(Text2, "Введите номер заказа!")) return;
+  if (!sales::HoldsNumber(Text7, "Введите номер терминала!")) return;
+  const std::string order = Text2.Text();
+  // Of a longer number the last two digits are the terminal's.
+  const int terminal = ToByte(session_.Format().ToNumber(Right(Text7.Text(), 2)));
+
+  BeginQuery("Chek");
+  DG_Swith(0, false);
+  // An order is shown whole, whatever the period.
+  const std::string lines = fmt::format(" WHERE NUM = {} AND TER={}", order, terminal);
+  OpenSales(lines);
+  OpenOrders(fmt::format(" AND KASSA.NUM = {} AND KASSA.TER={}", order, terminal));
+  ShowTotal(fmt::format("{}{}", sales::kTotalWithQuantity, lines));
+  for (TextBox* field : {&Text1, &Text3, &Text5}) field->Text = {};
+  LblInf.Caption = "заказ № " + order;
+}
+
+void SalesTab::CmdFileCSV_Click() {
+  if (!Dir1.Visible()) {
+    ShowFolders(true);
+    Dir1.SetFocus();
+    return;
+  }
+  SaveTable();
+  ShowFolders(false);
+  CmdFileCSV.SetFocus();
+}
+
+void SalesTab::Dir1_KeyDown(Key& key) {
+  if (key.code == Key::kEnter) {
+    key.swallow = true;
+    CmdFileCSV_Click();
+  } else if (key.code == Key::kEscape) {
+    key.swallow = true;
+    ShowFolders(false);
+    CmdFileCSV.SetFocus();
+  }
+}
+
+void SalesTab::Drive1_Change() {
+  Dir1.Path = Drive1.Drive() + "\\";
+}
+
+void SalesTab::FieldKey(Key& key, const std::function<void()>& click) {
+  if (key.code == Key::kEnter) {
+    key.swallow = true;
+    click();
+  } else if (key.code == Key::kEscape) {
+    key.swallow = true;
+    form_.Hide();
+  }
+}
+
+void SalesTab::TakeSoldLine() {
+  Text1.Text = DataGrid3.CurrentText("Cod");
+  Text2.Text = DataGrid3.CurrentText("Num");
+  Text3.Text = DataGrid3.CurrentText("Pers");
+  Text5.Text = DataGrid3.CurrentText("Card");
+  Text7.Text = DataGrid3.CurrentText("Ter");
+  CmdFiltr.SetFocus();
+}
+
+void SalesTab::TakeDeletion() {
+  Text1.Text = DataGrid11.CurrentText("Cod");
+  Text3.Text = DataGrid11.CurrentText("Num");  // where the cashier's filter looks for it
+  Text7.Text = DataGrid11.CurrentText("Ter");
+  CmdFiltr.SetFocus();
+}
+
+void SalesTab::OpenOrderOf(const DataGrid& grid) {
+  for (TextBox* field : {&Text1, &Text3, &Text5}) field->Text = {};
+  Text2.Text = grid.CurrentText("Num");
+  Text7.Text = grid.CurrentText("Ter");
+  CmdFilCheck_Click();
+}
+
+void SalesTab::RunFilter(const sales::Filter& filter, const TextBox* field, std::string_view suffix) {
+  BeginQuery(filter.word);
+
+  const std::string value = field == nullptr ? std::string() : field->Text();
+  std::string sold = fmt::format("{}{}", filter.sold, value);
+  std::string deleted = fmt::format("{}{}", filter.deleted, value);
+  std::string ordered = fmt::format("{}{}", filter.ordered, value);
+  if (!session_.PeriodAll) {
+    sold += " AND " + sales::Within("DATETIME", session_.ShiftPeriod);
+    deleted += " AND " + sales::DeletedOn(TextDate.Caption());
+    ordered += " AND " + sales::Within("PROD.DATETIME", session_.ShiftPeriod);
+  }
+  const int grid = session_.CurrentGrid;
+  if (grid == 0) OpenSales(sold);
+  if (grid == 1 && !filter.deleted.empty()) OpenDeletions(deleted);
+  if (grid == 2 && !filter.ordered.empty()) OpenOrderDetail(ordered);
+  if (!filter.ordered.empty()) OpenOrders(ordered);
+  ShowTotal(fmt::format("{}{}{}", filter.total, sold, sales::kSalesTail));
+
+  ClearFieldsBut(field);
+  LblInf.Caption = fmt::format("{}{}", TextDate.Caption(), suffix);
+}
+
+void SalesTab::FilterByField(const sales::Filter& filter, TextBox& field) {
+  CalcShiftPeriod();
+  if (sales::HoldsNumber(field, "Введите целое числовое значение!")) RunFilter(filter, &field);
+}
+
+void SalesTab::ClearFieldsBut(const TextBox* kept) {
+  for (TextBox* field : {&Text1, &Text2, &Text3, &Text5, &Text7}) {
+    if (field != kept) field->Text = {};
+  }
+}
+
+void SalesTab::BeginQuery(std::string_view filter_name) {
   session_.FilterName = filter_name;
   LblInf.Caption = std::string(kWorking);
-  LblInf.Repaint();
   LblSum.Caption = {};
-  LblSum.Repaint();
+  // Draws the whole window, so once is enough for both labels.
+  LblInf.Repaint();
 }
 
 void SalesTab::OpenSales(const std::string& pieces) {
@@ -221,8 +460,84 @@ void SalesTab::Open(Recordset& set, std::string sql, DataGrid& grid, const std::
 void SalesTab::ShowTotal(std::string sql) {
   Recordset& totals = session_.Pool().RsTotals;
   session_.BindSet(totals, std::move(sql));
-  const Cell total = totals.Field(0);
-  LblSum.Caption = total.IsNull() ? std::string() : session_.Format().FormatNumber(total.Number() / scale::kProd, 2);
+  const auto shown = [&](int field, int decimals) {
+    if (field >= totals.FieldCount() || totals.IsNull(field)) return std::string();
+    return session_.Format().FormatNumber(totals.Field(field).Number() / scale::kProd, decimals);
+  };
+  LblSum.Caption = shown(0, 2);
+  LblKol.Caption = shown(1, 3);
+}
+
+void SalesTab::SaveTable() {
+  struct Table {
+    Recordset& set;
+    DataGrid& grid;
+    const std::vector<ColumnLayout>& layout;
+    std::string name;
+  };
+  RecordsetPool& pool = session_.Pool();
+  const std::array<Table, 3> tables = {{{pool.RsSales, DataGrid3, kSalesLayout, "Prod" + session_.FilterName},
+                                        {pool.RsDeletions, DataGrid11, kDeletionsLayout, "Delete"},
+                                        {pool.RsOrderDetail, DataGrid2, kOrderDetailLayout, "Zakaz"}}};
+  const Table& table = tables.at(static_cast<std::size_t>(session_.CurrentGrid));
+  const RegionalFormat& format = session_.Format();
+
+  table.set.Requery();
+  table.grid.Layout(table.layout);
+  if (table.set.RecordCount() == 0) {
+    TheDesktop().MsgBox("Нет данных!", BoxIcon::kCritical);
+    return;
+  }
+  const std::string name = table.name + "_" + FileStamp(format.DateTimeText(session_.TheClock().Now()));
+  const std::string path = fmt::format("{}{}{}.csv", Dir1.Path(), Dir1.Path().ends_with('\\') ? "" : "\\", name);
+  TextFileWriter file(drives_, path);
+  switch (session_.CurrentGrid) {
+    case 0:
+      sales::WriteSales(file, table.set, format, SalesTitle(name), LblSum.Caption());
+      break;
+    case 1:
+      sales::WriteDeletions(file, table.set, format);
+      break;
+    default:
+      sales::WriteOrderDetail(file, table.set, format);
+      break;
+  }
+  file.Close();
+  TheDesktop().MsgBox("Выгрузка в файл " + path + "\nуспешно завершена!", BoxIcon::kExclamation, BoxButtons::kOk,
+                      "DESKOR");
+}
+
+std::string SalesTab::SalesTitle(const std::string& file_name) {
+  const std::string& filter = session_.FilterName;
+  const RegionalFormat& format = session_.Format();
+  const std::string_view excise = kExciseInTitle.at(static_cast<std::size_t>(session_.ExciseFilter));
+  const std::string& date = TextDate.Caption();
+  if (filter == "Kod") return fmt::format("ПРОДАЖИ ТОВАРА (КОД={}) ЗА {}", Text1.Text(), date);
+  if (filter == "Chek") {
+    const Recordset& lines = session_.Pool().RsSales;
+    return fmt::format("КОПИЯ ЧЕКА(ЗАКАЗА) № {}  {}   {}", lines.Field("Num").Display(format),
+                       lines.Field("DateTime").Display(format), lines.Field("Ter").Display(format));
+  }
+  if (filter == "Data") return fmt::format("ПРОДАЖИ ТОВАРА ЗА {}{}", date, excise);
+  if (filter == "Ofc") return fmt::format("ПРОДАЖИ ПО КОДУ ОФИЦИАНТА №{} ЗА {}", Text3.Text(), date);
+  if (filter == "Term") return fmt::format("ПРОДАЖИ ПО ТЕРМИНАЛУ №{} ЗА {}", Text7.Text(), date);
+  if (filter == "DKart") return fmt::format("ПРОДАЖИ ПО ДИСКОНТНОЙ КАРТЕ №{} ЗА {}", Text5.Text(), date);
+  // The filter calls itself "NeOpl", so its files are titled by their own name.
+  if (filter == "NOpl") return "НЕОПЛАЧЕННЫЕ ЗАКАЗЫ ЗА " + date;
+  if (filter == "Fisk") return "ОПЛАЧЕННЫЕ ПО КАССЕ ЗАКАЗЫ ЗА " + date;
+  if (filter == "ALL") {
+    const std::string now = format.DateTimeText(session_.TheClock().Now());
+    Recordset& sold = session_.ReadOne(std::string(sales::kFirstSold));
+    const std::string first = sold.Field("DATETIME").Display(format);
+    sold.Close();
+    return fmt::format("ТАБЛИЦА ПРОДАЖ ЗА ПЕРИОД: с {} по {}{}", first, now, excise);
+  }
+  return file_name;
+}
+
+void SalesTab::ShowFolders(bool shown) {
+  Drive1.Visible = shown;
+  Dir1.Visible = shown;
 }
 
 }  // namespace zrt

@@ -144,13 +144,26 @@ std::int32_t ModuleReg::GetTovarN6(std::int32_t cod) {
   return keeps_no_stock ? 1 : 0;
 }
 
+std::string ModuleReg::MakeControlNumber() const {
+  const DateTime now = session_.TheClock().Now();
+  return Right(fmt::format("{:02}{:02}{:02}{:02}{:02}", now.date.day, now.date.month, now.hour, now.minute, now.second),
+               9);
+}
+
 void ModuleReg::RecalcOstAfterShift(Recordset& catalogue, ProgressBar& progress) {
   if (catalogue.RecordCount() == 0) return;
   session_.Write("UPDATE TOVAR SET KOL=0");
-  const std::string hour = session_.ReadOne("SELECT N8 FROM CONST WHERE COD=5").Field(0).Text();
+  // Until somebody has chosen the hour it is NULL, and the day begins at midnight.
+  const Recordset& hour = session_.ReadOne("SELECT N8 FROM CONST WHERE COD=5");
+  const std::string first_hour = hour.RecordCount() == 0 ? std::string() : hour.Field(0).TextOrEmpty();
   const std::string today = CutSqlDate(session_.Format().DateText(session_.TheClock().Now().date));
-  const std::string start = fmt::format("{} {}:00:00", today, Right("0" + hour, 2));
+  const std::string start = fmt::format("{} {}:00:00", today, Right("0" + first_hour, 2));
 
+  CopyToTerminals(catalogue, start, progress);
+  catalogue.Requery();
+}
+
+void ModuleReg::CopyToTerminals(const Recordset& catalogue, const std::string& start, ProgressBar& progress) {
   progress.Max = catalogue.RecordCount();
   progress.Value = 0;
   progress.Visible = true;
@@ -172,7 +185,6 @@ void ModuleReg::RecalcOstAfterShift(Recordset& catalogue, ProgressBar& progress)
     progress.Value = row;
   }
   value_.Close();
-  catalogue.Requery();
 }
 
 void ModuleReg::ConnectReciever(std::uint8_t form_code, BroadcastReciever reciever) {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <string>
 
 #include "core/session.h"
@@ -56,6 +56,10 @@ class ModuleReg {
   /// DatabaseError.
   std::int32_t GetTovarN6(std::int32_t cod);
 
+  /// The number by which a document's head is found again right after its insert: the last nine characters of
+  /// ddmmhhmmss by the clock. Two work places that save the same kind and sum in one second are told apart by nothing.
+  std::string MakeControlNumber() const;
+
   /// Copies to the terminals, for every product of `catalogue` (field 0 its code): the balance, and what was sold since
   /// today's start of the shift, which is nothing as long as the clock hasn't reached that hour. `progress` shows the
   /// rows done meanwhile. Requeries `catalogue` at the end; an empty one is left alone. Throws DatabaseError.
@@ -71,6 +75,8 @@ class ModuleReg {
   void BroadcastToForm(std::int32_t cod, std::int32_t kol, std::int32_t price, std::uint8_t form_code);
 
  private:
+  /// Balance and what was sold in the 24 hours from `start`, row by row, under a progress bar that is gone afterwards.
+  void CopyToTerminals(const Recordset& catalogue, const std::string& start, ProgressBar& progress);
   void WriteBalances(std::int32_t doc, Recordset& codes, const std::string& date);
   std::int32_t FirstInt32(std::string sql);
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 namespace zrt {
 
@@ -26,6 +27,24 @@ class ProductPicker {
   /// Shows the picker, not modally; each product chosen in it is delivered through ModuleReg::BroadcastToForm under
   /// `form_code`, until the operator closes it or another screen opens it. Throws DatabaseError.
   virtual void OpenFor(std::uint8_t form_code) = 0;
+};
+
+/// A product that a document knows already, for the dialog that asks its quantity and price.
+struct KnownProduct {
+  std::int32_t cod = 0;
+  std::string name;
+  std::int32_t kol = 0;    ///< thousandths; 0 shows an empty field
+  std::int32_t price = 0;  ///< thousandths; 0 shows an empty field
+};
+
+/// The dialog as the documents know it.
+class QuantityDialog {
+ public:
+  virtual ~QuantityDialog() = default;
+
+  /// Asks quantity and price of `product`, modally; on OK they are delivered through ModuleReg::BroadcastToForm under
+  /// `form_code`.
+  virtual void AskFor(const KnownProduct& product, std::uint8_t form_code) = 0;
 };
 
 }  // namespace zrt

@@ -217,6 +217,11 @@ int ComboBox::ListIndex() const {
   return found == Items().end() ? -1 : static_cast<int>(found - Items().begin());
 }
 
+void ComboBox::SelectAll() {
+  SelStart = 0;
+  SelLength = static_cast<int>(Length(Text()));
+}
+
 void ComboBox::UserChoose(const std::string& item) {
   if (!IsUsable()) return;
   if (std::find(Items().begin(), Items().end(), item) == Items().end()) {
@@ -351,26 +356,6 @@ void TabStrip::UserChoose(const std::string& key) {
   if (found == Tabs().end()) throw Error(Name() + " has no tab \"" + key + "\"");
   Selected = static_cast<int>(found - Tabs().begin());
   Click.Raise();
-}
-
-// CmdKeyTrigg
-
-CmdKeyTrigg::CmdKeyTrigg(Form& form, std::string name)
-    : Control(form, std::move(name), {"QWidget/keytrigg", "KeyTriggWidget", "KeyTriggWidget/keytrigg"}) {}
-
-void CmdKeyTrigg::UserPress(std::uint8_t half) {
-  if (!IsUsable()) return;
-  Trigger = half;
-  Click.Raise(half);
-}
-
-void CmdKeyTrigg::UserSet(const std::string& value) {
-  if (value != "1" && value != "2") throw Error(Name() + " has the halves 1 and 2");
-  UserPress(value == "1" ? 1 : 2);
-}
-
-void CmdKeyTrigg::UserClick() {
-  UserPress(Trigger() == 1 ? 2 : 1);
 }
 
 // Timer

@@ -18,6 +18,7 @@ struct ControlDefinition;
 /// Colours are blue-green-red integers; those with the top bit set are the window system's own.
 using Colour = std::uint32_t;
 namespace colour {
+inline constexpr Colour kWindow = 0x80000005;
 inline constexpr Colour kButtonFace = 0x8000000F;
 inline constexpr Colour kButtonText = 0x80000012;
 inline constexpr Colour kHighlightEdge = 0x8000000E;
@@ -169,12 +170,15 @@ class ComboBox final : public Control {
   Property<std::vector<std::string>> Items{*this, "Items"};
   Property<std::string> Text{*this, "Text"};
   Property<bool> Editable{*this, "Editable", true};  ///< a text that is no item can be typed
+  Property<int> SelStart{*this, "SelStart", 0};      ///< of an editable one: characters before the cursor
+  Property<int> SelLength{*this, "SelLength", 0};    ///< and characters selected
   Event<> Click{*this, "Click"};                     ///< an item was chosen
   Event<> Change{*this, "Change"};                   ///< a text was typed
 
   void AddItem(std::string item);
   void Clear();           ///< no items, no text
   int ListIndex() const;  ///< index of Text among the items from 0, -1 if it is none
+  void SelectAll();
 
   void UserChoose(const std::string& item);
   void UserType(const std::string& text);
@@ -275,22 +279,6 @@ class TabStrip final : public Control {
 
   void UserChoose(const std::string& key);
   void UserSet(const std::string& value) override { UserChoose(value); }
-};
-
-/// The program's own two-position key: one wide button with two halves; its caption says which half is on.
-class CmdKeyTrigg final : public Control {
- public:
-  CmdKeyTrigg(Form& form, std::string name);
-  Property<std::string> Caption_1{*this, "Caption_1"};
-  Property<std::string> Caption_2{*this, "Caption_2"};
-  Property<std::uint8_t> Trigger{*this, "Trigger", 1};
-  Event<std::uint8_t> Click{*this, "Click"};  ///< with the half just pressed, also when it was on already
-
-  /// Caption of the half that is on; any Trigger but 1 shows the second.
-  const std::string& Caption() const { return Trigger() == 1 ? Caption_1() : Caption_2(); }
-  void UserPress(std::uint8_t half);
-  void UserSet(const std::string& value) override;  ///< "1" or "2"
-  void UserClick() override;                        ///< presses the half that is off
 };
 
 /// Fires after Interval milliseconds, again and again while it is enabled. Not part of a definition.

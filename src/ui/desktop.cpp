@@ -6,6 +6,17 @@
 
 namespace zrt {
 
+std::string WithPlainBreaks(std::string_view text) {
+  std::string plain;
+  char before = 0;
+  for (const char character : text) {
+    const bool pair = character == '\r' && before == '\n';
+    if (!pair) plain += character == '\r' ? '\n' : character;
+    before = character;
+  }
+  return plain;
+}
+
 BoxAnswer Desktop::MsgBox(const std::string& text, BoxIcon icon, BoxButtons buttons, const std::string& title) {
   return DoMsgBox(text, icon, buttons, title.empty() ? ProgramTitle : title);
 }

@@ -14,6 +14,10 @@ enum class BoxIcon { kNone, kCritical, kQuestion, kExclamation, kInformation };
 enum class BoxButtons { kOk, kOkCancel, kYesNo };
 enum class BoxAnswer { kOk, kCancel, kYes, kNo };
 
+/// The text of a box with one "\n" for each break: some texts break their lines by a line feed and a carriage return,
+/// some by a carriage return alone.
+std::string WithPlainBreaks(std::string_view text);
+
 /// The host of all windows: shows forms and boxes and brings what the operator does to the handlers. What is common to
 /// all hosts stands here; a host overrides the Do... members.
 class Desktop {

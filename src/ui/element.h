@@ -74,7 +74,11 @@ class Property final : public PropertyBase {
   Property(Element& owner, const char* name, T initial = T{})
       : PropertyBase(owner, name), value_(initial), initial_(std::move(initial)) {}
 
+  /// Runs before a value is stored, equal to the present one or not. A failure leaves the present one.
+  std::function<void(const T&)> Let;
+
   Property& operator=(T value) {
+    if (Let) Let(value);
     if (value == value_) return *this;
     value_ = std::move(value);
     Changed();

@@ -4,18 +4,23 @@
 
 namespace {
 
-constexpr const char* kUsage = "usage: zrt_play --server HOST --database NAME FILE...\n";
+constexpr const char* kUsage = "usage: zrt_play --server HOST --database NAME [--drives FOLDER] [--grids] FILE...\n";
 constexpr const char* kAccount = "zrt";
 
 }  // namespace
 
 int main(int argc, char** argv) {
   zrt::DatabaseAddress database{"", kAccount, ""};
+  zrt::play::PlayOptions options;
   std::vector<std::string> files;
   for (int i = 1; i < argc; ++i) {
     const std::string argument = argv[i];
     if ((argument == "--server" || argument == "--database") && i + 1 < argc) {
       (argument == "--server" ? database.host : database.schema) = argv[++i];
+    } else if (argument == "--drives" && i + 1 < argc) {
+      options.drives = argv[++i];
+    } else if (argument == "--grids") {
+      options.grids = &std::cout;
     } else {
       files.push_back(argument);
     }
@@ -25,6 +30,6 @@ int main(int argc, char** argv) {
     return 2;
   }
   bool all_hold = true;
-  for (const std::string& name : files) all_hold = zrt::play::PlayFile(name, database) && all_hold;
+  for (const std::string& name : files) all_hold = zrt::play::PlayFile(name, database, options) && all_hold;
   return all_hold ? 0 : 1;
 }

@@ -33,15 +33,15 @@ class TemporaryFolder {
 
 }  // namespace
 
-bool PlayFile(const std::string& name, const DatabaseAddress& database) {
+bool PlayFile(const std::string& name, const DatabaseAddress& database, const PlayOptions& options) {
   try {
     std::ifstream file(name, std::ios::binary);
     if (!file) throw FileError(name, "can't be read");
     std::ostringstream text;
     text << file.rdbuf();
     const auto script = ReadScript(text.str());
-    const TemporaryFolder drives;
-    Player player(database, drives.Path());
+    const TemporaryFolder own;
+    Player player(database, options.drives.value_or(own.Path()), options.grids);
     player.Run(script);
     return true;
   } catch (const Failure& failure) {

@@ -1,13 +1,21 @@
 #pragma once
 
+#include <filesystem>
+#include <optional>
 #include <string>
 
 #include "core/session.h"
 
 namespace zrt::play {
 
-/// Plays one file on `database`, with an empty drive of its own. False when a line doesn't hold; the line, what was
-/// expected and what was there are printed to the standard error then.
-bool PlayFile(const std::string& name, const DatabaseAddress& database);
+/// What who plays a file wants of it beyond its lines.
+struct PlayOptions {
+  std::optional<std::filesystem::path> drives;  ///< without it an empty drive that is gone afterwards
+  std::ostream* grids = nullptr;                ///< where grids are printed, see Player
+};
+
+/// Plays one file on `database`. False when a line doesn't hold; the line, what was expected and what was there are
+/// printed to the standard error then.
+bool PlayFile(const std::string& name, const DatabaseAddress& database, const PlayOptions& options = {});
 
 }  // namespace zrt::play

@@ -81,8 +81,8 @@ class Player::Faults final : public FaultSource {
   bool cut_ = false;
 };
 
-Player::Player(DatabaseAddress database, std::filesystem::path drives)
-    : database_(std::move(database)), drives_(std::move(drives)), faults_(std::make_unique<Faults>()) {
+Player::Player(DatabaseAddress database, std::filesystem::path drives, std::ostream* grids)
+    : database_(std::move(database)), drives_(std::move(drives)), grids_(grids), faults_(std::make_unique<Faults>()) {
   terminal_.Open(MainConnectionString(database_));
 }
 
@@ -175,7 +175,7 @@ Player::Box Player::TakeBox(const std::string& text, bool input) {
   if (running_.empty() || running_.back().boxes.empty()) Fail("an unannounced box: " + text);
   Box box = std::move(running_.back().boxes.front());
   running_.back().boxes.pop_front();
-  CheckEqual("the box", box.text, text);
+  CheckEqual("the box", box.text, WithPlainBreaks(text));
   if (box.input != input) Fail(std::string(input ? "an input box" : "a plain box") + " came: " + text);
   return box;
 }
@@ -322,6 +322,8 @@ void Player::Expect(const Line& line) {
   const std::optional<std::string> value = element.Ask(what.substr(dot + 1));
   if (!value) Fail("no such property");
   CheckEqual(what, Word(line, 2), *value);
+  if (const auto* grid = dynamic_cast<const DataGrid*>(&element); grids_ != nullptr && grid != nullptr)
+    PrintGrid(*grid);
 }
 
 void Player::CheckCell(const Line& line) {
@@ -361,6 +363,15 @@ void Player::CheckWorkbook(const Line& line) {
     found.push_back(fmt::format("height {} {}", row.row, row.height));
   for (const std::string& status : book.StatusBar) found.push_back("status " + status);
   CheckBlock("the workbook", line, found);
+}
+
+void Player::PrintGrid(const DataGrid& grid) {
+  *grids_ << grid.Name() << "\t" << grid.Rows() << "\n";
+  const int columns = static_cast<int>(grid.Columns().size());
+  for (int row = 1; row <= grid.Rows(); ++row) {
+    for (int column = 0; column < columns; ++column) *grids_ << (column > 0 ? "\t" : "") << grid.CellText(row, column);
+    *grids_ << "\n";
+  }
 }
 
 void Player::CheckRows(const Line& line) {

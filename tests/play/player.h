@@ -22,8 +22,9 @@ struct Failure {
 /// The operator of a play: the program's third host. Runs the lines of a script on the real forms and a real server.
 class Player final : public test::HeadlessDesktop {
  public:
-  /// `drives`: empty folder for the drives of the program's machine.
-  Player(DatabaseAddress database, std::filesystem::path drives);
+  /// `drives`: empty folder for the drives of the program's machine. `grids`: where to print each grid whose number of
+  /// rows a line expects, for who counts them himself; nullptr prints none.
+  Player(DatabaseAddress database, std::filesystem::path drives, std::ostream* grids = nullptr);
   ~Player() override;
 
   /// Throws Failure, naming the line, what was expected and what was there.
@@ -68,6 +69,8 @@ class Player final : public test::HeadlessDesktop {
   void FireTimer(const Line& line);
   void Expect(const Line& line);
   void CheckCell(const Line& line);
+  /// A line with the grid's name and the number of its rows, then the rows as shown, cells apart by tabs.
+  void PrintGrid(const DataGrid& grid);
   void CheckRows(const Line& line);
   void CheckLines(const Line& line);
   void CheckPrinted(const Line& line);
@@ -85,6 +88,7 @@ class Player final : public test::HeadlessDesktop {
 
   DatabaseAddress database_;
   DriveMap drives_;
+  std::ostream* grids_;
   test::FixedClock clock_;
   test::RecordingPrinter printer_;
   test::RecordingSpreadsheet spreadsheet_;

@@ -16,10 +16,8 @@ std::string QuotedWord(const std::string& text, std::size_t& at) {
       continue;
     }
     const char escaped = ++at < text.size() ? text[at] : '\0';
-    if (std::string_view("nr\"\\").find(escaped) == std::string_view::npos) {
-      throw Error("only \\\", \\n, \\r and \\\\ stand in a text");
-    }
-    word += escaped == 'n' ? '\n' : escaped == 'r' ? '\r' : escaped;
+    if (escaped != 'n' && escaped != '"' && escaped != '\\') throw Error("only \\\", \\n and \\\\ stand in a text");
+    word += escaped == 'n' ? '\n' : escaped;
   }
   if (at >= text.size()) throw Error("a text isn't closed");
   ++at;

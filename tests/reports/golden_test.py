@@ -122,7 +122,7 @@ class Reports(unittest.TestCase):
 
     def csv(self, click, prefix, titles, table):
         path = FOLDER + prefix + STAMP + ".csv"
-        box = f"Выгрузка в файл {path}\n\rуспешно завершена!"
+        box = f"Выгрузка в файл {path}\nуспешно завершена!"
         rows = ["".join(cell + ";" for cell in row) for row in table]
         return [f"dialog {quoted(box)} exclamation -> OK", click] + self.block(f"file {quoted(path)}", titles + rows)
 

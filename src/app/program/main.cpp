@@ -37,6 +37,9 @@ int main(int argc, char** argv) {
 
   const zrt::SystemClock clock;
   const zrt::DriveMap drives(DrivesFolder());
+  // The folder that reports go to unless the operator chooses another one; where it can't be made, saving says so.
+  std::error_code ignored;
+  std::filesystem::create_directories(drives.ToNative("C:\\Korvina\\Report"), ignored);
   zrt::QtDesktop desktop(zrt::RegionalFormat{}, drives);
   zrt::QtPrinter printer;
   zrt::QtSpreadsheet spreadsheet;

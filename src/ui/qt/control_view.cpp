@@ -102,6 +102,8 @@ bool ControlView::eventFilter(QObject* watched, QEvent* event) {
 bool ControlView::HandleKey(const QKeyEvent& event) {
   Key key = KeyOf(event);
   if (key.code == Key::kOther) return false;
+  // Enter that is held down would open a card and save it again and again.
+  if (key.code == Key::kEnter && event.isAutoRepeat()) return true;
   Act([&] { control_.UserKey(key); });
   // The handler may have taken the window away; the widget has no use for the key then.
   return key.swallow || !alive_ || KeyLeft(key);

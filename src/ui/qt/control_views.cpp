@@ -311,9 +311,13 @@ class ComboView final : public ControlView {
     connect(widget, &QComboBox::editTextChanged, this, [this](const QString& text) { Typed(text); });
     // Completing a number to a longer one of the list changes what the operator typed.
     if (widget->isEditable()) widget->setCompleter(nullptr);
-    WatchKeys(widget->isEditable() ? static_cast<QWidget*>(widget->lineEdit()) : widget);
-    if (widget->isEditable()) widget->lineEdit()->setAccessibleDescription(ToQt(combo.Name()));
-    widget->installEventFilter(this);
+    if (QLineEdit* edit = widget->lineEdit()) {
+      edit->setAccessibleDescription(ToQt(combo.Name()));
+      connect(edit, &QLineEdit::cursorPositionChanged, this, [this] { KeepSelection(); });
+      connect(edit, &QLineEdit::selectionChanged, this, [this] { KeepSelection(); });
+    }
+    // The keyboard is the list's also while a text is typed into it.
+    WatchKeys(widget);
     Start();
   }
 
@@ -326,6 +330,8 @@ class ComboView final : public ControlView {
       ShowText();
     } else if (&property == &combo_.Text) {
       ShowText();
+    } else if (&property == &combo_.SelStart || &property == &combo_.SelLength) {
+      ShowSelection();
     } else {
       ControlView::Show(property);
     }
@@ -336,7 +342,6 @@ class ComboView final : public ControlView {
     if (!IsAlive()) return false;
     // Turning the wheel over a closed list changed the shift's hour unnoticed.
     if (event->type() == QEvent::Wheel) return true;
-    if (widget_->isEditable() && watched == widget_) return false;
     return ControlView::eventFilter(watched, event);
   }
 
@@ -352,6 +357,7 @@ class ComboView final : public ControlView {
     if (busy_ || !IsAlive() || text == ToQt(combo_.Text())) return;
     // The text of an item that is being chosen: the choice itself follows.
     if (widget_->currentIndex() != shown_index_) return;
+    KeepSelection();
     Act([&] { combo_.UserType(text.toStdString()); });
     if (IsAlive()) ShowText();
   }
@@ -364,9 +370,32 @@ class ComboView final : public ControlView {
     if (widget_->currentIndex() != shown_index_) widget_->setCurrentIndex(shown_index_);
     if (widget_->isEditable()) {
       if (widget_->currentText() != text) widget_->setEditText(text);
+      Select();
     } else {
       // A text that is no item, as an hour that the base has from elsewhere, is shown all the same.
       widget_->setPlaceholderText(shown_index_ < 0 ? text : QString());
+    }
+  }
+
+  void KeepSelection() {
+    if (busy_ || !IsAlive()) return;
+    const Quiet quiet(busy_, true);
+    const QLineEdit& edit = *widget_->lineEdit();
+    combo_.SelStart = edit.selectionStart() >= 0 ? edit.selectionStart() : edit.cursorPosition();
+    combo_.SelLength = static_cast<int>(edit.selectedText().length());
+  }
+
+  void ShowSelection() {
+    if (busy_ || !widget_->isEditable()) return;
+    const Quiet quiet(busy_, true);
+    Select();
+  }
+
+  void Select() {
+    if (combo_.SelLength() > 0) {
+      widget_->lineEdit()->setSelection(combo_.SelStart(), combo_.SelLength());
+    } else {
+      widget_->lineEdit()->setCursorPosition(combo_.SelStart());
     }
   }
 
@@ -693,13 +722,27 @@ class KeyTriggView final : public ControlView {
     Start();
   }
   void Show(const PropertyBase& property) override {
-    if (&property == &key_.Trigger || &property == &key_.Caption_1 || &property == &key_.Caption_2) {
-      return widget_->ShowState(ToQt(key_.Caption()), key_.Trigger() == 1);
-    }
     ControlView::Show(property);
+    ShowLook();
   }
 
+ protected:
+  bool KeyLeft(const Key& key) override {
+    const bool presses = key.code == Key::kEnter || key.text == " ";
+    if (presses) Act([this] { key_.UserClick(); });
+    return presses;
+  }
+  /// The widget paints its colours by itself.
+  void ShowColours() override {}
+
  private:
+  void ShowLook() {
+    const auto picture = [](const std::string& name) { return name.empty() ? QPixmap() : QPixmap(ToQt(name)); };
+    widget_->ShowLook({ToQt(key_.Label0()), picture(key_.FirstImage()), picture(key_.SecondImage()),
+                       OwnColour(key_.BackColor()), OwnColour(key_.ForeColor()), OwnColour(key_.GrndColor()),
+                       key_.Sizes(), key_.SizeFont(), key_.ImgTop(), key_.Img1Left(), key_.Img2Left()});
+  }
+
   CmdKeyTrigg& key_;
   KeyTriggWidget* widget_;
 };

@@ -9,9 +9,8 @@ namespace zrt {
 
 namespace {
 
-constexpr int kLampWidth = 26;
-const QColor kOn(0x3C, 0xA5, 0x3C);
-const QColor kOff(0xC8, 0x46, 0x3C);
+constexpr int kTwipsPerInch = 1440;
+constexpr double kDisabledOpacity = 0.35;
 
 }  // namespace
 
@@ -19,35 +18,40 @@ KeyTriggWidget::KeyTriggWidget(QWidget* parent) : QWidget(parent) {
   setFocusPolicy(Qt::StrongFocus);
 }
 
-void KeyTriggWidget::ShowState(const QString& caption, bool first_on) {
-  caption_ = caption;
-  first_on_ = first_on;
-  setAccessibleName(caption);
+void KeyTriggWidget::ShowLook(KeyTriggLook look) {
+  look_ = std::move(look);
+  setFixedSize(std::max(0, Pixels(look_.sizes.width)), std::max(0, Pixels(look_.sizes.height)));
+  QFont caption_font = font();
+  if (look_.font_size > 0) caption_font.setPointSize(look_.font_size);
+  setFont(caption_font);
+  setAccessibleName(look_.caption);
   update();
-}
-
-QSize KeyTriggWidget::sizeHint() const {
-  return {160, fontMetrics().height() + 12};
 }
 
 void KeyTriggWidget::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  const QRectF frame = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
-  painter.setPen(palette().color(QPalette::Mid));
-  painter.setBrush(palette().color(QPalette::Button));
-  painter.drawRoundedRect(frame, 3, 3);
+  if (look_.ground_colour) painter.fillRect(rect(), *look_.ground_colour);
 
-  const auto lamp = [&](const QRectF& place, bool on) {
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(isEnabled() ? (on ? kOn : kOff) : palette().color(QPalette::Mid));
-    painter.drawEllipse(place.center(), 5, 5);
+  const auto draw_shape = [&](int width, int height, const QColor& line) {
+    QRectF shape(0, 0, Pixels(width), Pixels(height));
+    shape.moveCenter(QRectF(rect()).center());
+    painter.setPen(line);
+    painter.setBrush(look_.shape_colour ? *look_.shape_colour : palette().color(QPalette::Button));
+    painter.drawRoundedRect(shape.adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
   };
-  lamp(QRectF(0, 0, kLampWidth, height()), first_on_);
-  lamp(QRectF(width() - kLampWidth, 0, kLampWidth, height()), !first_on_);
+  draw_shape(look_.sizes.shape2_width, look_.sizes.shape2_height, palette().color(QPalette::Mid));
+  draw_shape(look_.sizes.shape1_width, look_.sizes.shape1_height, palette().color(QPalette::Light));
 
-  painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::ButtonText));
-  painter.drawText(rect().adjusted(kLampWidth, 0, -kLampWidth, 0), Qt::AlignCenter, caption_);
+  if (!isEnabled()) painter.setOpacity(kDisabledOpacity);
+  painter.drawPixmap(Pixels(look_.first_left), Pixels(look_.image_top), look_.first_image);
+  painter.drawPixmap(Pixels(look_.second_left), Pixels(look_.image_top), look_.second_image);
+
+  painter.setPen(look_.caption_colour ? *look_.caption_colour : palette().color(QPalette::ButtonText));
+  // One line between the pictures, in the middle of the key.
+  const QRect label((width() - Pixels(look_.sizes.label_width)) / 2, Pixels(look_.sizes.label_top),
+                    Pixels(look_.sizes.label_width), height() - 2 * Pixels(look_.sizes.label_top));
+  painter.drawText(label, Qt::AlignCenter | Qt::TextSingleLine | Qt::TextDontClip, look_.caption);
   if (hasFocus()) {
     QStyleOptionFocusRect option;
     option.initFrom(this);
@@ -70,10 +74,6 @@ void KeyTriggWidget::keyPressEvent(QKeyEvent* event) {
       return Press(1);
     case Qt::Key_Right:
       return Press(2);
-    case Qt::Key_Space:
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-      return Press(first_on_ ? 2 : 1);
     default:
       QWidget::keyPressEvent(event);
   }
@@ -81,6 +81,10 @@ void KeyTriggWidget::keyPressEvent(QKeyEvent* event) {
 
 void KeyTriggWidget::Press(int half) {
   if (OnPress) OnPress(half);
+}
+
+int KeyTriggWidget::Pixels(int twips) const {
+  return twips * logicalDpiX() / kTwipsPerInch;
 }
 
 }  // namespace zrt

@@ -29,9 +29,8 @@ QMessageBox::Icon QtIcon(BoxIcon icon) {
   return QMessageBox::NoIcon;
 }
 
-/// Texts break their lines in the order of the old window system, line feed first.
 QString BoxText(const std::string& text) {
-  return ToQt(text).remove(QLatin1Char('\r'));
+  return ToQt(WithPlainBreaks(text));
 }
 
 }  // namespace

@@ -1,0 +1,165 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "core/session.h"
+#include "documents/document_kind.h"
+#include "documents/frm_registr.h"
+#include "stock/module_reg.h"
+#include "stock/product_picker.h"
+#include "ui/controls.h"
+#include "ui/data_grid.h"
+#include "ui/form.h"
+
+namespace zrt {
+
+/// What every document form works with.
+struct DocumentServices {
+  Session& session;
+  ModuleReg& stock;
+  ProductPicker& picker;
+  QuantityDialog& dialog;
+  frmRegistr& movements;
+};
+
+/// The life cycle that all eight kinds of stock document share: new, saved, posted, and back. A kind is a row of
+/// kDocumentKinds, a definition of its window and a class that says where its lines live. There is one form per kind,
+/// so one document of each kind can be open.
+///
+/// A save is a row of statements without a transaction; after a failure between them saving again writes head and
+/// register rows anew. Texts go into the statements as typed: an apostrophe fails the save, and the document stays open
+/// to be mended.
+class DocumentForm : public Form {
+ public:
+  // Set by who opens the form.
+  std::int32_t DocId = -1;          ///< JOURNAL.ID; -1 a new document
+  std::optional<DateTime> DocDate;  ///< JOURNAL.DATEDOC
+  bool DocRun = false;              ///< posted
+  std::string DocKlient;
+  std::string DocPrim;
+
+  bool DocOpen = false;     ///< from the opening of the lines until the form is unloaded
+  std::int32_t DocSum = 0;  ///< thousandths
+
+  const DocumentKind& Kind() const { return kind_; }
+
+  // Controls that every kind has.
+  DataGrid DataGrid7{*this, "DataGrid7"};  ///< the lines
+  Label LblNumer{*this, "LblNumer"};
+  Label LblData{*this, "LblData"};
+  Label LblRun{*this, "LblRun"};  ///< the lamp: green when posted
+  Label LblInf{*this, "LblInf"};
+  Button RUNButton{*this, "RUNButton"};
+  Button CancelButton{*this, "CancelButton"};
+  Button CmdPlus{*this, "CmdPlus"};
+  MonthView Month0{*this, "Month0"};
+  // Controls that a kind has when its window's definition does.
+  std::optional<Label> LblSum;
+  std::optional<TextBox> TextKlient;
+  std::optional<TextBox> TextPrim;
+  std::optional<Button> CmdUpd;
+  std::optional<Button> CmdTov;
+  std::optional<Button> CmdBar;
+  std::optional<Button> CmdVar;
+  std::optional<Button> CmdDel;
+  std::optional<Menu> mnuRun;
+  std::optional<Menu> mnuUnRun;
+  std::optional<Menu> mnuRegistr;
+
+  /// Adds a line of product `cod`; `kol` and `price` are thousandths. Nothing for a code that the catalogue lacks, and
+  /// when no document is open. Throws DatabaseError, OverflowError.
+  virtual void BroadcastReciever(std::int32_t cod, std::int32_t kol, std::int32_t price) = 0;
+
+  /// Computes the document's sum from its lines and shows it. Throws DatabaseError.
+  virtual void SumRefresh() = 0;
+
+  /// Reads the lines again, after a file was loaded into them. Throws DatabaseError.
+  void RefreshLines();
+
+ protected:
+  DocumentForm(Desktop& desktop, const DocumentKind& kind, const DocumentServices& services);
+
+  // Where a kind differs.
+
+  /// Opens the lines of document `doc`, -1 for a new one, and binds them to the grid.
+  virtual void OpenLines(std::int32_t doc) = 0;
+  virtual void FormatGrid() = 0;
+  /// What activation does for a new document, each time that it comes to the front.
+  virtual void PrepareNew();
+  /// The barcode query up to the value; columns COD, NAME and BARCODE, and PRISE where the kind offers the retail
+  /// price.
+  virtual const char* BarcodeQuery() const;
+  /// Is the retail price offered for a scanned product? Else the purchase price is.
+  virtual bool OffersRetail() const { return false; }
+  virtual void ChangeLine() {}
+  /// Deletes the current line from its table.
+  virtual void DeleteLineStatement(std::int64_t id) = 0;
+  /// JOURNAL's row of a new document: the statement, behind its date and control number.
+  virtual std::string InsertHeadStatement(const std::string& date, const std::string& control) = 0;
+  virtual std::string FindHeadStatement(const std::string& control) const;
+  virtual std::string UpdateHeadStatement(const std::string& date) = 0;
+  /// The date of a new document that none was chosen for.
+  virtual void TakePresentDate();
+  /// The document has got its number.
+  virtual void TakeNumber() {}
+  virtual void WriteRegister(const std::string& date) = 0;
+  /// Posts the saved document, asked and agreed to.
+  virtual void PostSaved(const std::string& date);
+  /// The date under which the document is taken out of the register.
+  virtual std::string UnpostDate() const { return SqlDate(); }
+  virtual void DeleteWorkingCopy() = 0;
+  virtual void MonthClicked();
+  /// Copies what the document says about the catalogue to the terminals.
+  virtual void UpdateDocument();
+  /// Behind the product's code in UpdateDocument's statement.
+  virtual const char* UpdateTail() const { return ""; }
+
+  void SaveDocument(bool post);
+  virtual void RunIndicator(bool run);
+
+  // For the kinds' own use.
+
+  /// DocDate as SQL, cut from its text on the screen: midnight has no time.
+  std::string SqlDate() const;
+  void SetDate(const DateTime& moment);
+  std::string KlientText() const;                      ///< the first 50 characters of the client
+  std::string PrimText(std::size_t count = 50) const;  ///< the first characters of the note
+  std::string NowText() const;
+  /// ID of the current line; nothing without one.
+  std::optional<std::int64_t> CurrentId() const;
+  bool HasLines() const { return lines_.RecordCount() > 0; }
+  /// Opens the lines by `sql` and binds them to the grid; DocOpen from here on.
+  void OpenLinesBy(const std::string& sql);
+  /// Calls `visit(row, cod)` for each line, but for one with the code of the line before it.
+  void ForEachProduct(const std::function<void(int row, std::int32_t cod)>& visit);
+  void Busy(const char* text);
+  std::string Amount(std::int32_t thousandths) const;
+  static std::int32_t ToThousandths(const Cell& cell, int sign = 1);
+  /// Asks quantity and price of a line again; on OK it is added as a new one.
+  void AskFor(const KnownProduct& product) { dialog_.AskFor(product, kind_.number); }
+
+  const DocumentKind& kind_;
+  Session& session_;
+  ModuleReg& stock_;
+  Recordset lines_;
+
+ private:
+  void Form_Activate();
+  void Form_Unload();
+  void CmdPlus_Click();
+  void CmdBar_Click();
+  void CmdDel_Click();
+  void RUNButton_Click();
+  void mnuUnRun_Click();
+  void CancelButton_Click();
+  void AskAndPost();
+  bool InsertHead();
+
+  ProductPicker& picker_;
+  QuantityDialog& dialog_;
+  frmRegistr& movements_;
+};
+
+}  // namespace zrt

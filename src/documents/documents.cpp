@@ -1,0 +1,58 @@
+#include "documents/documents.h"
+
+#include "ui/desktop.h"
+
+namespace zrt {
+
+namespace {
+
+DocumentServices Services(Session& session, ModuleReg& stock, ProductPicker& picker, QuantityDialog& dialog,
+                          frmRegistr& movements) {
+  return {session, stock, picker, dialog, movements};
+}
+
+}  // namespace
+
+Documents::Documents(Desktop& desktop, Session& session, ModuleReg& stock, ProductPicker& picker,
+                     QuantityDialog& dialog)
+    : Movements(desktop, session),
+      Register(desktop, session, stock, picker),
+      DailyReport(desktop, Services(session, stock, picker, dialog, Movements)),
+      Incoming(desktop, Services(session, stock, picker, dialog, Movements)),
+      Outgoing(desktop, Services(session, stock, picker, dialog, Movements)),
+      WriteOff(desktop, Services(session, stock, picker, dialog, Movements)),
+      Inventory(desktop, Services(session, stock, picker, dialog, Movements)),
+      PriceChange(desktop, Services(session, stock, picker, dialog, Movements)),
+      TransferIn(desktop, Services(session, stock, picker, dialog, Movements)),
+      TransferOut(desktop, Services(session, stock, picker, dialog, Movements)),
+      forms_{&DailyReport, &Incoming, &Outgoing, &WriteOff, &Inventory, &PriceChange, &TransferIn, &TransferOut},
+      desktop_(desktop) {
+  for (DocumentForm* form : forms_) {
+    // A daily report takes no picked lines.
+    if (form == &DailyReport) continue;
+    stock.ConnectReciever(form->Kind().number, [form](std::int32_t cod, std::int32_t kol, std::int32_t price) {
+      form->BroadcastReciever(cod, kol, price);
+    });
+  }
+}
+
+DocumentForm* Documents::FormOf(std::string_view dtype) {
+  for (DocumentForm* form : forms_) {
+    if (dtype == form->Kind().dtype) return form;
+  }
+  return nullptr;
+}
+
+void Documents::OpenNew(std::uint8_t kind) {
+  DocumentForm& form = Form(kind);
+  if (form.DocOpen) {
+    desktop_.MsgBox(form.Kind().open_already);
+    return;
+  }
+  form.DocId = -1;
+  form.DocDate.reset();
+  form.DocKlient = form.DocPrim = "";
+  form.Show();
+}
+
+}  // namespace zrt

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "documents/line_document.h"
+
+namespace zrt {
+
+/// The daily report: takes what the terminals sold in one shift out of stock. Its lines come from PROD alone, one for
+/// each product, price and card; its date is always the shift's day at 23:00.
+class frmDocDO final : public LineDocument {
+ public:
+  frmDocDO(Desktop& desktop, const DocumentServices& services);
+
+  Frame FrameNew{*this, "FrameNew"};
+  Label TextDate{*this, "TextDate"};  ///< the day whose shift is reported
+  ComboBox Combo1{*this, "Combo1"};   ///< the shift's first hour
+  Button CmdDat{*this, "CmdDat"};
+
+ protected:
+  /// No guard: whoever comes back to a new report finds yesterday and a disabled posting again, while the gathered
+  /// lines stay. The hours of the list are added once more each time.
+  void PrepareNew() override;
+  void MonthClicked() override;
+  /// The report's own date comes back from the journal.
+  void TakePresentDate() override {}
+  std::string InsertHeadStatement(const std::string& date, const std::string& control) override;
+  std::string UpdateHeadStatement(const std::string& date) override;
+  /// From TextDate, which is empty for a report opened from the journal.
+  std::string UnpostDate() const override { return ReportDate(); }
+  void UpdateDocument() override;
+  const char* DeletedProduct() const override { return "----! УДАЛЕННЫЙ ТОВАР !----"; }
+  std::string Card(int row) const override;
+
+ private:
+  void Combo1_Click();
+  void OpenCalendar();
+  void CmdDat_Click();
+  void Gather(const std::string& from, const std::string& to);
+
+  std::string ReportDate() const;
+  /// The shift's first hour; 0 where Combo1 holds no number.
+  int Hour() const;
+  std::string ShiftStart(int hour) const;
+};
+
+}  // namespace zrt

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "documents/document_form.h"
+
+namespace zrt {
+
+/// The inventory: compares the book balance with a count; posting brings the register to the count by the differences.
+/// Its lines live in DOCINVENT for good, those of a new document under DOC=-1.
+class frmDocIN final : public DocumentForm {
+ public:
+  frmDocIN(Desktop& desktop, const DocumentServices& services);
+
+  ComboBox ComboLoc{*this, "ComboLoc"};
+  Button CmdDat{*this, "CmdDat"};
+  Button CmdClear{*this, "CmdClear"};
+  Button CmdClearFakt{*this, "CmdClearFakt"};
+  Button CmdDownlFakt{*this, "CmdDownlFakt"};
+  Button CmdExportFakt{*this, "CmdExportFakt"};
+  Frame Frame2{*this, "Frame2"};
+  Label LblSumR{*this, "LblSumR"};
+  Label LblOst{*this, "LblOst"};
+  Label LblOstR{*this, "LblOstR"};
+
+  void BroadcastReciever(std::int32_t cod, std::int32_t kol, std::int32_t price) override;
+  /// Four results, in thousandths as they are shown; that in retail prices is the document's sum.
+  void SumRefresh() override;
+
+ protected:
+  void PrepareNew() override;
+  void OpenLines(std::int32_t doc) override;
+  void FormatGrid() override;
+  void ChangeLine() override;
+  void DeleteLineStatement(std::int64_t id) override;
+  std::string InsertHeadStatement(const std::string& date, const std::string& control) override;
+  std::string UpdateHeadStatement(const std::string& date) override;
+  void TakePresentDate() override;
+  void TakeNumber() override;
+  void WriteRegister(const std::string& date) override;
+  void DeleteWorkingCopy() override;
+  void MonthClicked() override;
+
+ private:
+  void Form_Load();
+  void CmdDat_Click();
+  void CmdClear_Click();
+  void CmdClearFakt_Click();
+  void AddLine(std::int32_t cod, const std::string& name, std::int32_t ost, std::int32_t kol, std::int32_t price,
+               const Cell& prise);
+  /// The day's end or the present time, as the operator answers.
+  void SetDay(const Date& day);
+};
+
+}  // namespace zrt

@@ -1,0 +1,110 @@
+#include "documents/frm_doc_prc.h"
+
+#include "core/numbers.h"
+#include "ui/desktop.h"
+
+namespace zrt {
+
+namespace {
+
+using Align = GridColumn::Align;
+
+constexpr const char* kLines =
+    "SELECT COD As 'Cod',NAME As 'Name',ROUND(PRC1/1000,3) As 'OldPrice',"
+    "ROUND(PRC2/1000,3) As 'NewPrice',ID FROM DOCPRICE WHERE DOC=";
+/// How much of a new document's note the journal takes: half of what it takes of a saved one.
+constexpr std::size_t kNewNote = 24;
+
+}  // namespace
+
+frmDocPRC::frmDocPRC(Desktop& desktop, const DocumentServices& services)
+    : DocumentForm(desktop, kDocumentKinds[kind::kPriceChange], services) {
+  Complete();
+}
+
+void frmDocPRC::OpenLines(std::int32_t doc) {
+  OpenLinesBy(kLines + std::to_string(doc));
+}
+
+void frmDocPRC::FormatGrid() {
+  DataGrid7.Layout({{"Cod", 900, Align::kRight},
+                    {"Name", 4200, Align::kLeft},
+                    {"OldPrice", 1350, Align::kRight, "0.00"},
+                    {"NewPrice", 1350, Align::kRight, "0.00"},
+                    {"ID", 750, Align::kRight}});
+}
+
+const char* frmDocPRC::BarcodeQuery() const {
+  return "SELECT DISTINCT COD,NAME,BARCODE,PRISE FROM TOVAR WHERE BARCODE=";
+}
+
+void frmDocPRC::BroadcastReciever(std::int32_t cod, std::int32_t, std::int32_t price) {
+  if (!DocOpen) return;
+  Recordset& product = session_.ReadOne(fmt::format("SELECT DISTINCT COD,NAME,PRISE FROM TOVAR WHERE COD={}", cod));
+  if (product.RecordCount() == 0) return;
+  const double prise = product.Field("PRISE").IsNull() ? 0 : product.Field("PRISE").Number();
+  const std::int32_t old_price = ToInt32(prise * scale::kPriceToDocument);
+  session_.Write(fmt::format("INSERT INTO DOCPRICE (COD,NAME,PRC1,PRC2,DOC) VALUES ({},'{}',{},{},{})", cod,
+                             product.Field("NAME").TextOrEmpty(), old_price, price == 0 ? old_price : price, DocId));
+  RefreshLines();
+  Session::ShowLastRow(lines_);
+}
+
+void frmDocPRC::ChangeLine() {
+  const std::optional<std::int64_t> id = CurrentId();
+  if (!id) return;
+  const std::string answer = TheDesktop().InputBox(
+      fmt::format("{}\r\rстарая цена = {}", DataGrid7.CurrentText("Name"), DataGrid7.CurrentText("OldPrice")),
+      "НОВАЯ ЦЕНА");
+  if (answer.empty()) return;
+  const std::optional<double> price = session_.Format().ParseNumber(answer);
+  if (!price) {
+    TheDesktop().MsgBox("введите числовое значение!", BoxIcon::kCritical);
+    return;
+  }
+  session_.Write(fmt::format("UPDATE DOCPRICE SET PRC2={} WHERE DOC={} AND ID={}", ToInt32(*price * scale::kDocument),
+                             DocId, *id));
+  RefreshLines();
+}
+
+void frmDocPRC::DeleteLineStatement(std::int64_t id) {
+  session_.Write(fmt::format("DELETE FROM DOCPRICE WHERE DOC={} AND ID={}", DocId, id));
+}
+
+std::string frmDocPRC::InsertHeadStatement(const std::string& date, const std::string& control) {
+  return fmt::format(
+      "INSERT INTO JOURNAL (DTYPE,DATEDOC,SUMM,KLIENT,PRIM,CNTRL,RUN,REZ) VALUES "
+      "('Переоценка','{}',0,'','{}',{},NULL,0)",
+      date, PrimText(kNewNote), control);
+}
+
+std::string frmDocPRC::FindHeadStatement(const std::string& control) const {
+  return fmt::format("SELECT ID, DATEDOC FROM JOURNAL WHERE DTYPE='Переоценка' AND CNTRL={}", control);
+}
+
+std::string frmDocPRC::UpdateHeadStatement(const std::string& date) {
+  return fmt::format("UPDATE JOURNAL SET PRIM='{}',DATEDOC='{}' WHERE ID={}", PrimText(), date, DocId);
+}
+
+void frmDocPRC::TakeNumber() {
+  session_.Write(fmt::format("UPDATE DOCPRICE SET DOC={} WHERE DOC=-1", DocId));
+  OpenLines(DocId);
+}
+
+void frmDocPRC::PostSaved(const std::string&) {
+  UpdateDocument();
+  session_.Write(fmt::format("UPDATE JOURNAL SET RUN='OK' WHERE ID={}", DocId));
+}
+
+void frmDocPRC::UpdateDocument() {
+  ForEachProduct([this](int row, std::int32_t cod) {
+    const double price = lines_.At(row, lines_.FieldIndex("NewPrice")).Number();
+    session_.Write(fmt::format("UPDATE TOVAR SET PRISE={} WHERE COD={}", ToInt32(price * scale::kTovarPrise), cod));
+  });
+}
+
+void frmDocPRC::DeleteWorkingCopy() {
+  session_.Write("DELETE FROM DOCPRICE WHERE DOC=-1");
+}
+
+}  // namespace zrt

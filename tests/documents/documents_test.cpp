@@ -1,0 +1,811 @@
+#include "documents/documents.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "app/app.h"
+#include "core/errors.h"
+#include "core/numbers.h"
+#include "support/scripted_desktop.h"
+#include "support/scripted_faults.h"
+#include "support/test_database.h"
+
+namespace zrt {
+namespace {
+
+using test::FixedClock;
+using test::KeyByName;
+using test::ScriptedDesktop;
+using test::ScriptedFaults;
+using test::Stage;
+using test::TestDatabase;
+using Texts = std::vector<std::string>;
+
+/// The program on a small shop, the journal in front.
+class DocumentsTest : public testing::Test {
+ protected:
+  DocumentsTest() {
+    shop_.Sql("UPDATE CONST SET N8=8 WHERE COD=5");
+    shop_.Sql(
+        "INSERT INTO TOVAR (COD,COD1,NAME,OST,KOL,PRISE,BARCODE,NDS,REZ,N1,N2,N4,N5,N7,N6,UKT) VALUES "
+        "(1,1,'Чай',0,0,12050,'4820000000017',1,0,0,0,0,0,0,NULL,''),"
+        "(2,1,'Вино',0,0,95000,'4820000000024',1,0,1,12,0,0,0,NULL,''),"
+        "(3,1,'Доставка',0,0,10000,'4820000000031',1,0,0,21,0,0,0,0,''),"
+        "(4,1,'Вода',0,0,4000,'0',1,0,0,3,0,0,0,NULL,'')");
+    app_.TheSession.MainConnection.SetFaultSource(&faults_);
+    app_.Start();
+    desktop_.UserAction([this] { app_.Splash.Timer1.UserFire(); });
+    desktop_.UserAction([this] { app_.Main.TabStrip1.UserChoose("jurn"); });
+  }
+
+  Documents& Docs() { return app_.StockDocuments; }
+  Menu& MenuOf(std::uint8_t number) {
+    const std::array<Menu*, 8> menus = {&app_.Main.mnuDocDO,      &app_.Main.mnuDocPN,      &app_.Main.mnuDocRN,
+                                        &app_.Main.mnuDocSP,      &app_.Main.mnuDocIN,      &app_.Main.mnuPereozenk,
+                                        &app_.Main.mnuDocPERplus, &app_.Main.mnuDocPERminus};
+    return *menus[number];
+  }
+
+  void Click(Control& control) {
+    desktop_.UserAction([&] { control.UserClick(); });
+  }
+  void Type(Control& control, const std::string& text) {
+    desktop_.UserAction([&] { control.UserSet(text); });
+  }
+  void Press(Control& control, const std::string& key) {
+    desktop_.UserAction([&] { desktop_.PressKey(control, KeyByName(key)); });
+  }
+  void Pick(std::uint8_t number, int cod, int kol, int price) {
+    desktop_.UserAction([&] { app_.Stock.BroadcastToForm(cod, kol, price, number); });
+  }
+  DocumentForm& Open(std::uint8_t number) {
+    Click(MenuOf(number));
+    return Docs().Form(number);
+  }
+  /// Opens document `id` from the journal by Enter.
+  DocumentForm& Reopen(int id) {
+    desktop_.UserAction([this] { app_.Main.Journal.Refresh(); });
+    DataGrid& journal = app_.Main.Journal.DataGrid6;
+    for (int row = 1; row <= journal.Rows(); ++row) {
+      if (journal.CellText(row, "Num") != std::to_string(id)) continue;
+      desktop_.UserAction([&] { journal.UserRow(row); });
+      Press(journal, "Enter");
+      return *Docs().FormOf(journal.CellText(row, "Document"));
+    }
+    throw Error("the journal lacks the document");
+  }
+  /// Closes a document and answers whether it is to be saved.
+  void Leave(DocumentForm& form, BoxAnswer save) {
+    if (!form.DocRun) desktop_.Expect("Сохранить документ?", save, BoxIcon::kQuestion);
+    Click(form.CancelButton);
+  }
+  void Post(DocumentForm& form) {
+    desktop_.Expect("Провести документ?", BoxAnswer::kOk, BoxIcon::kQuestion);
+    Click(form.RUNButton);
+  }
+  void Unpost(DocumentForm& form) {
+    desktop_.Expect("Отменить проведение документа?", BoxAnswer::kOk, BoxIcon::kQuestion);
+    Click(*form.mnuUnRun);
+  }
+  void Now(int day, int hour = 12) { clock_.Set({{2026, 11, day}, hour, 0, 0}); }
+
+  Texts Register(int doc) {
+    return shop_.Column(
+        fmt::format("SELECT CONCAT_WS(' ',DOCTYP,COD,KOL,SUMM,OSTKOL,KARD,DATEDOC,RUN,REZ) FROM REGISTR "
+                    "WHERE DOC={} ORDER BY ID",
+                    doc));
+  }
+  std::string Head(int doc) {
+    return shop_.Value(
+        fmt::format("SELECT CONCAT_WS('|',DTYPE,DATEDOC,SUMM,KLIENT,PRIM,IFNULL(RUN,'-'),REZ) FROM "
+                    "JOURNAL WHERE ID={}",
+                    doc));
+  }
+  /// Brings `kol` thousandths of the product in at `price` thousandths each, posted on that day.
+  void Receive(int cod, int kol, int price, int day) {
+    Now(day, 8 + cod);  // no two in one second
+    DocumentForm& form = Open(kind::kIncoming);
+    Pick(kind::kIncoming, cod, kol, price);
+    Post(form);
+    Leave(form, BoxAnswer::kOk);
+  }
+
+  TestDatabase shop_{Stage::kRegister};
+  FixedClock clock_{{{2026, 11, 12}, 12, 0, 0}};
+  DriveMap drives_{std::filesystem::temp_directory_path() / "zrt_no_such_folder"};
+  ScriptedDesktop desktop_;
+  ScriptedFaults faults_;
+  App app_{desktop_, clock_, drives_, AppSettings{shop_.Address(), "zrt"}};
+};
+
+TEST_F(DocumentsTest, OneDocumentOfEachKindIsOpenAtATime) {
+  const std::pair<const char*, const char*> kRefusals[] = {
+      {"существует открытый Дневной Отчёт!", "существует открытый Дневной Отчёт!"},
+      {"существует открытая Приходная Накладная!", "существует открытая Приходная накладная!"},
+      {"существует открытая Расходная Накладная!", ""},  // the journal asks the incoming invoice
+      {"существует открытый документ Списание!", "существует открытый документ Списание!"},
+      {"существует открытый документ Инвентаризация!", "существует открытый документ Инвентаризация!"},
+      {"существует открытый документ Переоценка!", "существует открытый документ Переоценка!"},
+      {"существует открытое Перемещение Приход!", "существует открытый документ Перемещение Приход!"},
+      {"существует открытое Перемещение Расход!", "существует открытый документ Перемещение Расход!"}};
+  for (const DocumentKind& kind : kDocumentKinds) {
+    SCOPED_TRACE(kind.form);
+    shop_.Sql(
+        fmt::format("INSERT INTO JOURNAL (ID,DTYPE,DATEDOC,SUMM,KLIENT,PRIM,REZ) VALUES ({},'{}','2026-11-01 "
+                    "00:00:00',0,'кто','что',0)",
+                    100 + kind.number, kind.dtype));
+    DocumentForm& form = Open(kind.number);
+    EXPECT_EQ(form.Caption(), kind.new_caption);
+    EXPECT_TRUE(form.DocOpen);
+    EXPECT_EQ(form.LblRun.BackColor(), 255U);
+    EXPECT_EQ(form.RUNButton.Enabled(), kind.number != 0);
+    EXPECT_EQ(desktop_.Focused(), &form.DataGrid7);
+    desktop_.Expect(kRefusals[kind.number].first, BoxAnswer::kOk, BoxIcon::kNone);
+    Open(kind.number);
+  }
+  // All eight side by side; the journal refuses each, but for the outgoing invoice it looks at the incoming one.
+  for (const DocumentKind& kind : kDocumentKinds) {
+    SCOPED_TRACE(kind.form);
+    if (kind.number == kind::kOutgoing) {
+      desktop_.Expect("существует открытая Расходная накладная!", BoxAnswer::kOk, BoxIcon::kNone);
+      Reopen(102);
+      Leave(Docs().Incoming, BoxAnswer::kCancel);
+      Leave(Docs().Outgoing, BoxAnswer::kCancel);
+      Open(kind::kIncoming);
+    }
+    desktop_.Expect(kind.number == kind::kOutgoing ? "существует открытая Расходная накладная!"
+                                                   : kRefusals[kind.number].second);
+    Reopen(100 + kind.number);
+    desktop_.CheckAllCame();
+  }
+  for (const DocumentKind& kind : kDocumentKinds) {
+    DocumentForm& form = Docs().Form(kind.number);
+    if (form.DocOpen) Leave(form, BoxAnswer::kCancel);
+    EXPECT_FALSE(form.DocOpen);
+    DocumentForm& saved = Reopen(100 + kind.number);
+    EXPECT_EQ(&saved, &form);
+    EXPECT_EQ(saved.Caption(), fmt::format("{}{} от 01.11.2026", kind.saved_caption, 100 + kind.number));
+    EXPECT_EQ(saved.LblNumer.Caption(), std::to_string(100 + kind.number));
+    EXPECT_EQ(saved.LblData.Caption(), "01.11.2026") << "midnight has no time";
+    if (saved.TextKlient) {
+      EXPECT_EQ(saved.TextKlient->Text(), "кто");
+    }
+    if (saved.TextPrim) {
+      EXPECT_EQ(saved.TextPrim->Text(), "что");
+    }
+    desktop_.UserAction([&] { saved.Close(); });
+  }
+  EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM JOURNAL"), "8") << "nothing was saved";
+}
+
+struct LineKind {
+  std::uint8_t number;
+  int sign;
+  int offered;            ///< thousandths: the price that a scan offers, the purchase price being 80
+  int price_of_zero;      ///< thousandths: what a line picked without a price gets
+  bool posts_no_stock;    ///< products without stock enter the register
+  bool updates_no_stock;  ///< and get a balance from it
+};
+constexpr LineKind kLineKinds[] = {{kind::kIncoming, 1, 80000, 0, true, true},
+                                   {kind::kOutgoing, -1, 120500, 0, false, false},
+                                   {kind::kWriteOff, -1, 80000, 80000, true, true},
+                                   {kind::kTransferIn, 1, 80000, 80000, true, true},
+                                   {kind::kTransferOut, -1, 80000, 80000, true, true}};
+
+TEST_F(DocumentsTest, ALineDocumentFromItsFirstLineToItsUnposting) {
+  Receive(1, 100000, 80000, 1);
+  int day = 2;
+  int balance = 100000;
+  for (const LineKind& one : kLineKinds) {
+    const DocumentKind& kind = kDocumentKinds[one.number];
+    SCOPED_TRACE(kind.form);
+    Now(++day, 9);
+    DocumentForm& form = Open(one.number);
+    // A scan offers a price and asks the quantity; picked lines come as they are.
+    desktop_.ExpectInput("отсканируйте Штрихкод", "4820000000017");
+    desktop_.InModal([&](zrt::Form&) {
+      EXPECT_EQ(app_.PickDialog.DialPrice, one.offered);
+      Type(app_.PickDialog.TextKol, "2");
+      Press(app_.PickDialog.TextKol, "Enter");
+      if (app_.PickDialog.IsVisible()) Press(*desktop_.Focused(), "Enter");
+    });
+    Click(*form.CmdBar);
+    Pick(one.number, 1, 1500, 0);
+    Pick(one.number, 3, 3000, 10000);
+    Pick(one.number, 4, 0, 4000);
+    Pick(one.number, 4, -1000, 4000);
+    Pick(one.number, 99, 1000, 1000);  // no such product: no line
+    EXPECT_EQ(form.DataGrid7.Rows(), 5);
+    const int sum = 2 * one.offered + 3 * one.price_of_zero / 2 + 30000 - 4000;
+    EXPECT_EQ(form.DocSum, sum) << "lines without quantity count in the sum that is shown";
+    Type(*form.TextPrim, "  " + std::string(60, 'x'));
+    if (form.TextKlient) Type(*form.TextKlient, "ООО \"Ромашка\"  ");
+
+    faults_.Forget();
+    desktop_.Expect("Провести документ?", BoxAnswer::kCancel, BoxIcon::kQuestion);
+    Click(form.RUNButton);
+    EXPECT_EQ(form.LblInf.Caption(), "сохранение документа...");
+    const int id = form.DocId;
+    const std::string date = fmt::format("2026-11-{:02} 09:00:00", day);
+    EXPECT_EQ(Head(id), fmt::format("{}|{}|{}|{}|{}|-|0", kind.dtype, date, sum,
+                                    form.TextKlient ? "ООО \"Ромашка\"" : "", std::string(48, 'x')));
+    const auto row = [&](int cod, int kol, int summ, int ost, bool run, bool rez) {
+      return fmt::format("{} {} {} {} {} 0 {} {} {}", one.number, cod, kol * one.sign, summ * one.sign, ost, date,
+                         run ? 1 : 0, rez ? 1 : 0);
+    };
+    const bool rez = !one.posts_no_stock;
+    EXPECT_EQ(Register(id),
+              (Texts{row(1, 2000, 2 * one.offered, 0, false, false),
+                     row(1, 1500, 3 * one.price_of_zero / 2, 0, false, false), row(3, 3000, 30000, 0, false, rez)}));
+    const std::string control = fmt::format("{}11090000", day % 10);
+    EXPECT_TRUE(faults_.Statements()[0].ends_with("," + control + ",NULL,0)"));
+    EXPECT_EQ(faults_.Statements()[1],
+              fmt::format("SELECT ID, DATEDOC FROM JOURNAL WHERE DTYPE='{}' AND CNTRL={} AND SUMM={}", kind.dtype,
+                          control, sum));
+    EXPECT_EQ(faults_.Statements()[2], fmt::format("DELETE FROM REGISTR WHERE DOC={}", id));
+
+    Post(form);
+    balance += one.sign * 3500;
+    EXPECT_EQ(Register(id), (Texts{row(1, 2000, 2 * one.offered, balance, true, false),
+                                   row(1, 1500, 3 * one.price_of_zero / 2, balance, true, false),
+                                   row(3, 3000, 30000, rez ? 0 : app_.Stock.GetOstNow(3), !rez, rez)}));
+    EXPECT_EQ(form.LblRun.BackColor(), 65280U);
+    for (Control* off : std::initializer_list<Control*>{&form.RUNButton, &*form.CmdTov, &*form.CmdBar, &*form.CmdVar,
+                                                        &*form.CmdDel, &form.CmdPlus, &*form.TextPrim, &*form.mnuRun}) {
+      EXPECT_FALSE(off->Enabled()) << off->Name();
+    }
+    // Posted lines can't be changed from the grid either.
+    Press(form.DataGrid7, "Enter");
+
+    shop_.Sql("UPDATE TOVAR SET OST=-77777");
+    Click(*form.CmdUpd);
+    EXPECT_EQ(shop_.Value("SELECT OST FROM TOVAR WHERE COD=1"), std::to_string(balance));
+    EXPECT_EQ(shop_.Value("SELECT OST FROM TOVAR WHERE COD=3"),
+              one.updates_no_stock ? std::to_string(app_.Stock.GetOstNow(3)) : "-77777");
+
+    Click(*form.mnuRegistr);
+    EXPECT_EQ(Docs().Movements.Caption(), "Движения документа: " + form.Caption());
+    EXPECT_EQ(Docs().Movements.DataGrid8.Rows(), rez ? 2 : 3);
+    Leave(form, BoxAnswer::kOk);
+    EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM DOCUMENT"), "0");
+
+    // Reopened: signs turned back, lines without quantity gone; unposted and changed; saved anew under its number.
+    DocumentForm& again = Reopen(id);
+    EXPECT_TRUE(again.DocRun);
+    EXPECT_EQ(again.DataGrid7.Rows(), 3);
+    EXPECT_EQ(again.DataGrid7.CellText(3, "Value"), "3,000");
+    EXPECT_EQ(again.DocSum, sum + 4000);
+    Unpost(again);
+    balance -= one.sign * 3500;
+    EXPECT_EQ(app_.Stock.GetOstNow(1), balance);
+    EXPECT_EQ(shop_.Value(fmt::format("SELECT COUNT(*) FROM REGISTR WHERE DOC={} AND (RUN=1 OR OSTKOL<>0)", id)), "0");
+    desktop_.UserAction([&] { again.DataGrid7.UserRow(3); });
+    Click(*again.CmdDel);
+    desktop_.UserAction([&] { again.DataGrid7.UserRow(1); });
+    desktop_.InModal([&](zrt::Form&) {
+      // The line is gone already: a change of mind loses it.
+      EXPECT_EQ(again.DataGrid7.Rows(), 1);
+      EXPECT_EQ(app_.PickDialog.DialCod, 1);
+      Press(app_.PickDialog.TextKol, "Esc");
+    });
+    Press(again.DataGrid7, "Enter");
+    desktop_.UserAction([&] { again.DataGrid7.UserRow(1); });
+    desktop_.InModal([&](zrt::Form&) {
+      Type(app_.PickDialog.TextKol, "10");
+      Type(app_.PickDialog.TextPrice, "7");
+      Click(app_.PickDialog.OKButton);
+    });
+    Click(*again.CmdVar);
+    Leave(again, BoxAnswer::kOk);
+    EXPECT_EQ(Register(id), Texts{row(1, 10000, 70000, 0, false, false)});
+    EXPECT_EQ(Head(id).substr(0, Head(id).find("|", std::string(kind.dtype).size() + 22)),
+              fmt::format("{}|{}|70000", kind.dtype, date));
+  }
+}
+
+TEST_F(DocumentsTest, LinesThatAreEqualOrWithoutProductAreGoneWhenReopened) {
+  Now(2);
+  DocumentForm& form = Open(kind::kIncoming);
+  Pick(kind::kIncoming, 1, 1000, 80000);
+  Pick(kind::kIncoming, 1, 1000, 80000);
+  Pick(kind::kIncoming, 2, 1000, 0);
+  EXPECT_EQ(form.DataGrid7.CellText(1, "Markup"), "50,6%");
+  EXPECT_EQ(form.DataGrid7.CellText(3, "Markup"), "") << "no purchase price, no markup";
+  EXPECT_EQ(form.DataGrid7.CellText(3, "Retail"), "950,00");
+  Leave(form, BoxAnswer::kOk);
+  const int id = std::stoi(shop_.Value("SELECT MAX(ID) FROM JOURNAL"));
+  shop_.Sql("UPDATE TOVAR SET PRISE=99900 WHERE COD=2");
+  shop_.Sql("UPDATE TOVAR SET NAME=NULL WHERE COD=1");
+  Reopen(id);
+  EXPECT_EQ(form.DataGrid7.Rows(), 2);
+  EXPECT_EQ(form.DataGrid7.CellText(1, "Name"), "-----! УДАЛЕННЫЙ ТОВАР !----");
+  EXPECT_EQ(form.DataGrid7.CellText(2, "Retail"), "999,00") << "the catalogue's price of now";
+  desktop_.UserAction([&] { form.Close(); });
+  shop_.Sql("DELETE FROM TOVAR WHERE COD=2");
+  Reopen(id);
+  EXPECT_EQ(form.DataGrid7.Rows(), 1);
+  Leave(form, BoxAnswer::kOk);
+  EXPECT_EQ(Register(id).size(), 1U);
+}
+
+TEST_F(DocumentsTest, FaultsLoseNothingThatCantBeMended) {
+  Now(2);
+  DocumentForm& form = Open(kind::kOutgoing);
+  Pick(kind::kOutgoing, 1, 1000, 100000);
+  Pick(kind::kOutgoing, 2, 2000, 100000);
+  Type(*form.TextKlient, "д'Артаньян");
+  desktop_.ExpectRuntimeError();
+  Click(form.RUNButton);
+  EXPECT_EQ(form.DocId, -1);
+  EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM JOURNAL"), "0");
+  Type(*form.TextKlient, "Портос");
+  // The server fails after the head, between the lines, and while posting: saving and posting again repairs it.
+  // The first save: the head, its search, the register's old rows, then each line's N6 and its row.
+  faults_.FailAt(6);
+  desktop_.ExpectRuntimeError();
+  Click(form.RUNButton);
+  EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM REGISTR"), "1") << "half saved";
+  for (int statement = 1; statement <= 15; ++statement) {
+    SCOPED_TRACE(statement);
+    if (form.DocRun) Unpost(form);
+    faults_.FailAt(statement);
+    if (statement > 6) desktop_.Expect("Провести документ?", BoxAnswer::kOk);
+    desktop_.ExpectRuntimeError();
+    Click(form.RUNButton);
+    desktop_.CheckAllCame();
+    ASSERT_NE(form.DocId, -1) << statement;
+    EXPECT_FALSE(form.DocRun);
+    Post(form);
+    ASSERT_EQ(shop_.Column("SELECT CONCAT(COD,' ',KOL,' ',OSTKOL,' ',RUN) FROM REGISTR ORDER BY COD"),
+              (Texts{"1 -1000 -1000 1", "2 -2000 -2000 1"}))
+        << statement;
+  }
+  EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM JOURNAL"), "1");
+
+  // Deleted under its open form: the form lives on with what it has.
+  Unpost(form);
+  shop_.Sql("DELETE FROM JOURNAL");
+  Leave(form, BoxAnswer::kOk);
+  EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM REGISTR"), "2");
+  EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM JOURNAL"), "0");
+
+  // A sum beyond 32 bits, a head that can't be found again, and nothing to post.
+  DocumentForm& write_off = Open(kind::kWriteOff);
+  Click(write_off.RUNButton);
+  desktop_.ExpectRuntimeError();
+  Pick(kind::kWriteOff, 1, 2000000000, 2000000000);
+  Pick(kind::kWriteOff, 1, 1000, 5000);
+  shop_.Sql("CREATE TRIGGER LOSE BEFORE INSERT ON JOURNAL FOR EACH ROW SET NEW.CNTRL=0");
+  desktop_.Expect("ОШИБКА записи документа", BoxAnswer::kOk, BoxIcon::kCritical);
+  Click(write_off.RUNButton);
+  EXPECT_EQ(write_off.DocId, -1);
+  EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM REGISTR"), "2");
+}
+
+TEST_F(DocumentsTest, ClientAndNoteAreTypedLast) {
+  DocumentForm& form = Open(kind::kIncoming);
+  Pick(kind::kIncoming, 1, 1000, 100000);
+  Type(*form.TextPrim, "важно");
+  desktop_.UserAction([&] { desktop_.Activated(app_.Main); });
+  desktop_.UserAction([&] { desktop_.Activated(form); });
+  EXPECT_EQ(form.TextPrim->Text(), "") << "coming back brings back what was there before";
+  EXPECT_EQ(form.DataGrid7.Rows(), 1);
+  // The date: the day picked at the present time.
+  Now(12, 17);
+  Click(form.CmdPlus);
+  EXPECT_TRUE(form.Month0.Visible());
+  desktop_.UserAction([&] { form.Month0.UserPick({2026, 10, 31}); });
+  EXPECT_EQ(form.LblData.Caption(), "31.10.2026 17:00:00");
+  EXPECT_FALSE(form.Month0.Visible());
+  Type(*form.TextPrim, "важно");
+  Leave(form, BoxAnswer::kOk);
+  EXPECT_EQ(shop_.Value("SELECT CONCAT(DATEDOC,PRIM) FROM JOURNAL"), "2026-10-31 17:00:00важно");
+}
+
+TEST_F(DocumentsTest, AnInventoryBringsTheRegisterToTheCount) {
+  Receive(1, 10000, 80000, 1);
+  Receive(2, 5000, 700000, 1);
+  Receive(4, 3000, 30000, 1);
+  shop_.Sql("UPDATE TOVAR SET N2=12 WHERE COD=4");
+  Now(5);
+  auto& form = static_cast<frmDocIN&>(Open(kind::kInventory));
+  const auto lines = [&] {
+    Texts all;
+    for (int row = 1; row <= form.DataGrid7.Rows(); ++row) {
+      all.push_back(form.DataGrid7.CellText(row, "Name") + " " + form.DataGrid7.CellText(row, "Balance") + " " +
+                    form.DataGrid7.CellText(row, "Actual"));
+    }
+    return all;
+  };
+  EXPECT_EQ(form.ComboLoc.Items(), (Texts{"", "Бар", "Кухня1", "Кухня2", "Кухня3"}));
+  const std::pair<const char*, Texts> kPlaces[] = {{"Бар", {"Чай 10,000 10,000"}},
+                                                   {"Кухня1", {"Вино 5,000 5,000", "Вода 3,000 3,000"}},
+                                                   {"Кухня2", {}},  // there is only a product without balance
+                                                   {"", {"Чай 10,000 10,000", "Вино 5,000 5,000", "Вода 3,000 3,000"}}};
+  for (const auto& [place, found] : kPlaces) {
+    Click(form.CmdClear);
+    Type(form.ComboLoc, place);
+    Click(form.CmdDat);
+    EXPECT_EQ(lines(), found) << place;
+  }
+  desktop_.Expect("Товар Вино уже выбран в документе!!! ", BoxAnswer::kOk, BoxIcon::kCritical);
+  Pick(kind::kInventory, 2, 1000, 0);
+
+  const auto count = [&](int row, const std::string& prompt, const std::string& answer) {
+    desktop_.UserAction([&] { form.DataGrid7.UserRow(row); });
+    desktop_.ExpectInput(prompt, answer);
+    Press(form.DataGrid7, "Enter");
+    EXPECT_EQ(form.DataGrid7.Row(), row) << "the list stays where it was";
+  };
+  count(1, "Чай\r\rучётный остаток = 10,000", "8,5");
+  count(2, "Вино\r\rучётный остаток = 5,000", "5,5");  // half a unit: shown, summed, and not registered
+  count(3, "Вода\r\rучётный остаток = 3,000", "");
+  desktop_.ExpectInput("Вода\r\rучётный остаток = 3,000", "1.5");
+  desktop_.Expect("введите числовое значение!", BoxAnswer::kOk, BoxIcon::kCritical);
+  Click(*form.CmdVar);
+  EXPECT_EQ(form.LblSum.value().Caption(), "230,00");  // -1,5*80 + 0,5*700
+  EXPECT_EQ(form.LblSumR.Caption(), "294,25");         // -1,5*120,50 + 0,5*950
+  EXPECT_EQ(form.LblOst.Caption(), "4\u00A0620,00");   // 8,5*80 + 5,5*700 + 3*30
+  EXPECT_EQ(form.LblOstR.Caption(), "6\u00A0369,25");  // 8,5*120,50 + 5,5*950 + 3*40
+  Type(*form.TextPrim, std::string(30, 'z'));
+
+  desktop_.Expect("Поместить документ в конец дня (23:59)?", BoxAnswer::kOk, BoxIcon::kQuestion);
+  Post(form);
+  const int id = form.DocId;
+  EXPECT_EQ(Head(id),
+            "ИНВЕНТАРИЗАЦИЯ|2026-11-05 23:59:00|294250||сформ 05.11.2026 12:00:00 " + std::string(24, 'z') + "|OK|0");
+  EXPECT_EQ(Register(id), Texts{"4 1 -1500 -120000 8500 0 2026-11-05 23:59:00 1 0"});
+  EXPECT_EQ(shop_.Value(fmt::format("SELECT COUNT(*) FROM DOCINVENT WHERE DOC={}", id)), "3");
+  for (const Button* off : {&form.CmdDat, &form.CmdClear, &form.CmdClearFakt, &form.CmdDownlFakt}) {
+    EXPECT_FALSE(off->Enabled()) << off->Name();
+  }
+  Leave(form, BoxAnswer::kOk);
+
+  // Reopened it is read from its own lines; a saved one can still be counted.
+  Reopen(id);
+  EXPECT_EQ(lines(), (Texts{"Чай 10,000 8,500", "Вино 5,000 5,500", "Вода 3,000 3,000"}));
+  EXPECT_EQ(form.LblSumR.Caption(), "294,25");
+  Unpost(form);
+  count(2, "Вино\r\rучётный остаток = 5,000", "6,5");
+  Post(form);
+  EXPECT_EQ(Register(id).size(), 2U);
+  EXPECT_EQ(app_.Stock.GetOstNow(2), 6500);
+  Leave(form, BoxAnswer::kOk);
+
+  // A new one left without saving leaves nothing; zero counts for all lines.
+  Open(kind::kInventory);
+  Click(form.CmdDat);
+  Click(form.CmdClearFakt);
+  EXPECT_EQ(lines(), (Texts{"Чай 8,500 0,000", "Вино 6,500 0,000", "Вода 3,000 0,000"}));
+  Leave(form, BoxAnswer::kCancel);
+  EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM DOCINVENT WHERE DOC=-1"), "0");
+}
+
+TEST_F(DocumentsTest, APriceChangeIsForGood) {
+  auto& form = Open(kind::kPriceChange);
+  Pick(kind::kPriceChange, 1, 0, 99999);  // thousandths that hundredths can't hold
+  Pick(kind::kPriceChange, 2, 0, 0);      // no price: no change
+  Pick(kind::kPriceChange, 4, 0, 5000);
+  Pick(kind::kPriceChange, 4, 0, 7000);    // twice in a row: the first counts
+  Pick(kind::kPriceChange, 1, 0, 130000);  // twice apart: the last does
+  desktop_.UserAction([&] { form.DataGrid7.UserRow(2); });
+  desktop_.ExpectInput("Вино\r\rстарая цена = 950,00", "1000,5");
+  Click(*form.CmdVar);
+  desktop_.ExpectInput("Вино\r\rстарая цена = 950,00", "дорого");
+  desktop_.Expect("введите числовое значение!", BoxAnswer::kOk, BoxIcon::kCritical);
+  Click(*form.CmdVar);
+  EXPECT_EQ(form.DataGrid7.CurrentText("NewPrice"), "1000,50");
+  Type(*form.TextPrim, std::string(30, 'n'));
+  Post(form);
+  EXPECT_EQ(shop_.Column("SELECT CONCAT(COD,' ',PRISE) FROM TOVAR ORDER BY COD"),
+            (Texts{"1 13000", "2 100050", "3 10000", "4 500"}));
+  EXPECT_EQ(Head(form.DocId), "Переоценка|2026-11-12 12:00:00|0||" + std::string(24, 'n') + "|OK|0");
+  EXPECT_FALSE(form.RUNButton.Enabled());
+  const int id = form.DocId;
+  Leave(form, BoxAnswer::kOk);
+  Reopen(id);
+  EXPECT_EQ(form.DataGrid7.CellText(2, "OldPrice"), "950,00");
+  Leave(form, BoxAnswer::kOk);
+  EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM REGISTR"), "0");
+}
+
+TEST_F(DocumentsTest, ADailyReportClosesTheShift) {
+  shop_.Sql(
+      "INSERT INTO PROD (COD,NAME,KOL,PRISE,SUM2,REZ,DATETIME,TER,NUM) VALUES "
+      "(1,'Чай',2000,120500,241000,0,'2026-11-11 08:00:00',1,1),"
+      "(1,'Чай',1000,120500,120500,0,'2026-11-12 07:59:58',1,2),"
+      "(1,'Чай',1000,120500,108450,7,'2026-11-11 12:00:00',1,3),"  // on a card, discounted
+      "(2,'Вино',500,950000,475000,0,'2026-11-11 13:00:00',1,4),"
+      "(3,'Доставка',1000,100000,100000,0,'2026-11-11 13:00:00',1,5),"
+      "(4,'Вода',-1000,40000,-40000,0,'2026-11-11 13:00:00',1,6),"  // more returned than sold
+      "(4,'Вода',1000,40000,40000,0,'2026-11-12 07:59:59',1,7),"    // the shift's last second isn't taken
+      "(4,'Вода',1000,40000,40000,0,'2026-11-11 07:59:59',1,8)");
+  Receive(1, 10000, 80000, 1);
+  Now(12);
+  auto& form = static_cast<frmDocDO&>(Open(kind::kDailyReport));
+  EXPECT_EQ(form.TextDate.Caption(), "11.11.2026") << "prepared for yesterday";
+  EXPECT_EQ(form.Combo1.Text(), "8");
+  EXPECT_FALSE(form.RUNButton.Enabled());
+  Click(form.CmdDat);
+  Texts lines;
+  for (int row = 1; row <= form.DataGrid7.Rows(); ++row) {
+    lines.push_back(form.DataGrid7.CellText(row, "Cod") + " " + form.DataGrid7.CellText(row, "Value") + " " +
+                    form.DataGrid7.CellText(row, "Price") + " " + form.DataGrid7.CellText(row, "Summ") + " " +
+                    form.DataGrid7.CellText(row, "Card"));
+  }
+  std::sort(lines.begin(), lines.end());
+  EXPECT_EQ(lines, (Texts{"1 1,000 108,45 108,45 7", "1 3,000 120,50 361,50 0", "2 0,500 950,00 475,00 0",
+                          "3 1,000 100,00 100,00 0", "4 -1,000 40,00 -40,00 0"}));
+  EXPECT_EQ(form.LblSum.value().Caption(), "1\u00A0004,95");
+  EXPECT_TRUE(form.RUNButton.Enabled());
+
+  Post(form);
+  const int id = form.DocId;
+  EXPECT_EQ(Head(id),
+            "Дневной Отчёт|2026-11-11 23:00:00|1004950||Закрытие продаж 12.11.2026 12:00:00 за 11.11.2026|OK|0");
+  Texts rows = Register(id);
+  std::sort(rows.begin(), rows.end());
+  EXPECT_EQ(
+      rows,
+      (Texts{"0 1 -1000 -108450 6000 7 2026-11-11 23:00:00 1 0", "0 1 -3000 -361500 6000 0 2026-11-11 23:00:00 1 0",
+             "0 2 -500 -475000 -500 0 2026-11-11 23:00:00 1 0", "0 3 -1000 -100000 0 0 2026-11-11 23:00:00 0 1"}));
+  Click(*form.CmdUpd);
+  EXPECT_EQ(shop_.Column("SELECT CONCAT(COD,' ',OST,' ',KOL) FROM TOVAR ORDER BY COD"),
+            (Texts{"1 6000 4000", "2 -500 500", "3 0 0", "4 0 0"}));
+
+  // From the journal the report knows its lines but no shift.
+  Leave(form, BoxAnswer::kOk);
+  Reopen(id);
+  EXPECT_FALSE(form.FrameNew.Enabled());
+  Click(*form.CmdUpd);
+  EXPECT_EQ(shop_.Value("SELECT SUM(KOL) FROM TOVAR"), "0");
+  faults_.Forget();
+  desktop_.Expect("Отменить проведение документа?", BoxAnswer::kOk);
+  // To the server every document is later than this.
+  desktop_.Expect("Документ проведён 'задним числом'!\n\rперепровести последующие за ним 1 документов?",
+                  BoxAnswer::kCancel);
+  Click(*form.mnuUnRun);
+  EXPECT_TRUE(faults_.Statements().back().find("DATEDOC >= '-- 23:00:00'") != std::string::npos);
+  Leave(form, BoxAnswer::kCancel);
+
+  // Another day: hour 0 ends on the same day; no sales, no report. Coming back to a new one begins it again.
+  Open(kind::kDailyReport);
+  Type(form.Combo1, "0");
+  EXPECT_EQ(shop_.Value("SELECT N8 FROM CONST WHERE COD=5"), "0");
+  faults_.Forget();
+  Click(form.CmdDat);
+  EXPECT_TRUE(faults_.Statements()[2].find("DATETIME >= '2026-11-11 00:00:00' AND DATETIME < '2026-11-11 23:59:59'") !=
+              std::string::npos)
+      << faults_.Statements()[2];
+  Click(form.CmdPlus);
+  desktop_.UserAction([&] { form.Month0.UserPick({2026, 10, 1}); });
+  EXPECT_EQ(desktop_.Focused(), &form.CmdDat);
+  desktop_.UserAction([&] { desktop_.Activated(app_.Main); });
+  desktop_.UserAction([&] { desktop_.Activated(form); });
+  EXPECT_EQ(form.TextDate.Caption(), "11.11.2026");
+  EXPECT_FALSE(form.RUNButton.Enabled());
+  EXPECT_EQ(form.Combo1.Items().size(), 48U);
+  desktop_.UserAction([&] {
+    form.Month0.Visible = true;
+    form.Month0.UserPick({2026, 10, 1});
+  });
+  desktop_.Expect("Нет продаж!", BoxAnswer::kOk, BoxIcon::kCritical);
+  Click(form.CmdDat);
+  EXPECT_FALSE(form.RUNButton.Enabled());
+}
+
+TEST_F(DocumentsTest, DeletingDocuments) {
+  Receive(1, 10000, 80000, 1);
+  const int invoice = std::stoi(shop_.Value("SELECT MAX(ID) FROM JOURNAL"));
+  auto& prices = Open(kind::kPriceChange);
+  Pick(kind::kPriceChange, 1, 0, 5000);
+  Post(prices);
+  const int change = prices.DocId;
+  Leave(prices, BoxAnswer::kOk);
+
+  const auto number = [&](const std::string& answer) { desktop_.ExpectInput("Введите номер документа", answer); };
+  const auto password = [&](const char* answer) {
+    desktop_.ExpectInput("Введите пароль системного администратора", answer);
+  };
+  const auto remove = [&] {
+    Click(app_.Main.mnuDelOneDoc);
+    desktop_.CheckAllCame();
+  };
+  number("");
+  remove();
+  number("первый");
+  desktop_.Expect("введите числовое значение!", BoxAnswer::kOk, BoxIcon::kCritical);
+  remove();
+  number("777");
+  desktop_.Expect("документа №777 НЕ существует!", BoxAnswer::kOk, BoxIcon::kCritical);
+  remove();
+  number(std::to_string(invoice));
+  desktop_.Expect(fmt::format("документ Приходная накладная №{} ПРОВЕДЁН!\n\rПеред удалением необходимо отменить "
+                              "проведение документа",
+                              invoice),
+                  BoxAnswer::kOk, BoxIcon::kCritical);
+  remove();
+  number(std::to_string(change));
+  password("123");
+  desktop_.Expect("Пароль неверный!", BoxAnswer::kOk, BoxIcon::kCritical);
+  remove();
+  EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM JOURNAL"), "2");
+  number(std::to_string(change));
+  password("357218");
+  desktop_.Expect(fmt::format("Документ №{} удален!", change), BoxAnswer::kOk, BoxIcon::kExclamation);
+  remove();
+  EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM DOCPRICE"), "0");
+  EXPECT_EQ(shop_.Value("SELECT PRISE FROM TOVAR WHERE COD=1"), "500") << "the old price doesn't come back";
+  EXPECT_EQ(app_.Main.Journal.DataGrid6.Rows(), 1);
+
+  const std::string all = "Удалить ВСЕ документы  и очистить регистр остатков?";
+  desktop_.Expect(all, BoxAnswer::kCancel, BoxIcon::kQuestion);
+  Click(app_.Main.mnuClearDoc);
+  desktop_.Expect(all, BoxAnswer::kOk);
+  password("");
+  desktop_.Expect("Пароль неверный!", BoxAnswer::kOk, BoxIcon::kCritical);
+  Click(app_.Main.mnuClearDoc);
+  desktop_.Expect(all, BoxAnswer::kOk);
+  password("357218");
+  desktop_.Expect("Все документы удалены, регистр остатков обнулён!", BoxAnswer::kOk, BoxIcon::kExclamation);
+  Click(app_.Main.mnuClearDoc);
+  EXPECT_EQ(shop_.Value("SELECT (SELECT COUNT(*) FROM JOURNAL)+(SELECT COUNT(*) FROM REGISTR)"), "0");
+}
+
+TEST_F(DocumentsTest, TheRegisterIsSeenWholeOrByProduct) {
+  Receive(1, 10000, 80000, 1);
+  Receive(2, 5000, 700000, 2);
+  Now(3);
+  Open(kind::kWriteOff);
+  Pick(kind::kWriteOff, 1, 1000, 0);
+  Leave(Docs().WriteOff, BoxAnswer::kOk);
+  Click(app_.Main.mnuRegistr);
+  FormJrnl& view = Docs().Register;
+  EXPECT_EQ(view.DataGrid88.Rows(), 3) << "posted or not";
+  EXPECT_EQ(view.DataGrid88.Row(), 3);
+  EXPECT_FALSE(view.CheckRun.Enabled());
+  Click(view.CmdTov);
+  Type(app_.Picker.TextFind, "чай");
+  Press(app_.Picker.TextFind, "Enter");
+  Press(app_.Picker.OKButton, "Enter");
+  EXPECT_EQ(view.LblCod.Caption() + view.LblTov.Caption(), "1Чай");
+  Type(view.CheckRun, "on");
+  EXPECT_EQ(view.CheckRun.Caption(), "Отключить фильтр");
+  EXPECT_EQ(view.DataGrid88.Rows(), 1) << "posted rows of the product";
+  EXPECT_EQ(view.DataGrid88.CellText(1, "Docum"), "Приходная накладная");
+  desktop_.UserAction([&] { desktop_.Activated(app_.Main); });
+  desktop_.UserAction([&] { desktop_.Activated(view); });
+  EXPECT_EQ(view.DataGrid88.Rows(), 1);
+  Type(view.CheckRun, "off");
+  EXPECT_EQ(view.CheckRun.Caption(), "Установить фильтр по товару");
+  EXPECT_EQ(view.DataGrid88.Rows(), 3);
+}
+
+// A month of work by chance, every kind, a third of it backdated and some taken out again. What must be in stock is
+// kept in a list of movements beside it.
+
+struct Movement {
+  DateTime moment;
+  int doc;
+  int cod;
+  std::int64_t kol;
+};
+
+TEST_F(DocumentsTest, ARandomMonthAgreesWithARecount) {
+  std::mt19937 random(20261101);
+  const auto pick = [&](int from, int to) { return std::uniform_int_distribution<int>(from, to)(random); };
+  const std::uint8_t kKinds[] = {kind::kIncoming,  kind::kIncoming,   kind::kOutgoing,    kind::kWriteOff,
+                                 kind::kInventory, kind::kTransferIn, kind::kTransferOut, kind::kDailyReport};
+  std::vector<Movement> movements;
+  std::map<Date, std::map<int, std::int64_t>> sold;
+  const auto agree = [&](const DateTime& moment) {
+    const int later = std::stoi(shop_.Value(fmt::format("SELECT COUNT(*) FROM JOURNAL WHERE RUN='OK' AND DATEDOC>='{}'",
+                                                        CutSqlDateTime(RegionalFormat{}.DateTimeText(moment)))));
+    if (later > 0) {
+      desktop_.Expect(
+          fmt::format("Документ проведён 'задним числом'!\n\rперепровести последующие за ним {} документов?", later));
+    }
+  };
+
+  for (int step = 0; step < 60; ++step) {
+    SCOPED_TRACE(step);
+    const std::uint8_t number = kKinds[static_cast<std::size_t>(pick(0, 7))];
+    DateTime moment{AddDays({2026, 11, 1}, step / 2), 10 + step % 2, pick(0, 59), pick(0, 59)};
+    clock_.Set(moment);
+    DocumentForm& form = Open(number);
+    std::vector<std::pair<int, std::int64_t>> lines;  // product and quantity as it enters the register
+    if (number == kind::kDailyReport) {
+      moment = {AddDays(moment.date, -1), 23, 0, 0};
+      for (int cod = pick(1, 4); cod <= 4; ++cod) {
+        const int kol = 500 * pick(1, 6);
+        shop_.Sql(
+            fmt::format("INSERT INTO PROD (COD,NAME,KOL,PRISE,SUM2,REZ,DATETIME,TER,NUM) VALUES "
+                        "({},'т',{},1000,{},0,'{} 20:00:00',1,1)",
+                        cod, kol, kol, CutSqlDate(RegionalFormat{}.DateText(moment.date))));
+        sold[moment.date][cod] += kol;
+      }
+      // A second report of the day takes all of it once more; nothing stops it.
+      for (const auto& [cod, kol] : sold[moment.date]) {
+        if (cod != 3) lines.emplace_back(cod, -kol);
+      }
+      Click(static_cast<frmDocDO&>(form).CmdDat);
+    } else if (number == kind::kInventory) {
+      Click(static_cast<frmDocIN&>(form).CmdDat);
+      for (int row = 1; row <= std::min(2, form.DataGrid7.Rows()); ++row) {
+        const int count = pick(0, 30);
+        desktop_.UserAction([&] { form.DataGrid7.UserRow(row); });
+        desktop_.ExpectInput(fmt::format("{}\r\rучётный остаток = {}", form.DataGrid7.CellText(row, "Name"),
+                                         form.DataGrid7.CellText(row, "Balance")),
+                             std::to_string(count));
+        Click(*form.CmdVar);
+        const int cod = std::stoi(form.DataGrid7.CellText(row, "Cod"));
+        const std::int64_t difference = 1000 * count - app_.Stock.GetOstNow(cod);
+        if (RoundHalfEven(static_cast<double>(difference) / 1000) != 0) lines.emplace_back(cod, difference);
+      }
+      if (form.DataGrid7.Rows() > 0) desktop_.Expect("Поместить документ в конец дня (23:59)?", BoxAnswer::kCancel);
+    } else {
+      for (int line = pick(1, 4); line > 0; --line) {
+        const int cod = pick(1, 4);
+        const int kol = 500 * pick(0, 20);
+        Pick(number, cod, kol, 1000 * pick(1, 50));
+        if (number != kind::kOutgoing || cod != 3) lines.emplace_back(cod, kDocumentKinds[number].sign * kol);
+      }
+      if (pick(0, 2) == 0) {
+        moment.date = AddDays(moment.date, -pick(0, 6));
+        Click(form.CmdPlus);
+        desktop_.UserAction([&] { form.Month0.UserPick(moment.date); });
+      }
+    }
+    if (form.DataGrid7.Rows() == 0) {
+      Leave(form, BoxAnswer::kCancel);
+      continue;
+    }
+    desktop_.Expect("Провести документ?", BoxAnswer::kOk);
+    // An inventory without differences and a document of empty lines have no rows, and ask about the later ones all the
+    // same.
+    agree(moment);
+    Click(form.RUNButton);
+    for (const auto& [cod, kol] : lines) {
+      if (kol != 0) movements.push_back({moment, form.DocId, cod, kol});
+    }
+    if (pick(0, 4) == 0) {
+      desktop_.Expect("Отменить проведение документа?", BoxAnswer::kOk);
+      const int later =
+          std::stoi(shop_.Value(fmt::format("SELECT COUNT(*) FROM JOURNAL WHERE RUN='OK' AND DATEDOC>='{}' AND ID<>{}",
+                                            CutSqlDateTime(RegionalFormat{}.DateTimeText(moment)), form.DocId)));
+      if (later > 0) {
+        desktop_.Expect(
+            fmt::format("Документ проведён 'задним числом'!\n\rперепровести последующие за ним {} документов?", later));
+      }
+      Click(*form.mnuUnRun);
+      std::erase_if(movements, [&](const Movement& one) { return one.doc == form.DocId; });
+      Leave(form, BoxAnswer::kCancel);
+    } else {
+      Leave(form, BoxAnswer::kOk);
+    }
+    desktop_.CheckAllCame();
+  }
+
+  clock_.Set({{2026, 12, 5}, 12, 0, 0});
+  desktop_.UserAction([this] { app_.Main.TabStrip1.UserChoose("sprav"); });
+  Click(app_.Main.Catalogue.CmdRefrTov);
+  for (int cod = 1; cod <= 4; ++cod) {
+    std::int64_t stock = 0;
+    for (const Movement& one : movements) stock += one.cod == cod ? one.kol : 0;
+    EXPECT_EQ(shop_.Value(fmt::format("SELECT OST FROM TOVAR WHERE COD={}", cod)), std::to_string(stock)) << cod;
+  }
+  // Every posted row carries the balance after its document.
+  for (const std::vector<std::string>& row :
+       shop_.Rows("SELECT DOC,COD,OSTKOL,DATEDOC FROM REGISTR WHERE RUN=1 ORDER BY ID")) {
+    std::int64_t balance = 0;
+    for (const Movement& one : movements) {
+      if (std::to_string(one.cod) == row[1] && one.moment <= *ParseSqlDateTime(row[3])) balance += one.kol;
+    }
+    EXPECT_EQ(row[2], std::to_string(balance)) << "document " << row[0] << ", product " << row[1];
+  }
+  EXPECT_GT(movements.size(), 60U);
+}
+
+}  // namespace
+}  // namespace zrt

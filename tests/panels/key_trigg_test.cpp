@@ -1,0 +1,144 @@
+// The two-position key without a window: what it shows, what it stores, how large it may be.
+
+#include <gtest/gtest.h>
+
+#include "core/errors.h"
+#include "support/scripted_desktop.h"
+#include "ui/cmd_key_trigg.h"
+
+namespace zrt {
+namespace {
+
+/// The main window's key alone, as a form's constructor makes it.
+class KeyForm final : public Form {
+ public:
+  explicit KeyForm(Desktop& desktop) : Form(desktop, "Form2") {}
+  CmdKeyTrigg CmdMenu{*this, "CmdMenu"};
+};
+
+class KeyTrigg : public testing::Test {
+ protected:
+  test::ScriptedDesktop desktop_;
+  KeyForm form_{desktop_};
+  CmdKeyTrigg& key_ = form_.CmdMenu;
+};
+
+TEST_F(KeyTrigg, NothingStoredGivesTheDefaultsAndTheDefaultsAreNotStored) {
+  key_.ReadProperties({});
+  EXPECT_EQ(key_.BackColor(), 0x8000000E);
+  EXPECT_EQ(key_.ForeColor(), 0x80000012);
+  EXPECT_EQ(key_.GrndColor(), 0x8000000F);
+  EXPECT_EQ(key_.SizeWidth(), 15);
+  EXPECT_EQ(key_.SizeHeigth(), 9);
+  EXPECT_EQ(key_.SizeFont(), 10);
+  EXPECT_EQ(key_.Trigger(), 1);
+  EXPECT_EQ(key_.FirstImage() + key_.SecondImage(), "");
+  EXPECT_EQ(key_.ImgTop(), 20);
+  EXPECT_EQ(key_.Img1Left(), 60);
+  EXPECT_EQ(key_.Img2Left(), 1380);
+  EXPECT_EQ(key_.Label0(), "");
+  EXPECT_TRUE(key_.WriteProperties().empty());
+}
+
+TEST_F(KeyTrigg, WhatIsStoredComesBack) {
+  const CmdKeyTrigg::StoredProperties all = {{"Caption_1", "Зал"},
+                                             {"Caption_2", "Летняя площадка"},
+                                             {"BackColor", "4294967295"},
+                                             {"ForeColor", "255"},
+                                             {"GrndColor", "0"},
+                                             {"SizeWidth", "-3"},
+                                             {"SizeHeigth", "12"},
+                                             {"SizeFont", "255"},
+                                             {"Trigger", "2"},
+                                             {"Image_1Red", "a"},
+                                             {"Image_2Red", "b"},
+                                             {"Image_1Green", "c"},
+                                             {"Image_2Green", "d"},
+                                             {"ImgTop", "-20"},
+                                             {"Img1Left", "32767"},
+                                             {"Img2Left", "1"}};
+  key_.ReadProperties(all);
+  EXPECT_EQ(key_.WriteProperties(), all);
+  EXPECT_EQ(key_.Label0(), "Летняя площадка");
+  // One of them back at its default leaves the store, and a default that is stored does no harm.
+  key_.SizeHeigth = std::int16_t{9};
+  CmdKeyTrigg::StoredProperties fewer = all;
+  fewer.erase("SizeHeigth");
+  EXPECT_EQ(key_.WriteProperties(), fewer);
+  fewer["Img2Left"] = "1380";
+  key_.ReadProperties(fewer);
+  EXPECT_EQ(key_.Img2Left(), 1380);
+  EXPECT_FALSE(key_.WriteProperties().contains("Img2Left"));
+}
+
+TEST_F(KeyTrigg, WhatCannotBeAPropertyIsRefused) {
+  EXPECT_THROW(key_.ReadProperties({{"Trigger", "256"}}), OverflowError);
+  EXPECT_THROW(key_.ReadProperties({{"ImgTop", "32768"}}), OverflowError);
+  EXPECT_THROW(key_.ReadProperties({{"SizeFont", "-1"}}), TypeMismatch);
+  EXPECT_THROW(key_.ReadProperties({{"ForeColor", "red"}}), TypeMismatch);
+  EXPECT_THROW(key_.ReadProperties({{"SizeWidth", "12pt"}}), TypeMismatch);
+  EXPECT_THROW(key_.ReadProperties({{"SizeWidth", ""}}), TypeMismatch);
+}
+
+TEST_F(KeyTrigg, TheCaptionFollowsTheHalfThatIsOn) {
+  key_.ReadProperties({{"Image_1Red", "r1"}, {"Image_2Red", "r2"}, {"Image_1Green", "g1"}, {"Image_2Green", "g2"}});
+  key_.Caption_2 = "второе";
+  EXPECT_EQ(key_.Label0(), "");
+  key_.Caption_1 = "первое";
+  EXPECT_EQ(key_.Label0(), "первое");
+  EXPECT_EQ(key_.FirstImage() + key_.SecondImage(), "g1r2");
+  for (const std::uint8_t half : {std::uint8_t{2}, std::uint8_t{0}, std::uint8_t{3}}) {
+    key_.Trigger = std::uint8_t{1};
+    key_.Trigger = half;
+    EXPECT_EQ(key_.Label0(), "второе");
+    EXPECT_EQ(key_.FirstImage() + key_.SecondImage(), "r1g2");
+  }
+  // With neither half on a caption waits for the next Trigger, be it the same one.
+  key_.Caption_2 = "новое";
+  EXPECT_EQ(key_.Label0(), "второе");
+  key_.Trigger = std::uint8_t{3};
+  EXPECT_EQ(key_.Label0(), "новое");
+}
+
+TEST_F(KeyTrigg, SizesFitSixteenBitsOrFail) {
+  const KeyTriggSizes sizes = KeyTriggSizesOf(15, 9);
+  EXPECT_EQ(sizes.label_width, 1680);
+  EXPECT_EQ(sizes.label_top, 120);
+  EXPECT_EQ(sizes.shape1_width, 1770);
+  EXPECT_EQ(sizes.shape1_height, 510);
+  EXPECT_EQ(sizes.shape2_width, 1810);
+  EXPECT_EQ(sizes.shape2_height, 550);
+  EXPECT_EQ(sizes.width, 1815);
+  EXPECT_EQ(sizes.height, 555);
+
+  EXPECT_EQ(KeyTriggSizesOf(272, 545).width, 32655);
+  EXPECT_EQ(KeyTriggSizesOf(272, 545).height, 32715);
+  EXPECT_EQ(KeyTriggSizesOf(-272, 0).label_width, -32760);
+  for (const auto& [width, height] : {std::pair{273, 9}, {15, 546}, {-273, 9}, {15, -546}, {32767, 32767}}) {
+    EXPECT_THROW(KeyTriggSizesOf(static_cast<std::int16_t>(width), static_cast<std::int16_t>(height)), OverflowError)
+        << width << "x" << height;
+  }
+  // A size that fails isn't taken.
+  key_.SizeWidth = std::int16_t{272};
+  EXPECT_THROW(key_.SizeWidth = std::int16_t{273}, OverflowError);
+  EXPECT_THROW(key_.SizeHeigth = std::int16_t{546}, OverflowError);
+  EXPECT_EQ(key_.Sizes().width, 32655);
+}
+
+TEST_F(KeyTrigg, EveryPressIsReportedAlsoOfTheHalfThatIsOn) {
+  std::string halves;
+  key_.Click = [&](std::uint8_t& half) { halves += std::to_string(half) + std::to_string(key_.Trigger()) + " "; };
+  Frame sensor(form_, "FrameSensor");
+  sensor.Visible = true;
+  key_.UserPress(1);
+  key_.UserPress(2);
+  key_.UserPress(2);
+  key_.UserClick();
+  EXPECT_EQ(halves, "11 22 22 11 ");
+  key_.Enabled = false;
+  key_.UserPress(2);
+  EXPECT_EQ(key_.Trigger(), 1);
+}
+
+}  // namespace
+}  // namespace zrt

@@ -1,0 +1,461 @@
+#include "stock/module_reg.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <set>
+
+#include "app/app.h"
+#include "core/errors.h"
+#include "support/scripted_desktop.h"
+#include "support/scripted_faults.h"
+#include "support/test_database.h"
+
+namespace zrt {
+namespace {
+
+using test::FixedClock;
+using test::ScriptedDesktop;
+using test::ScriptedFaults;
+using test::Stage;
+using test::TestDatabase;
+
+std::string Question(int documents) {
+  return "Документ проведён 'задним числом'!\n\rперепровести последующие за ним " + std::to_string(documents) +
+         " документов?";
+}
+
+struct Line {
+  int cod;
+  int kol;
+  int rez = 0;
+  int summ = 0;
+};
+
+class Register : public testing::Test {
+ protected:
+  Register() {
+    session_.MainConnection.SetFaultSource(&faults_);
+    session_.Connect();
+  }
+
+  /// A saved document, not posted. `time` is a time of 10 November 2026.
+  void Save(int doc, const std::string& time, const std::vector<Line>& lines, int kind = 1) {
+    const std::string date = Date(time);
+    shop_.Sql(fmt::format("INSERT INTO JOURNAL (ID,DTYPE,DATEDOC,SUMM,REZ) VALUES ({},'-','{}',0,0)", doc, date));
+    for (const Line& line : lines) {
+      shop_.Sql(
+          fmt::format("INSERT INTO REGISTR (DOC,DOCTYP,COD,KOL,SUMM,OSTKOL,KARD,DATEDOC,RUN,REZ) VALUES "
+                      "({},{},{},{},{},0,0,'{}',0,{})",
+                      doc, kind, line.cod, line.kol, line.summ, date, line.rez));
+    }
+  }
+
+  static std::string Date(const std::string& time) { return "2026-11-10 " + time; }
+
+  void Post(int doc, const std::string& time) { stock_.RunDocRegistr(doc, true, Date(time)); }
+  void Unpost(int doc, const std::string& time) { stock_.RunDocRegistr(doc, false, Date(time)); }
+
+  /// "RUN/OSTKOL" of the document's rows in the order of their writing.
+  std::vector<std::string> Balances(int doc) {
+    return shop_.Column(fmt::format("SELECT CONCAT(RUN,'/',OSTKOL) FROM REGISTR WHERE DOC={} ORDER BY ID", doc));
+  }
+  std::string Posted(int doc) { return shop_.Value(fmt::format("SELECT RUN FROM JOURNAL WHERE ID={}", doc)); }
+
+  TestDatabase shop_{Stage::kRegister};
+  FixedClock clock_;
+  ScriptedDesktop desktop_;
+  ScriptedFaults faults_;
+  Session session_{shop_.Address(), clock_, RegionalFormat{}};
+  ModuleReg stock_{session_, desktop_};
+};
+
+using Texts = std::vector<std::string>;
+
+TEST_F(Register, StatementsOfAPostingAndOfWhatFollowsIt) {
+  Save(1, "09:00:00", {{7, 1000}});
+  Save(3, "11:00:00", {{7, 500}});
+  Post(1, "09:00:00");
+  Post(3, "11:00:00");
+  Save(2, "10:00:00", {{7, 200}, {7, 300}, {8, 100}, {7, 50}});
+  faults_.Forget();
+  desktop_.Expect(Question(1), BoxAnswer::kOk, BoxIcon::kQuestion);
+  Post(2, "10:00:00");
+
+  const std::string at10 = " AND DATEDOC<='2026-11-10 10:00:00' ORDER BY DATEDOC DESC LIMIT 1";
+  const std::string at11 = " AND DATEDOC<='2026-11-10 11:00:00' ORDER BY DATEDOC DESC LIMIT 1";
+  const std::string link = "SELECT ID FROM REGISTR WHERE RUN=1 AND COD=";
+  const std::string sum = "SELECT SUM(KOL) FROM REGISTR WHERE RUN=1 AND COD=";
+  EXPECT_EQ(
+      faults_.Statements(),
+      (Texts{"SELECT COD FROM REGISTR WHERE DOC=2",
+             // A product that comes again after another is linked and summed again, without harm.
+             link + "7" + at10, "UPDATE REGISTR SET DOCNEXT=2, DATENEXT='2026-11-10 10:00:00' WHERE ID=1",
+             link + "8" + at10, link + "7" + at10,
+             "UPDATE REGISTR SET DOCNEXT=2, DATENEXT='2026-11-10 10:00:00' WHERE ID=1",
+             "UPDATE REGISTR SET RUN=1 WHERE DOC=2 AND REZ=0", "UPDATE JOURNAL SET RUN='OK' WHERE ID=2",
+             sum + "7 AND DATEDOC <= '2026-11-10 10:00:00'", "UPDATE REGISTR SET OSTKOL=1550 WHERE COD=7 AND DOC=2",
+             sum + "8 AND DATEDOC <= '2026-11-10 10:00:00'", "UPDATE REGISTR SET OSTKOL=100 WHERE COD=8 AND DOC=2",
+             sum + "7 AND DATEDOC <= '2026-11-10 10:00:00'", "UPDATE REGISTR SET OSTKOL=1550 WHERE COD=7 AND DOC=2",
+             "SELECT ID,DATEDOC FROM JOURNAL WHERE RUN IS NOT NULL AND DATEDOC >= '2026-11-10 10:00:00' AND "
+             "ID<>2 ORDER BY DATEDOC ASC",
+             "SELECT COD FROM REGISTR WHERE DOC=3", "UPDATE REGISTR SET DOCNEXT=NULL, DATENEXT=NULL WHERE DOCNEXT=3",
+             "UPDATE REGISTR SET RUN=0 WHERE DOC=3", "UPDATE JOURNAL SET RUN=NULL WHERE ID=3",
+             "UPDATE REGISTR SET OSTKOL=0 WHERE DOC=3", link + "7" + at11,
+             // The newest row before it is one of the three of document 2; which, the server decides.
+             faults_.Statements().size() > 21 ? faults_.Statements()[21] : "",
+             "UPDATE REGISTR SET RUN=1 WHERE DOC=3 AND REZ=0", "UPDATE JOURNAL SET RUN='OK' WHERE ID=3",
+             sum + "7 AND DATEDOC <= '2026-11-10 11:00:00'", "UPDATE REGISTR SET OSTKOL=2050 WHERE COD=7 AND DOC=3"}));
+  EXPECT_EQ(Balances(2), (Texts{"1/1550", "1/1550", "1/100", "1/1550"}));
+  EXPECT_EQ(
+      shop_.Column("SELECT DISTINCT CONCAT(DOCNEXT,' ',DATENEXT) FROM REGISTR WHERE DOC=2 AND DOCNEXT IS NOT NULL"),
+      Texts{"3 2026-11-10 11:00:00"});
+
+  faults_.Forget();
+  desktop_.Expect(Question(1), BoxAnswer::kCancel, BoxIcon::kQuestion);  // the same words although nothing was posted
+  Unpost(2, "10:00:00");
+  EXPECT_EQ(
+      faults_.Statements(),
+      (Texts{"SELECT COD FROM REGISTR WHERE DOC=2", "UPDATE REGISTR SET DOCNEXT=NULL, DATENEXT=NULL WHERE DOCNEXT=2",
+             "UPDATE REGISTR SET RUN=0 WHERE DOC=2 AND REZ=0", "UPDATE JOURNAL SET RUN=NULL WHERE ID=2",
+             "UPDATE REGISTR SET OSTKOL=0 WHERE DOC=2",
+             "SELECT ID,DATEDOC FROM JOURNAL WHERE RUN IS NOT NULL AND DATEDOC >= '2026-11-10 10:00:00' AND "
+             "ID<>2 ORDER BY DATEDOC ASC"}));
+  EXPECT_EQ(Balances(2), (Texts{"0/0", "0/0", "0/0", "0/0"}));
+  // The price of cancelling: the later document, and with it the product, keeps the old balance.
+  EXPECT_EQ(stock_.GetOstNow(7), 2050);
+}
+
+TEST_F(Register, ProductsThatKeepNoStock) {
+  Save(1, "09:00:00", {{7, -1000, 1}, {8, -500, 1}});
+  Post(1, "09:00:00");
+  EXPECT_EQ(Posted(1), "OK");
+  EXPECT_EQ(Balances(1), (Texts{"0/0", "0/0"}));
+  EXPECT_EQ(stock_.GetOstNow(7), 0);
+
+  // A row that isn't posted takes the product's balance along when there is one; no reader looks at it.
+  Save(2, "10:00:00", {{7, -300, 0}, {7, -100, 1}});
+  Post(2, "10:00:00");
+  EXPECT_EQ(Balances(2), (Texts{"1/-300", "0/-300"}));
+  EXPECT_EQ(stock_.GetOstNow(7), -300);
+
+  // A document without rows changes nothing, not even its own head, but asks about the later ones.
+  Save(3, "09:30:00", {});
+  desktop_.Expect(Question(1), BoxAnswer::kOk);
+  Post(3, "09:30:00");
+  EXPECT_EQ(Posted(3), "NULL");
+}
+
+TEST_F(Register, LaterDocumentsOfOtherKindsAndMoments) {
+  Save(1, "09:00:00", {{7, 1000}});
+  Post(1, "09:00:00");
+  // A price change is posted without rows in the register; an invoice dated at midnight prints without a time.
+  shop_.Sql(
+      "INSERT INTO JOURNAL (ID,DTYPE,DATEDOC,SUMM,RUN,REZ) VALUES (2,'Переоценка','2026-11-10 10:00:00',0,'OK',0),"
+      "(3,'-','2026-11-11 00:00:00',0,'OK',0)");
+  shop_.Sql(
+      "INSERT INTO REGISTR (DOC,DOCTYP,COD,KOL,SUMM,OSTKOL,KARD,DATEDOC,RUN,REZ) VALUES "
+      "(3,1,7,500,0,1500,0,'2026-11-11 00:00:00',1,0)");
+  Save(4, "08:00:00", {{7, 20}});
+  desktop_.Expect(Question(3), BoxAnswer::kOk);
+  Post(4, "08:00:00");
+  EXPECT_EQ(Posted(2), "OK");
+  EXPECT_EQ(Balances(1), Texts{"1/1020"});
+  EXPECT_EQ(Balances(3), Texts{"1/1520"});
+  EXPECT_EQ(shop_.Value("SELECT DATENEXT FROM REGISTR WHERE DOC=1"), "2026-11-11 00:00:00");
+}
+
+TEST_F(Register, WhatTheRegisterAnswers) {
+  struct Posting {
+    int kind;
+    const char* time;
+    Line line;
+  };
+  // Kind 1 is an incoming invoice, 6 a transfer in; the sums of 2,5 and 3,5 thousandths a unit fall on the even one.
+  const Posting kPostings[] = {{1, "08:00:00", {1, 2000, 0, 5}},          {1, "09:00:00", {1, 2000, 0, 7}},
+                               {6, "10:00:00", {1, 1000, 0, 90000}},      {1, "08:00:00", {2, 3000, 0, 1000}},
+                               {3, "11:00:00", {2, -1000, 0, -500}},      {1, "08:00:00", {3, 0, 0, 500}},
+                               {1, "12:00:00", {4, 100000, 0, 12000000}}, {1, "08:00:00", {5, 2000, 0, 5}}};
+  int doc = 0;
+  for (const Posting& posting : kPostings) {
+    Save(++doc, posting.time, {posting.line}, posting.kind);
+    shop_.Sql(fmt::format("UPDATE REGISTR SET RUN=1,OSTKOL={} WHERE DOC={}", posting.line.kol, doc));
+  }
+  Save(++doc, "13:00:00", {{2, 777, 0, 777000}});  // not posted: nobody sees it
+
+  EXPECT_EQ(stock_.GetPurchasePrice(1), 4) << "3,5 becomes 4; the dearer transfer doesn't count";
+  EXPECT_EQ(stock_.GetPurchasePrice(5), 2) << "2,5 becomes 2";
+  EXPECT_EQ(stock_.GetPurchasePrice(2), 333);
+  EXPECT_EQ(stock_.GetPurchasePrice(3), 0) << "a line without quantity has no price";
+  EXPECT_EQ(stock_.GetPurchasePrice(4), 120000);
+  EXPECT_EQ(stock_.GetPurchasePrice(99), 0);
+
+  EXPECT_EQ(stock_.GetOstNow(1), 1000);
+  EXPECT_EQ(stock_.GetOstNow(2), -1000);
+  EXPECT_EQ(stock_.GetOstNow(99), 0);
+  EXPECT_EQ(stock_.GetOstAtDate(1, Date("09:00:00")), 2000) << "that very second counts";
+  EXPECT_EQ(stock_.GetOstAtDate(1, Date("07:59:59")), 0);
+  EXPECT_EQ(stock_.GetRegistrIdAtDate(1, Date("09:59:59")), 2);
+  EXPECT_EQ(stock_.GetRegistrIdAtDate(1, Date("07:00:00")), 0);
+  // A date without a time, as a moment at midnight prints, is that midnight.
+  EXPECT_EQ(stock_.GetOstAtDate(1, "2026-11-11 "), 1000);
+
+  shop_.Sql(
+      "INSERT INTO TOVAR (COD,COD1,NAME,N6) VALUES "
+      "(1,1,'доставка',0),(2,1,'чай',NULL),(3,1,'чай',NULL),(3,2,'чай',NULL)");
+  EXPECT_EQ(stock_.GetTovarN6(1), 1);
+  EXPECT_EQ(stock_.GetTovarN6(2), 0);
+  EXPECT_EQ(stock_.GetTovarN6(3), 0);
+  EXPECT_EQ(stock_.GetTovarN6(99), 0);
+
+  faults_.FailAt(1);
+  EXPECT_EQ(stock_.GetOstNow(4), 0) << "the balance alone answers 0 when its query fails";
+  faults_.FailAt(1);
+  EXPECT_THROW(stock_.GetOstAtDate(4, Date("13:00:00")), DatabaseError);
+  shop_.Sql("UPDATE REGISTR SET SUMM=2147483647,KOL=1 WHERE COD=4");
+  EXPECT_THROW(stock_.GetPurchasePrice(4), OverflowError);
+}
+
+TEST_F(Register, APostingThatFailsAnywhereIsMendedByPostingAgain) {
+  Save(1, "09:00:00", {{7, 1000}});
+  Post(1, "09:00:00");
+  Save(2, "10:00:00", {{7, -200}, {8, 100}});
+  for (int statement = 1; statement <= 11; ++statement) {
+    faults_.FailAt(statement);
+    EXPECT_THROW(Post(2, "10:00:00"), DatabaseError) << statement;
+    Unpost(2, "10:00:00");
+    EXPECT_EQ(Balances(2), (Texts{"0/0", "0/0"})) << statement;
+    Post(2, "10:00:00");
+    EXPECT_EQ(Posted(2), "OK");
+    EXPECT_EQ(Balances(2), (Texts{"1/800", "1/100"})) << statement;
+    EXPECT_EQ(shop_.Value("SELECT DOCNEXT FROM REGISTR WHERE DOC=1"), "2") << statement;
+    Unpost(2, "10:00:00");
+    EXPECT_EQ(shop_.Value("SELECT DOCNEXT FROM REGISTR WHERE DOC=1"), "NULL");
+  }
+}
+
+// The model: what the register must hold is computed from a list of movements alone.
+
+struct ModelDocument {
+  int second = 0;
+  bool saved = false;
+  bool posted = false;  ///< as the journal has it
+  std::vector<Line> lines;
+  std::vector<std::int64_t> balances;  ///< OSTKOL of each line
+
+  bool Counts(std::size_t line) const { return posted && lines[line].rez == 0; }
+};
+
+class Model {
+ public:
+  explicit Model(std::size_t count) : documents(count) {}
+
+  std::vector<ModelDocument> documents;
+
+  void Run(std::size_t doc, bool run, bool repost) {
+    ModelDocument& document = documents[doc];
+    if (!document.lines.empty()) {
+      document.posted = run;
+      if (run) {
+        Balance(doc);
+      } else {
+        std::fill(document.balances.begin(), document.balances.end(), 0);
+      }
+    }
+    if (!repost) return;
+    for (std::size_t later : Later(doc)) {
+      std::fill(documents[later].balances.begin(), documents[later].balances.end(), 0);
+      Balance(later);
+    }
+  }
+
+  /// Posted documents of the same second or later.
+  std::vector<std::size_t> Later(std::size_t doc) const {
+    std::vector<std::size_t> later;
+    for (std::size_t other = 0; other < documents.size(); ++other) {
+      if (other != doc && documents[other].posted && documents[other].second >= documents[doc].second) {
+        later.push_back(other);
+      }
+    }
+    return later;
+  }
+
+  /// What GetOstNow may say: the balances of the newest second, of which several documents may be.
+  std::set<std::int64_t> Now(int cod) const {
+    int newest = -1;
+    std::set<std::int64_t> now;
+    for (const ModelDocument& document : documents) {
+      for (std::size_t line = 0; line < document.lines.size(); ++line) {
+        if (!document.Counts(line) || document.lines[line].cod != cod || document.second < newest) continue;
+        if (document.second > newest) now.clear();
+        newest = document.second;
+        now.insert(document.balances[line]);
+      }
+    }
+    if (now.empty()) now.insert(0);
+    return now;
+  }
+
+ private:
+  void Balance(std::size_t doc) {
+    ModelDocument& document = documents[doc];
+    for (std::size_t line = 0; line < document.lines.size(); ++line) {
+      const int cod = document.lines[line].cod;
+      std::int64_t sum = 0;
+      bool moved = false;
+      for (const ModelDocument& other : documents) {
+        if (other.second > document.second) continue;
+        for (std::size_t i = 0; i < other.lines.size(); ++i) {
+          if (!other.Counts(i) || other.lines[i].cod != cod) continue;
+          sum += other.lines[i].kol;
+          moved = true;
+        }
+      }
+      if (moved) document.balances[line] = sum;
+    }
+  }
+};
+
+TEST_F(Register, RandomWorkAgreesWithAListOfMovements) {
+  constexpr std::size_t kDocuments = 14;
+  constexpr int kProducts = 4;
+  std::mt19937 random(20261110);
+  const auto pick = [&](int from, int to) { return std::uniform_int_distribution<int>(from, to)(random); };
+  Model model(kDocuments);
+  const auto time = [&](std::size_t doc) { return fmt::format("10:00:{:02}", model.documents[doc].second); };
+
+  int reposted = 0;
+  int cancelled = 0;
+  for (int step = 0; step < 260; ++step) {
+    const auto doc = static_cast<std::size_t>(pick(0, kDocuments - 1));
+    ModelDocument& document = model.documents[doc];
+    const int id = static_cast<int>(doc) + 1;
+    if (!document.saved) {
+      document.saved = true;
+      document.second = pick(0, 6);  // few seconds: ties are common
+      const int lines = pick(0, 5);
+      for (int line = 0; line < lines; ++line) {
+        document.lines.push_back({pick(1, kProducts), pick(-3000, 3000), pick(0, 4) == 0 ? 1 : 0});
+      }
+      document.balances.assign(document.lines.size(), 0);
+      Save(id, time(doc), document.lines);
+    } else {
+      const bool run = document.posted ? pick(0, 3) == 0 : true;  // a posted one is now and then posted again
+      const std::size_t later = model.Later(doc).size();
+      const bool repost = pick(0, 2) > 0;
+      if (later > 0) {
+        desktop_.Expect(Question(static_cast<int>(later)), repost ? BoxAnswer::kOk : BoxAnswer::kCancel);
+        ++(repost ? reposted : cancelled);
+      }
+      stock_.RunDocRegistr(id, run, Date(time(doc)));
+      desktop_.CheckAllCame();
+      model.Run(doc, run, repost);
+    }
+
+    Texts rows;
+    Texts heads;
+    for (std::size_t other = 0; other < kDocuments; ++other) {
+      const ModelDocument& expected = model.documents[other];
+      if (!expected.saved) continue;
+      heads.push_back(fmt::format("{} {}", other + 1, expected.posted ? "OK" : "-"));
+      for (std::size_t line = 0; line < expected.lines.size(); ++line) {
+        rows.push_back(fmt::format("{} {}/{}", other + 1, expected.Counts(line) ? 1 : 0, expected.balances[line]));
+      }
+    }
+    ASSERT_EQ(shop_.Column("SELECT CONCAT(DOC,' ',RUN,'/',OSTKOL) FROM REGISTR ORDER BY DOC,ID"), rows) << step;
+    ASSERT_EQ(shop_.Column("SELECT CONCAT(ID,' ',IFNULL(RUN,'-')) FROM JOURNAL ORDER BY ID"), heads) << step;
+    for (int cod = 1; cod <= kProducts; ++cod) {
+      ASSERT_EQ(model.Now(cod).count(stock_.GetOstNow(cod)), 1U) << "step " << step << ", product " << cod;
+    }
+  }
+  EXPECT_GT(reposted, 50);
+  EXPECT_GT(cancelled, 20);
+}
+
+// The catalogue's copy of the balances, over the button in the main window.
+
+class Catalogue : public testing::Test {
+ protected:
+  Catalogue() {
+    shop_.Sql("UPDATE CONST SET N8=8 WHERE COD=5");
+    shop_.Sql(
+        "INSERT INTO TOVAR (COD,COD1,NAME,OST,KOL,PRISE,N6) VALUES (1,1,'Чай',1,1,100,NULL),(1,2,'Чай',1,1,100,NULL),"
+        "(2,1,'Доставка',5,5,100,0),(3,1,'Вода',7,7,100,NULL)");
+    shop_.Sql(
+        "INSERT INTO REGISTR (DOC,DOCTYP,COD,KOL,SUMM,OSTKOL,DATEDOC,RUN,REZ) VALUES "
+        "(1,1,1,9000,0,9000,'2026-11-01 08:00:00',1,0),(1,1,2,4000,0,4000,'2026-11-01 08:00:00',1,0),"
+        "(2,1,1,9000,0,18000,'2026-11-02 08:00:00',0,0)");
+    shop_.Sql(
+        "INSERT INTO PROD (COD,KOL,PRISE,DATETIME,TER,NUM) VALUES (1,1000,1,'2026-11-12 08:00:00',1,1),"
+        "(1,500,1,'2026-11-13 07:59:59',1,2),(1,50,1,'2026-11-13 08:00:00',1,3),(1,5,1,'2026-11-12 07:59:59',1,4),"
+        "(2,2000,1,'2026-11-12 12:00:00',1,5)");
+    app_.Start();
+    desktop_.UserAction([this] { app_.Splash.Timer1.UserFire(); });
+    desktop_.UserAction([this] { app_.Main.TabStrip1.UserChoose("sprav"); });
+  }
+
+  void Press() {
+    desktop_.UserAction([this] { app_.Main.Catalogue.CmdRefrTov.UserClick(); });
+  }
+  Texts Stock() { return shop_.Column("SELECT CONCAT(COD,' ',OST,' ',KOL) FROM TOVAR ORDER BY ID"); }
+
+  TestDatabase shop_{Stage::kRegister};
+  FixedClock clock_;
+  DriveMap drives_{std::filesystem::temp_directory_path() / "zrt_no_such_folder"};
+  ScriptedDesktop desktop_;
+  ScriptedFaults faults_;
+  App app_{desktop_, clock_, drives_, AppSettings{shop_.Address(), "zrt"}};
+};
+
+TEST_F(Catalogue, BalancesAndSalesOfTheShiftReachTheTerminals) {
+  clock_.Set({{2026, 11, 12}, 15, 0, 0});
+  Press();
+  // Both rows of a code, and products without stock like all others.
+  EXPECT_EQ(Stock(), (Texts{"1 9000 1500", "1 9000 1500", "2 4000 2000", "3 0 0"}));
+  EXPECT_FALSE(app_.Main.Catalogue.ProgressBar1.Visible());
+  EXPECT_EQ(app_.Main.Catalogue.ProgressBar1.Max(), 3);
+  EXPECT_EQ(app_.Main.Catalogue.DataGrid1[0].CellText(3, "Value"), "7,500");
+
+  // Nobody has chosen the hour yet: the day begins at midnight.
+  shop_.Sql("UPDATE CONST SET N8=NULL WHERE COD=5");
+  Press();
+  EXPECT_EQ(Stock()[0], "1 9000 1005");
+  shop_.Sql("UPDATE CONST SET N8=8 WHERE COD=5");
+
+  // Before the shift's hour of a new day nothing counts as sold.
+  clock_.Set({{2026, 11, 14}, 3, 0, 0});
+  Press();
+  EXPECT_EQ(Stock(), (Texts{"1 9000 0", "1 9000 0", "2 4000 0", "3 0 0"}));
+}
+
+TEST_F(Catalogue, ProductsThatTheListLacksAreOnlyPutToZero) {
+  // Added by a terminal's own means after the list was read.
+  shop_.Sql("INSERT INTO TOVAR (COD,COD1,NAME,OST,KOL,PRISE) VALUES (9,1,'Новинка',70,80,100)");
+  app_.TheSession.MainConnection.SetFaultSource(&faults_);
+  Press();
+  EXPECT_EQ(Stock().back(), "9 70 0");
+  ASSERT_EQ(faults_.Statements().size(), 2 + 3 * 3 + 1U);
+  EXPECT_EQ(faults_.Statements()[0], "UPDATE TOVAR SET KOL=0");
+  EXPECT_EQ(faults_.Statements()[1], "SELECT N8 FROM CONST WHERE COD=5");
+  EXPECT_EQ(faults_.Statements()[2],
+            "SELECT SUM(KOL) FROM PROD WHERE COD=3 AND DATETIME>='2026-11-12 08:00:00' and "
+            "DATETIME<DATE_ADD('2026-11-12 08:00:00', INTERVAL 1 DAY) GROUP BY COD");
+  EXPECT_EQ(faults_.Statements()[4], "UPDATE TOVAR SET OST=0,KOL =0 WHERE COD=3");
+}
+
+TEST_F(Catalogue, AFailureOnTheWayLeavesNoProgressBarBehind) {
+  app_.TheSession.MainConnection.SetFaultSource(&faults_);
+  faults_.FailAt(5);
+  desktop_.ExpectRuntimeError();
+  Press();
+  EXPECT_FALSE(app_.Main.Catalogue.ProgressBar1.Visible());
+  EXPECT_EQ(app_.Main.Catalogue.DataGrid1[0].Rows(), 3);
+  shop_.Sql("DELETE FROM TOVAR");
+  desktop_.UserAction([this] { app_.Main.Catalogue.CmdReqr.UserClick(); });
+  faults_.Forget();
+  Press();
+  EXPECT_TRUE(faults_.Statements().empty()) << "an empty catalogue has nothing to refresh";
+}
+
+}  // namespace
+}  // namespace zrt
