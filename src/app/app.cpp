@@ -16,6 +16,7 @@ App::App(Desktop& desktop, const Clock& clock, const DriveMap& drives, AppSettin
       ClearLite(desktop, TheSession),
       DelChek(desktop, TheSession),
       PanelCopy(desktop, TheSession, drives),
+      Reports(desktop, TheSession, Stock, Picker, drives, settings.printer, settings.spreadsheet),
       Main(desktop, TheSession, Stock, drives, settings.executable,
            {.About = About,
             .ProductCard = ProductCard,
@@ -25,7 +26,8 @@ App::App(Desktop& desktop, const Clock& clock, const DriveMap& drives, AppSettin
             .Clear = Clear,
             .ClearLite = ClearLite,
             .DelChek = DelChek,
-            .PanelCopy = PanelCopy},
+            .PanelCopy = PanelCopy,
+            .Reports = Reports},
            [this] { ShutdownApplication(); }),
       Splash(desktop, TheSession, drives, settings.executable, Main),
       desktop_(desktop) {

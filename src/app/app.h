@@ -9,11 +9,14 @@
 #include "documents/documents.h"
 #include "panels/form_copy.h"
 #include "platform/drive_map.h"
+#include "platform/printer.h"
+#include "platform/workbook.h"
 #include "reference/frm_dk.h"
 #include "reference/frm_plu.h"
 #include "reference/frm_plu_dial.h"
 #include "reference/frm_plu_podb.h"
 #include "reference/frm_vdk.h"
+#include "reports/report_screens.h"
 #include "sales/frm_clear.h"
 #include "sales/frm_del_chek.h"
 #include "stock/module_reg.h"
@@ -25,6 +28,8 @@ namespace zrt {
 struct AppSettings {
   DatabaseAddress database;
   std::string executable;  ///< file name of this program
+  Printer& printer = Printer::None();
+  SpreadsheetProgram& spreadsheet = SpreadsheetProgram::None();
 };
 
 /// The composition root: owns the session and every form, starts and stops the program. The desktop, the clock and the
@@ -54,6 +59,7 @@ class App {
   frmClearLite ClearLite;
   frmDelChek DelChek;
   FormCopy PanelCopy;
+  ReportScreens Reports;
   Form2 Main;
   frmSplash1 Splash;
 

@@ -71,6 +71,13 @@ Form2::Form2(Desktop& desktop, Session& session, ModuleReg& stock, const DriveMa
   Panels.ClearSearch = [this] { Catalogue.TextFind[1].Text = ""; };
   mnuAbout.Click = [this] { screens_.About.Show(); };
   KassaLite.CmdDelProdLite.Click = [this] { screens_.ClearLite.Open(); };
+  mnuSystem.Click = [this] { screens_.Reports.TextReports.Show(); };
+  mnuTabel.Click = [this] { screens_.Reports.Staff.Show(); };
+  mnuTabelChk.Click = [this] { screens_.Reports.AverageOrder.Show(); };
+  mnuTabelDk.Click = [this] { screens_.Reports.Cards.Show(); };
+  mnuReportSaldo.Click = [this] { screens_.Reports.Balances.Show(); };
+  mnuReportRun.Click = [this] { screens_.Reports.Movements.Show(); };
+  mnuTabelTime.Click = [this] { screens_.Reports.Time.Show(); };
   Complete();
 }
 

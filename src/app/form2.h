@@ -11,6 +11,7 @@
 #include "platform/drive_map.h"
 #include "reference/cards_tab.h"
 #include "reference/catalogue_tab.h"
+#include "reports/report_screens.h"
 #include "sales/frm_clear.h"
 #include "sales/frm_del_chek.h"
 #include "sales/kassa_lite_tab.h"
@@ -33,6 +34,7 @@ class Form2 final : public Form {
     frmClearLite& ClearLite;
     frmDelChek& DelChek;
     FormCopy& PanelCopy;
+    ReportScreens& Reports;
   };
 
   /// `drives`: where files go. `executable`: file name of this program, the window's title. `shutdown` runs when the

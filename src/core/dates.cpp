@@ -63,6 +63,10 @@ Date AddDays(const Date& date, int days) {
           static_cast<int>(static_cast<unsigned>(moved.day()))};
 }
 
+int DaysBetween(const Date& from, const Date& to) {
+  return static_cast<int>((std::chrono::sys_days(ToCalendar(to)) - std::chrono::sys_days(ToCalendar(from))).count());
+}
+
 int WeekDay(const Date& date) {
   return static_cast<int>(std::chrono::weekday(std::chrono::sys_days(ToCalendar(date))).iso_encoding());
 }

@@ -29,6 +29,9 @@ struct DateTime {
 /// The day `days` later (earlier when negative), over ends of months and years.
 Date AddDays(const Date& date, int days);
 
+/// Days from `from` to `to`, negative when `to` is the earlier one.
+int DaysBetween(const Date& from, const Date& to);
+
 /// 1 Monday to 7 Sunday.
 int WeekDay(const Date& date);
 

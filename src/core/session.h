@@ -43,6 +43,8 @@ struct RecordsetPool {
   Recordset RsCardKinds;    ///< TOTALSKID
   Recordset RsWaiters;      ///< KLIENT: DataGrid9
   Recordset RsJournal;      ///< JOURNAL: DataGrid6
+  Recordset RsDays;         ///< table reports: rows by shift day, or by hour
+  Recordset RsTotal;        ///< table reports: the same without the columns' grouping
   Recordset RsScratch;      ///< results of MainCommand
 };
 

@@ -250,9 +250,8 @@ ListBox::ListBox(Form& form, std::string name) : Control(form, std::move(name), 
 }
 
 void ListBox::AddItem(std::string item) {
-  std::vector<std::string> items = Items();
-  items.push_back(std::move(item));
-  Items = std::move(items);
+  Items.Silent().push_back(std::move(item));
+  if (OnAdded) OnAdded();
 }
 
 void ListBox::Clear() {

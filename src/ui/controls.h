@@ -191,8 +191,11 @@ class ListBox final : public Control {
   ListBox(Form& form, std::string name);
   Property<std::vector<std::string>> Items{*this, "Items"};
   Property<int> ListIndex{*this, "ListIndex", -1};
+  Property<int> Width{*this, "Width", 0};  ///< twips that the list has at least; 0 as the definition says
   Event<> Click{*this, "Click"};
   Event<> DblClick{*this, "DblClick"};
+  /// A line was added at the end: only views listen. Lists of thousands of lines grow one by one.
+  std::function<void()> OnAdded;
 
   void AddItem(std::string item);
   void Clear();

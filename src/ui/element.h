@@ -86,6 +86,9 @@ class Property final : public PropertyBase {
   }
   const T& operator()() const { return value_; }
 
+  /// The value to be changed in place, unseen by the view: for controls that tell their view themselves.
+  T& Silent() { return value_; }
+
   std::string AsText() const override {
     if constexpr (std::is_integral_v<T> && !std::is_same_v<T, bool>) {
       return detail::PropertyText(static_cast<std::int64_t>(value_));

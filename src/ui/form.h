@@ -21,6 +21,7 @@ class Form : public Element {
 
   Property<std::string> Caption{*this, "Caption"};
   Property<int> Height{*this, "Height", 0};  ///< twips; 0 as the definition says
+  Property<int> Width{*this, "Width", 0};    ///< the same
 
   Event<> Load{*this, "Load"};              ///< before the form is shown for the first time, and after it was unloaded
   Event<> Activate{*this, "Activate"};      ///< each time the form comes to the front

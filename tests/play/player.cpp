@@ -42,8 +42,12 @@ int Number(const Line& line, std::size_t index) {
   }
 }
 
-std::string OrNothing(const std::string& text) {
-  return text.empty() ? "(nothing)" : text;
+/// The lines that stand below an action must equal what was found.
+void CheckBlock(const std::string& what, const Line& line, const std::vector<std::string>& found) {
+  const auto shown = [](const std::vector<std::string>& rows) {
+    return rows.empty() ? std::string("(nothing)") : fmt::format("\n\t{}", fmt::join(rows, "\n\t"));
+  };
+  CheckEqual(what, shown(line.block), shown(found));
 }
 
 /// "*" stands for any characters inside a file's name.
@@ -106,14 +110,28 @@ void Player::Step() {
 
 void Player::Perform(const Line& line) {
   using Action = void (Player::*)(const Line&);
-  static const std::map<std::string, Action> kActions = {
-      {"clock", &Player::SetClock},  {"form", &Player::UseForm},   {"dialog", &Player::Announce},
-      {"set", &Player::Set},         {"tab", &Player::Press},      {"menu", &Player::Press},
-      {"click", &Player::Press},     {"dblclick", &Player::Press}, {"key", &Player::Press},
-      {"row", &Player::GoToRow},     {"pick", &Player::Pick},      {"drag", &Player::Drag},
-      {"timer", &Player::FireTimer}, {"expect", &Player::Expect},  {"cell", &Player::CheckCell},
-      {"rows", &Player::CheckRows},  {"file", &Player::CheckFile}, {"file-write", &Player::WriteFile},
-      {"fault", &Player::SetFault}};
+  static const std::map<std::string, Action> kActions = {{"clock", &Player::SetClock},
+                                                         {"form", &Player::UseForm},
+                                                         {"dialog", &Player::Announce},
+                                                         {"set", &Player::Set},
+                                                         {"tab", &Player::Press},
+                                                         {"menu", &Player::Press},
+                                                         {"click", &Player::Press},
+                                                         {"dblclick", &Player::Press},
+                                                         {"key", &Player::Press},
+                                                         {"row", &Player::GoToRow},
+                                                         {"pick", &Player::Pick},
+                                                         {"drag", &Player::Drag},
+                                                         {"timer", &Player::FireTimer},
+                                                         {"expect", &Player::Expect},
+                                                         {"cell", &Player::CheckCell},
+                                                         {"rows", &Player::CheckRows},
+                                                         {"file", &Player::CheckFile},
+                                                         {"file-write", &Player::WriteFile},
+                                                         {"lines", &Player::CheckLines},
+                                                         {"printed", &Player::CheckPrinted},
+                                                         {"workbook", &Player::CheckWorkbook},
+                                                         {"fault", &Player::SetFault}};
 
   const std::string& verb = Word(line, 0);
   if (verb == "start") return Start();
@@ -195,7 +213,7 @@ void Player::DoRuntimeError(const std::exception& error) {
 void Player::Start() {
   if (app_) Fail("the program runs already");
   exit_code_.reset();
-  app_ = std::make_unique<App>(*this, clock_, drives_, AppSettings{database_, "zrt"});
+  app_ = std::make_unique<App>(*this, clock_, drives_, AppSettings{database_, "zrt", printer_, spreadsheet_});
   app_->TheSession.MainConnection.SetFaultSource(faults_.get());
   Act([this] {
     app_->Start();
@@ -313,6 +331,40 @@ void Player::CheckCell(const Line& line) {
   CheckEqual("the cell", Word(line, 4), grid.CellText(Number(line, 2), Word(line, 3)));
 }
 
+void Player::CheckLines(const Line& line) {
+  const auto& list = As<ListBox>(Find(Word(line, 1)));
+  CheckBlock("the lines", line, list.Items());
+}
+
+void Player::CheckPrinted(const Line& line) {
+  if (printer_.Jobs.size() != 1) Fail(std::to_string(printer_.Jobs.size()) + " documents were printed");
+  std::vector<std::string> found;
+  for (const std::vector<PrintedPiece>& pieces : printer_.Jobs.front().lines) {
+    std::string& row = found.emplace_back();
+    for (const PrintedPiece& piece : pieces)
+      row += fmt::format("{}{}:{}", row.empty() ? "" : "|", piece.left, piece.text);
+  }
+  printer_.Jobs.clear();
+  CheckBlock("what was printed", line, found);
+}
+
+void Player::CheckWorkbook(const Line& line) {
+  if (spreadsheet_.Books.size() != 1) Fail(std::to_string(spreadsheet_.Books.size()) + " workbooks were opened");
+  const Workbook book = std::move(spreadsheet_.Books.front());
+  spreadsheet_.Books.clear();
+  std::vector<std::string> found;
+  for (const Workbook::TextCell& cell : book.Cells) {
+    found.push_back(fmt::format("{},{}{} {}", cell.row, cell.column, cell.bold ? "*" : "", cell.text));
+  }
+  for (const Workbook::ColumnSpan& span : book.ColumnWidths) {
+    found.push_back(fmt::format("width {}-{} {}", span.first, span.last, span.width));
+  }
+  for (const Workbook::RowHeight& row : book.RowHeights)
+    found.push_back(fmt::format("height {} {}", row.row, row.height));
+  for (const std::string& status : book.StatusBar) found.push_back("status " + status);
+  CheckBlock("the workbook", line, found);
+}
+
 void Player::PrintGrid(const DataGrid& grid) {
   *grids_ << grid.Name() << "\t" << grid.Rows() << "\n";
   const int columns = static_cast<int>(grid.Columns().size());
@@ -325,32 +377,28 @@ void Player::PrintGrid(const DataGrid& grid) {
 void Player::CheckRows(const Line& line) {
   Recordset set;
   set.Open(Word(line, 1), terminal_);
-  std::string found;
+  std::vector<std::string> found;
   for (int row = 1; row <= set.RecordCount(); ++row) {
     std::vector<std::string> cells;
     for (int field = 0; field < set.FieldCount(); ++field) {
       const Cell cell = set.At(row, field);
       cells.push_back(cell.IsNull() ? "NULL" : cell.Text());
     }
-    found += fmt::format("\n\t{}", fmt::join(cells, "|"));
+    found.push_back(fmt::format("{}", fmt::join(cells, "|")));
   }
-  std::string expected;
-  for (const std::string& row : line.block) expected += "\n\t" + row;
-  CheckEqual("the rows", OrNothing(expected), OrNothing(found));
+  CheckBlock("the rows", line, found);
 }
 
 void Player::CheckFile(const Line& line) {
   const std::filesystem::path path = Match(drives_.ToNative(Word(line, 1)));
   std::ifstream file(path, std::ios::binary);
   if (!file) Fail("there is no such file");
-  std::string found;
+  std::vector<std::string> found;
   for (std::string row; std::getline(file, row);) {
     if (!row.empty() && row.back() == '\r') row.pop_back();
-    found += "\n\t" + FromWindows1251(row);
+    found.push_back(FromWindows1251(row));
   }
-  std::string expected;
-  for (const std::string& row : line.block) expected += "\n\t" + row;
-  CheckEqual("the file", OrNothing(expected), OrNothing(found));
+  CheckBlock("the file", line, found);
 }
 
 void Player::WriteFile(const Line& line) {

@@ -10,6 +10,7 @@
 #include "app/app.h"
 #include "play/script.h"
 #include "support/headless_desktop.h"
+#include "support/recording_machine.h"
 
 namespace zrt::play {
 
@@ -71,6 +72,9 @@ class Player final : public test::HeadlessDesktop {
   /// A line with the grid's name and the number of its rows, then the rows as shown, cells apart by tabs.
   void PrintGrid(const DataGrid& grid);
   void CheckRows(const Line& line);
+  void CheckLines(const Line& line);
+  void CheckPrinted(const Line& line);
+  void CheckWorkbook(const Line& line);
   void CheckFile(const Line& line);
   void WriteFile(const Line& line);
   void SetFault(const Line& line);
@@ -86,6 +90,8 @@ class Player final : public test::HeadlessDesktop {
   DriveMap drives_;
   std::ostream* grids_;
   test::FixedClock clock_;
+  test::RecordingPrinter printer_;
+  test::RecordingSpreadsheet spreadsheet_;
   std::unique_ptr<Faults> faults_;
   std::unique_ptr<App> app_;
   Connection terminal_;  ///< the way of a terminal to the database

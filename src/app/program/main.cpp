@@ -7,6 +7,8 @@
 #include "platform/system_clock.h"
 #include "ui/qt/qt_application.h"
 #include "ui/qt/qt_desktop.h"
+#include "ui/qt/qt_printer.h"
+#include "ui/qt/qt_spreadsheet.h"
 
 namespace {
 
@@ -39,7 +41,10 @@ int main(int argc, char** argv) {
   std::error_code ignored;
   std::filesystem::create_directories(drives.ToNative("C:\\Korvina\\Report"), ignored);
   zrt::QtDesktop desktop(zrt::RegionalFormat{}, drives);
-  zrt::App app(desktop, clock, drives, {{ZRT_DB_HOST, ZRT_DB_USER, ZRT_DB_NAME}, ExecutableName()});
+  zrt::QtPrinter printer;
+  zrt::QtSpreadsheet spreadsheet;
+  zrt::App app(desktop, clock, drives,
+               {{ZRT_DB_HOST, ZRT_DB_USER, ZRT_DB_NAME}, ExecutableName(), printer, spreadsheet});
   app.Start();
   return desktop.Run();
 }

@@ -26,6 +26,9 @@ class ControlView : public QObject, public ElementView {
   void Show(const PropertyBase& property) override;
   void Retire();
 
+  /// Draws the widget alone at once; false when that needs the whole window.
+  virtual bool RepaintAlone() { return false; }
+
   Control& TheControl() const { return control_; }
   QWidget* Widget() const { return widget_; }
 

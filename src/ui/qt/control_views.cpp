@@ -5,6 +5,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDrag>
+#include <QElapsedTimer>
 #include <QFrame>
 #include <QGroupBox>
 #include <QLabel>
@@ -413,6 +414,8 @@ class ListView final : public ControlView {
     });
     connect(widget, &QListWidget::clicked, this, [this](const QModelIndex& index) { Choose(index.row()); });
     connect(widget, &QListWidget::doubleClicked, this, [this] { Act([this] { list_.UserDblClick(); }); });
+    list.OnAdded = [this] { widget_->addItem(ToQt(list_.Items().back())); };
+    widget->setUniformItemSizes(true);
     WatchKeys(widget);
     Start();
   }
@@ -426,10 +429,25 @@ class ListView final : public ControlView {
     } else if (&property == &list_.ListIndex) {
       const Quiet quiet(busy_, true);
       widget_->setCurrentRow(list_.ListIndex());
+    } else if (&property == &list_.Width) {
+      constexpr int kTwipsPerInch = 1440;
+      widget_->setMinimumWidth(list_.Width() * widget_->logicalDpiX() / kTwipsPerInch);
     } else {
       ControlView::Show(property);
     }
   }
+
+  /// A list that grows is drawn as often as the eye can follow; drawing it for every line costs more than its query.
+  bool RepaintAlone() override {
+    constexpr int kFrame = 40;  // milliseconds
+    if (drawn_.isValid() && drawn_.elapsed() < kFrame) return true;
+    drawn_.start();
+    widget_->viewport()->repaint();
+    return true;
+  }
+
+ protected:
+  void LetGo() override { list_.OnAdded = nullptr; }
 
  private:
   void Choose(int row) {
@@ -438,6 +456,7 @@ class ListView final : public ControlView {
 
   ListBox& list_;
   QListWidget* widget_;
+  QElapsedTimer drawn_;
   bool busy_ = false;
 };
 

@@ -74,6 +74,9 @@ void FormWindow::Show(const PropertyBase& property) {
   } else if (&property == &form_.Height && form_.Height() > 0) {
     if (window_->layout() != nullptr) window_->layout()->activate();
     window_->resize(window_->width(), form_.Height() * window_->logicalDpiY() / kTwipsPerInch);
+  } else if (&property == &form_.Width && form_.Width() > 0) {
+    if (window_->layout() != nullptr) window_->layout()->activate();
+    window_->resize(form_.Width() * window_->logicalDpiX() / kTwipsPerInch, window_->height());
   }
 }
 
@@ -120,8 +123,10 @@ void FormWindow::Focus(const Control& control) {
   if (view != nullptr && view->Widget() != nullptr) view->Widget()->setFocus(Qt::OtherFocusReason);
 }
 
-void FormWindow::Repaint() {
+void FormWindow::Repaint(const Control& control) {
   if (!window_->isVisible()) return;
+  ControlView* view = ViewOf(control);
+  if (view != nullptr && view->RepaintAlone()) return;
   if (window_->layout() != nullptr) window_->layout()->activate();
   window_->repaint();
 }

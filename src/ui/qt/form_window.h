@@ -44,7 +44,8 @@ class FormWindow final : public QObject, public ElementView {
   void Hide();
 
   void Focus(const Control& control);
-  void Repaint();
+  /// Draws at once what the window shows by now, `control` above all.
+  void Repaint(const Control& control);
 
   /// The form is unloaded: from now on the window does nothing, whatever its widgets still report.
   void Retire();

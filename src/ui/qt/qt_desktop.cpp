@@ -75,7 +75,7 @@ void QtDesktop::SetFocus(Control& control) {
 }
 
 void QtDesktop::Repaint(Control& control) {
-  if (FormWindow* window = WindowOf(control.Owner())) window->Repaint();
+  if (FormWindow* window = WindowOf(control.Owner())) window->Repaint(control);
 }
 
 void QtDesktop::DoShow(Form& form, bool modal) {

@@ -1,0 +1,191 @@
+#include "reports/form_tab_run.h"
+
+#include "core/errors.h"
+#include "core/numbers.h"
+#include "ui/desktop.h"
+
+namespace zrt {
+
+namespace {
+
+constexpr const char* kDocuments =
+    "SELECT DOCTYP,DOC,DATEDOC,KOL,OSTKOL FROM REGISTR WHERE RUN=1 AND COD={} AND DATEDOC>='{}' AND DATEDOC<'{}' ORDER "
+    "BY DATEDOC ASC";
+/// Only goods that are kept as stock.
+constexpr const char* kTurnover =
+    "SELECT REGISTR.DOCTYP,REGISTR.COD,TOVAR.NAME,SUM(REGISTR.KOL) FROM REGISTR LEFT JOIN TOVAR ON "
+    "REGISTR.COD=TOVAR.COD WHERE TOVAR.COD1=1 AND REGISTR.RUN=1 AND REGISTR.DATEDOC>='{}' AND REGISTR.DATEDOC<'{}' "
+    "GROUP "
+    "BY REGISTR.COD,REGISTR.DOCTYP ORDER BY REGISTR.COD";
+
+/// Columns of a movement, in the order of the tables.
+enum Movement : std::size_t { kIncome, kSales, kOtherOut };
+
+/// By REGISTR.DOCTYP: the name of the document and where its quantity goes. What leaves stock is negative there. An
+/// inventory goes by what it found.
+struct DocumentKind {
+  const char* name;
+  Movement movement;
+  bool by_sign = false;
+};
+constexpr std::array kKinds = {DocumentKind{"Дневной Отчёт", kSales},
+                               DocumentKind{"Приходная накладная", kIncome},
+                               DocumentKind{"Расходная накладная", kSales},
+                               DocumentKind{"Списание товара", kOtherOut},
+                               DocumentKind{"ИНВЕНТАРИЗАЦИЯ", kIncome, true},
+                               DocumentKind{"Переоценка", kIncome},  // moves nothing and has no rows
+                               DocumentKind{"Перемещение ПРИХОД", kIncome},
+                               DocumentKind{"Перемещение РАСХОД", kOtherOut}};
+
+const DocumentKind& KindOf(const Cell& doctyp) {
+  const std::int64_t kind = doctyp.Int();
+  if (kind < 0 || kind >= static_cast<std::int64_t>(kKinds.size())) {
+    throw OverflowError("no such kind of document: " + std::to_string(kind));
+  }
+  return kKinds[static_cast<std::size_t>(kind)];
+}
+
+/// Quantities of the three columns, thousandths.
+using Quantities = std::array<std::int64_t, 3>;
+
+/// Adds a quantity of the register to its column and returns the column and what was added.
+std::pair<Movement, std::int64_t> Add(Quantities& columns, const DocumentKind& kind, std::int64_t kol) {
+  const Movement column = kind.by_sign && kol < 1 ? kOtherOut : kind.movement;
+  const std::int64_t shown = column == kIncome ? kol : -kol;
+  columns.at(column) += shown;
+  return {column, shown};
+}
+
+std::string Quantity(std::int64_t thousandths, const RegionalFormat& format) {
+  return format.FormatNumber(static_cast<double>(thousandths) / scale::kDocument, 3) + " ";
+}
+
+const SheetLook kDocumentLook = {{{1, 1, 20}, {2, 2, 6}, {3, 3, 18}, {4, 8, 11}}, 0, {4, 5, 6, 7, 8}};
+const SheetLook kTurnoverLook = {{{1, 1, 6}, {2, 2, 40}, {3, 7, 12}}, 0, {}};
+
+}  // namespace
+
+FormTabRun::FormTabRun(Desktop& desktop, const TableTools& tools, ModuleReg& stock, ProductPicker& picker)
+    : TableScreen(desktop, "FormTabRun", tools, true), Period(*this, tools.session), stock_(stock), picker_(picker) {
+  CmdTov.Click = [this] { picker_.OpenFor(form_code::kMovementReport); };
+  CmdRun.Click = [this] { CmdRun_Click(); };
+  CmdRunAll.Click = [this] { CmdRunAll_Click(); };
+  stock_.ConnectReciever(form_code::kMovementReport,
+                         [this](std::int32_t cod, std::int32_t, std::int32_t) { BroadcastReciever(cod); });
+  Complete();
+}
+
+void FormTabRun::Form_Load() {
+  cod_ = 0;
+  Period.Hours.Load();
+  Period.Hours.ReadStored();
+  Period.SetLatestShift();
+  Output.Load();
+}
+
+void FormTabRun::BroadcastReciever(std::int32_t cod) {
+  if (!IsLoaded()) return;
+  const Recordset& name = TheSession().ReadOne(fmt::format("SELECT DISTINCT NAME FROM TOVAR WHERE COD={}", cod));
+  cod_ = cod;
+  LblCod.Caption = std::to_string(cod);
+  LblTov.Caption = name.Eof() ? std::string() : name.Field(0).TextOrEmpty();
+  CmdRun.Enabled = true;
+}
+
+void FormTabRun::CmdRun_Click() {
+  if (cod_ == 0) {
+    TheDesktop().MsgBox("Не выбран товар!!!", BoxIcon::kCritical);
+    return;
+  }
+  const std::optional<ReportSpan> span = Period.Span();
+  if (!span) return;
+  Output.ShowQuery();
+  const std::string from = StockMoment(span->first, span->hour);
+  Recordset& documents = TheSession().Pool().RsDays;
+  TheSession().BindSet(documents, fmt::format(kDocuments, cod_, from, StockMoment(span->last, span->hour)));
+  Output.ShowBuilding();
+  if (documents.RecordCount() == 0) {
+    Output.TellNoData();
+  } else {
+    Send(fmt::format("Tovar_{}", cod_),
+         fmt::format("ДВИЖЕНИЕ ТОВАРА {} {} ПО ДОКУМЕНТАМ", LblCod.Caption(), LblTov.Caption()), *span, ";;",
+         DocumentTable(documents, from), kDocumentLook);
+  }
+  Output.ShowDone();
+  documents.Close();
+}
+
+void FormTabRun::CmdRunAll_Click() {
+  const std::optional<ReportSpan> span = Period.Span();
+  if (!span) return;
+  Output.ShowQuery();
+  const std::string from = StockMoment(span->first, span->hour);
+  const std::string to = StockMoment(span->last, span->hour);
+  Recordset& turnover = TheSession().Pool().RsDays;
+  TheSession().BindSet(turnover, fmt::format(kTurnover, from, to));
+  Output.ShowBuilding();
+  if (turnover.RecordCount() == 0) {
+    Output.TellNoData();
+  } else {
+    Send("Tovar_ALL", "ДВИЖЕНИЕ ТОВАРА", *span, ";", TurnoverTable(turnover, from, to), kTurnoverLook);
+  }
+  Output.ShowDone();
+  turnover.Close();
+}
+
+ReportTable FormTabRun::DocumentTable(const Recordset& documents, const std::string& from) {
+  enum { kDoctyp, kDoc, kDatedoc, kKol, kOstkol };
+  const RegionalFormat& format = TheSession().Format();
+  ReportTable table{
+      {"Документ", "№", "ДатаВремя", "ОстатокНАЧ", "Приход", "Реализац", "РасходПроч", "ОстатокКОН"}, {}, true};
+  const std::int64_t start = stock_.GetOstAtDate(cod_, from);
+  std::int64_t balance = start;
+  Quantities sums{};
+  for (int row = 1; row <= documents.RecordCount(); ++row) {
+    const DocumentKind& kind = KindOf(documents.At(row, kDoctyp));
+    const auto [column, moved] = Add(sums, kind, documents.At(row, kKol).Int());
+    std::array<std::string, 3> moves;
+    moves.at(column) = Quantity(moved, format);
+    const std::int64_t after = documents.At(row, kOstkol).Int();
+    table.rows.push_back({kind.name, documents.At(row, kDoc).Text(), documents.At(row, kDatedoc).Display(format),
+                          Quantity(balance, format), moves[kIncome], moves[kSales], moves[kOtherOut],
+                          Quantity(after, format)});
+    balance = after;
+  }
+  table.rows.push_back({"ИТОГО", "", "", Quantity(start, format), Quantity(sums[kIncome], format),
+                        Quantity(sums[kSales], format), Quantity(sums[kOtherOut], format), Quantity(balance, format)});
+  return table;
+}
+
+ReportTable FormTabRun::TurnoverTable(const Recordset& turnover, const std::string& from, const std::string& to) {
+  enum { kDoctyp, kCod, kName, kKol };
+  const RegionalFormat& format = TheSession().Format();
+  ReportTable table{{"Код", "Наименование", "ОстатокНАЧ", "Приход", "Реализац", "РасходПроч", "ОстатокКОН"}, {}, false};
+  int row = 1;
+  while (row <= turnover.RecordCount()) {
+    const std::int32_t cod = ToInt32(turnover.At(row, kCod).Number());
+    const std::string name = turnover.At(row, kName).TextOrEmpty();
+    Quantities sums{};
+    for (; row <= turnover.RecordCount() && turnover.At(row, kCod).Int() == cod; ++row) {
+      Add(sums, KindOf(turnover.At(row, kDoctyp)), turnover.At(row, kKol).Int());
+    }
+    table.rows.push_back({std::to_string(cod), name, Quantity(stock_.GetOstAtDate(cod, from), format),
+                          Quantity(sums[kIncome], format), Quantity(sums[kSales], format),
+                          Quantity(sums[kOtherOut], format), Quantity(stock_.GetOstAtDate(cod, to), format)});
+  }
+  return table;
+}
+
+void FormTabRun::Send(const std::string& prefix, const std::string& title, const ReportSpan& span,
+                      const std::string& blanks, const ReportTable& table, const SheetLook& look) {
+  const RegionalFormat& format = TheSession().Format();
+  const std::string period =
+      fmt::format("за период с {} по {}", format.DateText(span.first), format.DateText(span.last));
+  if (Output.ToWorkbook()) {
+    Output.OpenWorkbook({title, period}, table, look);
+  } else {
+    Output.SaveCsv(prefix, {blanks + title, blanks + period}, table);
+  }
+}
+
+}  // namespace zrt

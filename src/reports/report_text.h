@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "core/regional_format.h"
+#include "ui/controls.h"
+
+namespace zrt {
+
+/// Characters of a line of the text reports, and what the wide form of the goods report adds.
+inline constexpr std::size_t kReportWidth = 42;
+inline constexpr std::size_t kWideColumns = 26;
+
+/// Puts blanks before `text` while counting from its length up to `last` inclusive: the result is `last`+1 characters
+/// wide. A longer text stays as it is and pushes its line out of shape.
+std::string PadLeftTo(std::string_view text, std::size_t last);
+
+/// Puts blanks behind `text` until it is `width` characters wide; a longer text stays as it is.
+std::string PadRightTo(std::string_view text, std::size_t width);
+
+/// An amount in the text reports: two decimals in the regional format, grouping included.
+std::string AmountText(const RegionalFormat& format, double value);
+
+/// Writes a report line by line into a list that the operator sees growing.
+class ReportLines {
+ public:
+  /// `list` must outlive the report; `width` is that of its rules.
+  explicit ReportLines(ListBox& list, std::size_t width = kReportWidth) : list_(list), width_(width) {}
+
+  /// Adds a line and draws the list.
+  void Line(std::string text);
+  void Empty() { Line(""); }
+  void DoubleRule() { Line(std::string(width_, '=')); }
+  void SingleRule() { Line(std::string(width_, '-')); }
+
+ private:
+  ListBox& list_;
+  std::size_t width_;
+};
+
+}  // namespace zrt

@@ -1,0 +1,78 @@
+#include "reports/table_screen.h"
+
+namespace zrt {
+
+namespace {
+
+/// The first column of the workbook is as narrow as the numbers of rows that it doesn't have.
+const std::vector<Workbook::ColumnSpan> kWidths = {{1, 1, 4}, {2, 2, 18}, {3, 3, 12}, {4, 702, 9}};
+constexpr int kTotalColumnInBook = 3;
+
+std::string GroupByDay(int hour) {
+  return fmt::format(
+      ", YEAR(DATE_ADD(PROD.DATETIME, INTERVAL -{0} HOUR)), MONTH(DATE_ADD(PROD.DATETIME, INTERVAL -{0} HOUR)), "
+      "DAYOFMONTH(DATE_ADD(PROD.DATETIME, INTERVAL -{0} HOUR))",
+      hour);
+}
+
+}  // namespace
+
+TablePeriod TablePeriodOf(const ReportSpan& span) {
+  const auto text = [&](const Date& day) {
+    return fmt::format("{}-{}-{} {:02}:00:00", day.year, day.month, day.day, span.hour);
+  };
+  return {text(span.first), text(span.last)};
+}
+
+std::string StockMoment(const Date& day, int hour) {
+  return fmt::format("{}/{}/{} {}:00:00", day.year, day.month, day.day, hour);
+}
+
+TableScreen::TableScreen(Desktop& desktop, std::string name, const TableTools& tools, bool with_workbook)
+    : Form(desktop, std::move(name)), Output(*this, tools, with_workbook), tools_(tools) {
+  Load = [this] { Form_Load(); };
+  KeyDown = [this](Key& key) { Form_KeyDown(key); };
+}
+
+void TableScreen::Form_KeyDown(Key& key) {
+  if (key.code != Key::kEscape) return;
+  key.swallow = true;
+  if (!CloseCalendar()) Close();
+}
+
+PivotScreen::PivotScreen(Desktop& desktop, std::string name, const TableTools& tools)
+    : TableScreen(desktop, std::move(name), tools, true), Period(*this, tools.session) {}
+
+void PivotScreen::Form_Load() {
+  Period.Hours.Load();
+  Period.Hours.ReadStored();
+  Period.SetLatestShift();
+  Output.Load();
+}
+
+void PivotScreen::ShowPivot(const Pivot& pivot, const ReportSpan& span) {
+  Output.ShowQuery();
+  Recordset& days = TheSession().Pool().RsDays;
+  Recordset& totals = TheSession().Pool().RsTotal;
+  TheSession().BindSet(days, pivot.statement + GroupByDay(span.hour));
+  TheSession().BindSet(totals, pivot.statement);
+  Output.ShowBuilding();
+  if (days.RecordCount() == 0) {
+    Output.TellNoData();
+  } else {
+    const ReportTable table =
+        PivotByDay(days, totals, pivot.headers, span.first, span.last, pivot.kind, TheSession().Format());
+    if (Output.ToWorkbook()) {
+      ReportTable sheet = WithoutNumbers(table);
+      sheet.headers[kTotalColumnInBook - 1] = pivot.total_header_in_book;
+      Output.OpenWorkbook({pivot.title, pivot.period_text}, sheet, {kWidths, kTotalColumnInBook, {}});
+    } else {
+      Output.SaveCsv(pivot.file_prefix, {";;" + pivot.title, ";;" + pivot.period_text}, table);
+    }
+  }
+  Output.ShowDone();
+  days.Close();
+  totals.Close();
+}
+
+}  // namespace zrt

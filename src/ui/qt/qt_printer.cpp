@@ -1,0 +1,73 @@
+#include "ui/qt/qt_printer.h"
+
+#include <QApplication>
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
+#include <QPrinterInfo>
+
+#include "ui/qt/qt_text.h"
+
+namespace zrt {
+
+namespace {
+
+constexpr int kTwipsPerInch = 1440;
+constexpr int kTwipsPerPoint = 20;
+constexpr int kMargin = 720;
+
+/// Twips that a character may take: the report's lines put 22 of them before their second column at 2100.
+constexpr double kTwipsPerCharacter = 2100.0 / 22;
+
+/// A Courier-like face of `points`, drawn narrower until a character fits its place.
+QFont PrintFont(int points, QPrinter& paper) {
+  QFont font(QStringLiteral("Courier New"), points);
+  font.setStyleHint(QFont::Monospace);
+  const double dots = QFontMetricsF(font, &paper).horizontalAdvance(QLatin1Char('0'));
+  const double twips = dots * kTwipsPerInch / paper.resolution();
+  constexpr double kUnstretched = 100;
+  if (twips > kTwipsPerCharacter) font.setStretch(static_cast<int>(kUnstretched * kTwipsPerCharacter / twips));
+  return font;
+}
+
+}  // namespace
+
+void PaintJob(const PrintJob& job, QPrinter& paper) {
+  paper.setFullPage(true);
+  paper.setDocName(ToQt(job.title));
+  QPainter painter(&paper);
+  painter.setFont(PrintFont(job.points, paper));
+  const double dots_per_twip = static_cast<double>(paper.resolution()) / kTwipsPerInch;
+  const double line_height = job.points * kTwipsPerPoint * 1.15 * dots_per_twip;
+  const double ascent = QFontMetricsF(painter.font(), &paper).ascent();
+  const double top = kMargin * dots_per_twip;
+  const double bottom = paper.pageRect(QPrinter::DevicePixel).height() - top;
+  double y = top;
+  for (const std::vector<PrintedPiece>& line : job.lines) {
+    if (y + line_height > bottom) {
+      paper.newPage();
+      y = top;
+    }
+    for (const PrintedPiece& piece : line) {
+      painter.drawText(QPointF((kMargin + piece.left) * dots_per_twip, y + ascent), ToQt(piece.text));
+    }
+    y += line_height;
+  }
+}
+
+void QtPrinter::Print(const PrintJob& job) {
+  QPrinter paper(QPrinter::HighResolution);
+  if (QPrinterInfo::availablePrinterNames().isEmpty()) paper.setOutputFormat(QPrinter::PdfFormat);
+  paper.setDocName(ToQt(job.title));
+  QWidget* owner = QApplication::activeWindow();
+  QPrintPreviewDialog preview(&paper, owner);
+  constexpr QSize kRoom(800, 680);
+  preview.resize(kRoom);
+  QObject::connect(&preview, &QPrintPreviewDialog::paintRequested,
+                   [&job](QPrinter* target) { PaintJob(job, *target); });
+  preview.exec();
+  if (owner != nullptr) owner->activateWindow();
+}
+
+}  // namespace zrt
