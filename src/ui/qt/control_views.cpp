@@ -635,11 +635,17 @@ class ProgressView final : public ControlView {
   }
   void Show(const PropertyBase& property) override {
     if (&property == &bar_.Max) return widget_->setMaximum(bar_.Max());
-    if (&property == &bar_.Value) return widget_->setValue(bar_.Value());
+    if (&property == &bar_.Value) return ShowValue();
     ControlView::Show(property);
   }
 
  private:
+  /// The bar paints itself at each new value; a step of a hundredth is all that the eye needs.
+  void ShowValue() {
+    const int step = std::max(1, bar_.Max() / 100);
+    if (bar_.Value() % step == 0 || bar_.Value() == bar_.Max()) widget_->setValue(bar_.Value());
+  }
+
   ProgressBar& bar_;
   QProgressBar* widget_;
 };
