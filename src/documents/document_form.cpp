@@ -93,10 +93,25 @@ void DocumentForm::PrepareNew() {
 }
 
 void DocumentForm::OpenLinesBy(const std::string& sql) {
+  // A new document opens its lines each time that it comes to the front; the grid stays where it was.
+  const int row = DocOpen ? DataGrid7.Row() : 0;
   session_.BindSet(lines_, sql);
   DataGrid7.Bind(lines_);
   FormatGrid();
   DocOpen = true;
+  if (row > 0) StandOn(row);
+}
+
+void DocumentForm::StandOn(int row) {
+  if (HasLines()) lines_.SetBookmark(std::clamp(row, 1, lines_.RecordCount()));
+}
+
+void DocumentForm::RequireLines() {
+  if (DocOpen && lines_.IsOpen()) return;
+  if (!DocOpen) throw Error("the lines of the document were never read");
+  lines_.Requery();
+  FormatGrid();
+  SumRefresh();
 }
 
 void DocumentForm::CancelButton_Click() {
@@ -115,6 +130,8 @@ void DocumentForm::Form_Unload() {
   }
   if (DocOpen) lines_.Close();
   DocOpen = false;
+  DocSum = 0;
+  lines_to_move_ = false;
 }
 
 void DocumentForm::RunIndicator(bool run) {
@@ -202,7 +219,7 @@ void DocumentForm::RefreshLines() {
   // Who counts his way through a long list goes on where he was.
   const int row = lines_.Bookmark();
   lines_.Requery();
-  if (HasLines()) lines_.SetBookmark(std::clamp(row, 1, lines_.RecordCount()));
+  StandOn(row);
   FormatGrid();
   SumRefresh();
 }
@@ -224,13 +241,19 @@ void DocumentForm::ForEachProduct(const std::function<void(int row, std::int32_t
 // Saving and posting
 
 void DocumentForm::SaveDocument(bool post) {
+  // Without its lines a save would empty the document's register rows.
+  RequireLines();
   Busy("сохранение документа...");
-  if (TextKlient) DocKlient = TextKlient->Text();
-  if (TextPrim) DocPrim = TextPrim->Text();
   if (DocId != -1) {
     session_.Write(UpdateHeadStatement(SqlDate()));
   } else if (!InsertHead()) {
     return;
+  }
+  if (TextKlient) DocKlient = TextKlient->Text();
+  if (TextPrim) DocPrim = TextPrim->Text();
+  if (lines_to_move_) {
+    TakeNumber();
+    lines_to_move_ = false;
   }
   WriteRegister(SqlDate());
   if (post) AskAndPost();
@@ -248,7 +271,7 @@ bool DocumentForm::InsertHead() {
   DocId = ToInt32(head.Field("ID").Number());
   LblNumer.Caption = std::to_string(DocId);
   SetDate(head.Field("DATEDOC").Moment());
-  TakeNumber();
+  lines_to_move_ = true;
   return true;
 }
 

@@ -102,7 +102,7 @@ class DocumentForm : public Form {
   virtual std::string UpdateHeadStatement(const std::string& date) = 0;
   /// The date of a new document that none was chosen for.
   virtual void TakePresentDate();
-  /// The document has got its number.
+  /// The document has got its number: lines that lived under -1 move there.
   virtual void TakeNumber() {}
   virtual void WriteRegister(const std::string& date) = 0;
   /// Posts the saved document, asked and agreed to.
@@ -146,6 +146,9 @@ class DocumentForm : public Form {
   Recordset lines_;
 
  private:
+  /// Reads lines that couldn't be read before. Throws Error when the document was never opened, DatabaseError.
+  void RequireLines();
+  void StandOn(int row);
   void Form_Activate();
   void Form_Unload();
   void CmdPlus_Click();
@@ -157,6 +160,7 @@ class DocumentForm : public Form {
   void AskAndPost();
   bool InsertHead();
 
+  bool lines_to_move_ = false;  ///< the head is saved, TakeNumber not done yet: the next save does it
   ProductPicker& picker_;
   QuantityDialog& dialog_;
   frmRegistr& movements_;

@@ -127,9 +127,13 @@ void frmDocDO::CmdDat_Click() {
 
 void frmDocDO::Gather(const std::string& from, const std::string& to) {
   IgnoreFailure([this] { DeleteWorkingCopy(); });
+  // What was gathered before is gone; nothing of it may be posted under another day.
+  RUNButton.Enabled = false;
+  mnuRun->Enabled = false;
   Recordset sold;
   IgnoreFailure([&] { session_.BindSet(sold, fmt::format(fmt::runtime(kSold), from, to)); });
   if (sold.RecordCount() == 0 || sold.IsNull(2) || sold.IsNull(4)) {
+    IgnoreFailure([this] { GetNewTableDoc(); });
     TheDesktop().MsgBox("Нет продаж!", BoxIcon::kCritical);
     return;
   }
@@ -143,8 +147,8 @@ void frmDocDO::Gather(const std::string& from, const std::string& to) {
   }
   IgnoreFailure([this] { GetNewTableDoc(); });
   LblInf.Caption = "";
-  RUNButton.Enabled = true;
-  mnuRun->Enabled = true;
+  RUNButton.Enabled = !DocRun;
+  mnuRun->Enabled = !DocRun;
 }
 
 std::string frmDocDO::InsertHeadStatement(const std::string&, const std::string& control) {

@@ -49,6 +49,8 @@ void frmDocIN::PrepareNew() {
   Caption = Kind().new_caption;
   DocRun = false;
   RunIndicator(false);
+  DocSum = 0;
+  for (Label* sum : {&*LblSum, &LblSumR, &LblOst, &LblOstR}) sum->Caption = Amount(0);
   OpenLines(-1);
 }
 
@@ -167,11 +169,14 @@ void frmDocIN::MonthClicked() {
   Month0.Visible = false;
 }
 
-void frmDocIN::SetDay(const Date& day) {
+void frmDocIN::SetDay(const std::optional<Date>& day) {
+  const bool end_of_day =
+      TheDesktop().MsgBox("Поместить документ в конец дня (23:59)?", BoxIcon::kQuestion, BoxButtons::kOkCancel,
+                          "Время документа ИНВЕНТАРИЗАЦИЯ") == BoxAnswer::kOk;
+  // The clock is read after the answer: the question may have stood there for a while.
   DateTime moment = session_.TheClock().Now();
-  moment.date = day;
-  if (TheDesktop().MsgBox("Поместить документ в конец дня (23:59)?", BoxIcon::kQuestion, BoxButtons::kOkCancel,
-                          "Время документа ИНВЕНТАРИЗАЦИЯ") == BoxAnswer::kOk) {
+  if (day) moment.date = *day;
+  if (end_of_day) {
     moment.hour = 23;
     moment.minute = 59;
     moment.second = 0;
@@ -180,7 +185,7 @@ void frmDocIN::SetDay(const Date& day) {
 }
 
 void frmDocIN::TakePresentDate() {
-  SetDay(session_.TheClock().Now().date);
+  SetDay(std::nullopt);
 }
 
 std::string frmDocIN::InsertHeadStatement(const std::string& date, const std::string& control) {

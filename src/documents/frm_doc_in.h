@@ -46,8 +46,8 @@ class frmDocIN final : public DocumentForm {
   void CmdClearFakt_Click();
   void AddLine(std::int32_t cod, const std::string& name, std::int32_t ost, std::int32_t kol, std::int32_t price,
                const Cell& prise);
-  /// The day's end or the present time, as the operator answers.
-  void SetDay(const Date& day);
+  /// The end of `day` (today without one) or the present time on it, as the operator answers.
+  void SetDay(const std::optional<Date>& day);
 };
 
 }  // namespace zrt

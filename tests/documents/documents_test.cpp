@@ -229,7 +229,7 @@ TEST_F(DocumentsTest, ALineDocumentFromItsFirstLineToItsUnposting) {
     const int id = form.DocId;
     const std::string date = fmt::format("2026-11-{:02} 09:00:00", day);
     EXPECT_EQ(Head(id), fmt::format("{}|{}|{}|{}|{}|-|0", kind.dtype, date, sum,
-                                    form.TextKlient ? "ООО \"Ромашка\"" : "", std::string(48, 'x')));
+                                    form.TextKlient ? "ООО \"Ромашка\"" : "", std::string(50, 'x')));
     const auto row = [&](int cod, int kol, int summ, int ost, bool run, bool rez) {
       return fmt::format("{} {} {} {} {} 0 {} {} {}", one.number, cod, kol * one.sign, summ * one.sign, ost, date,
                          run ? 1 : 0, rez ? 1 : 0);
@@ -381,6 +381,63 @@ TEST_F(DocumentsTest, FaultsLoseNothingThatCantBeMended) {
   Click(write_off.RUNButton);
   EXPECT_EQ(write_off.DocId, -1);
   EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM REGISTR"), "2");
+}
+
+TEST_F(DocumentsTest, LinesThatCouldntBeReadAreNeverSavedAsNone) {
+  Now(2);
+  DocumentForm& form = Open(kind::kIncoming);
+  Pick(kind::kIncoming, 1, 1000, 80000);
+  Leave(form, BoxAnswer::kOk);
+  const int id = std::stoi(shop_.Value("SELECT MAX(ID) FROM JOURNAL"));
+  // The link breaks while the lines are read again: saving reads them first.
+  Reopen(id);
+  faults_.FailAt(2);
+  desktop_.ExpectRuntimeError();
+  Pick(kind::kIncoming, 2, 1000, 80000);
+  faults_.FailAt(3);
+  desktop_.ExpectRuntimeError();
+  Pick(kind::kIncoming, 2, 1000, 80000);
+  EXPECT_EQ(form.DataGrid7.Rows(), 0);
+  Leave(form, BoxAnswer::kOk);
+  EXPECT_EQ(Register(id).size(), 2U);
+  // They couldn't be read at all: the save fails before its first statement.
+  shop_.Sql("UPDATE TOVAR SET NAME='д''Артаньян' WHERE COD=1");
+  desktop_.ExpectRuntimeError();
+  Reopen(id);
+  desktop_.Expect("Сохранить документ?", BoxAnswer::kOk);
+  desktop_.ExpectRuntimeError();
+  Click(form.CancelButton);
+  EXPECT_EQ(Register(id).size(), 2U);
+  Leave(form, BoxAnswer::kCancel);
+
+  shop_.Sql("UPDATE TOVAR SET NAME='Чай' WHERE COD=1");
+
+  // A count whose head is saved and whose lines haven't moved yet: the next save moves them.
+  Receive(1, 10000, 80000, 3);
+  Now(5);
+  DocumentForm& count = Open(kind::kInventory);
+  Click(static_cast<frmDocIN&>(count).CmdDat);
+  desktop_.Expect("Поместить документ в конец дня (23:59)?", BoxAnswer::kCancel);
+  faults_.FailAt(3);
+  desktop_.ExpectRuntimeError();
+  Click(count.RUNButton);
+  EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM DOCINVENT WHERE DOC=-1"), "1");
+  Leave(count, BoxAnswer::kOk);
+  EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM DOCINVENT WHERE DOC=(SELECT MAX(ID) FROM JOURNAL)"), "1");
+
+  // After a scan a new document stands on its new line.
+  DocumentForm& invoice = Open(kind::kOutgoing);
+  Pick(kind::kOutgoing, 2, 1000, 1000);
+  desktop_.ExpectInput("отсканируйте Штрихкод", "4820000000024");
+  desktop_.InModal([&](zrt::Form&) {
+    Type(app_.PickDialog.TextKol, "1");
+    Click(app_.PickDialog.OKButton);
+  });
+  Click(*invoice.CmdBar);
+  EXPECT_EQ(invoice.DataGrid7.Row(), 2);
+  desktop_.ExpectInput("отсканируйте Штрихкод", "111");
+  desktop_.Expect("НЕТ ТАКОГО ШТРИХКОДА В БАЗЕ ДАННЫХ!", BoxAnswer::kOk, BoxIcon::kExclamation);
+  Click(*invoice.CmdBar);
 }
 
 TEST_F(DocumentsTest, ClientAndNoteAreTypedLast) {
@@ -593,6 +650,22 @@ TEST_F(DocumentsTest, ADailyReportClosesTheShift) {
   desktop_.Expect("Нет продаж!", BoxAnswer::kOk, BoxIcon::kCritical);
   Click(form.CmdDat);
   EXPECT_FALSE(form.RUNButton.Enabled());
+
+  // Gathered for a day, then another day without sales: nothing of the first may be posted.
+  desktop_.UserAction([&] {
+    form.Month0.Visible = true;
+    form.Month0.UserPick({2026, 11, 11});
+  });
+  Click(form.CmdDat);
+  EXPECT_TRUE(form.RUNButton.Enabled());
+  desktop_.UserAction([&] {
+    form.Month0.Visible = true;
+    form.Month0.UserPick({2026, 10, 1});
+  });
+  desktop_.Expect("Нет продаж!");
+  Click(form.CmdDat);
+  EXPECT_FALSE(form.RUNButton.Enabled());
+  EXPECT_EQ(form.DataGrid7.Rows(), 0);
 }
 
 TEST_F(DocumentsTest, DeletingDocuments) {
