@@ -567,6 +567,52 @@ class DriveView final : public ControlView {
   QComboBox* widget_;
 };
 
+/// The files of a folder, read again whenever the list comes into sight.
+class FileListView final : public ControlView {
+ public:
+  FileListView(FileListBox& list, QListWidget* widget, const DriveMap& drives)
+      : ControlView(list, widget), list_(list), widget_(widget), drives_(drives) {
+    widget->setUniformItemSizes(true);
+    connect(widget, &QListWidget::currentItemChanged, this, [this](QListWidgetItem* item) {
+      if (!busy_ && item != nullptr) Act([&] { list_.UserChoose(item->text().toStdString()); });
+    });
+    WatchKeys(widget);
+    Start();
+  }
+
+  void Show(const PropertyBase& property) override {
+    if (&property == &list_.Path || &property == &list_.Pattern) return Fill();
+    if (&property == &list_.FileName) return ShowChosen();
+    ControlView::Show(property);
+  }
+
+ protected:
+  void ShowVisible(bool visible) override {
+    if (visible) Fill();
+    ControlView::ShowVisible(visible);
+  }
+
+ private:
+  void Fill() {
+    const Quiet quiet(busy_, true);
+    widget_->clear();
+    if (list_.Path().empty()) return;
+    for (const std::string& file : drives_.Files(list_.Path(), list_.Pattern())) widget_->addItem(ToQt(file));
+    ShowChosen();
+  }
+
+  void ShowChosen() {
+    const Quiet quiet(busy_, true);
+    const QList<QListWidgetItem*> found = widget_->findItems(ToQt(list_.FileName()), Qt::MatchFixedString);
+    widget_->setCurrentItem(found.isEmpty() ? nullptr : found.first());
+  }
+
+  FileListBox& list_;
+  QListWidget* widget_;
+  const DriveMap& drives_;
+  bool busy_ = false;
+};
+
 /// A calendar; one whose definition names a control with `below` opens over the window beneath that control.
 class MonthViewView final : public ControlView {
  public:
@@ -793,6 +839,7 @@ std::unique_ptr<ControlView> MakeView(Control& control, QObject* object, const D
                      TryKind<ListBox, ListView, QListWidget>(view, control, object) ||
                      TryKind<DirListBox, DirListView, QTreeWidget>(view, control, object, drives) ||
                      TryKind<DriveListBox, DriveView, QComboBox>(view, control, object, drives) ||
+                     TryKind<FileListBox, FileListView, QListWidget>(view, control, object, drives) ||
                      TryKind<MonthView, MonthViewView, QCalendarWidget>(view, control, object) ||
                      TryKind<ProgressBar, ProgressView, QProgressBar>(view, control, object) ||
                      TryKind<TabStrip, TabStripView, QTabBar>(view, control, object) ||
