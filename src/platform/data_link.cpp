@@ -33,55 +33,6 @@ constexpr std::array<std::array<std::string_view, 5>, 5> kSameNames = {{
 constexpr std::array<std::string_view, 6> kNotTaken = {"driver",   "charset",  "stmt",
                                                        "initstmt", "provider", "persist security info"};
 
-void AppendUtf8(std::string& text, char32_t code) {
-  if (code < 0x80) {
-    text += static_cast<char>(code);
-  } else if (code < 0x800) {
-    text += static_cast<char>(0xC0 | (code >> 6));
-    text += static_cast<char>(0x80 | (code & 0x3F));
-  } else if (code < 0x10000) {
-    text += static_cast<char>(0xE0 | (code >> 12));
-    text += static_cast<char>(0x80 | ((code >> 6) & 0x3F));
-    text += static_cast<char>(0x80 | (code & 0x3F));
-  } else {
-    text += static_cast<char>(0xF0 | (code >> 18));
-    text += static_cast<char>(0x80 | ((code >> 12) & 0x3F));
-    text += static_cast<char>(0x80 | ((code >> 6) & 0x3F));
-    text += static_cast<char>(0x80 | (code & 0x3F));
-  }
-}
-
-std::string FromUtf16(std::string_view bytes, bool big_endian) {
-  const auto unit = [&](std::size_t at) {
-    const auto first = static_cast<unsigned char>(bytes[at]);
-    const auto second = static_cast<unsigned char>(bytes[at + 1]);
-    return static_cast<char32_t>(big_endian ? first << 8 | second : second << 8 | first);
-  };
-  std::string text;
-  for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {
-    char32_t code = unit(at);
-    if (code >= 0xD800 && code < 0xDC00 && at + 3 < bytes.size()) {
-      at += 2;
-      code = 0x10000 + ((code - 0xD800) << 10) + (unit(at) - 0xDC00);
-    }
-    AppendUtf8(text, code);
-  }
-  return text;
-}
-
-/// Is it UTF-8 throughout? The Cyrillic letters of windows-1251 never are.
-bool IsUtf8(std::string_view bytes) {
-  for (std::size_t at = 0; at < bytes.size();) {
-    const auto lead = static_cast<unsigned char>(bytes[at++]);
-    int more = lead < 0x80 ? 0 : lead >> 5 == 6 ? 1 : lead >> 4 == 14 ? 2 : lead >> 3 == 30 ? 3 : -1;
-    if (more < 0) return false;
-    for (; more > 0; --more) {
-      if (at == bytes.size() || static_cast<unsigned char>(bytes[at++]) >> 6 != 2) return false;
-    }
-  }
-  return true;
-}
-
 std::string Decoded(const std::string& bytes) {
   const std::string_view all = bytes;
   if (all.starts_with("\xFF\xFE")) return FromUtf16(all.substr(2), false);
