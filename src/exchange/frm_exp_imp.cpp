@@ -3,6 +3,8 @@
 #include <fmt/args.h>
 #include <fmt/format.h>
 
+#include <utility>
+
 #include "core/errors.h"
 #include "core/text.h"
 #include "platform/data_link.h"
@@ -48,6 +50,11 @@ enum : int { kDay = 8, kMoment = 9, kT1 = 15, kN5 = 16, kId = 17, kN6 = 18 };
 constexpr const char* kInsertReceipt =
     "INSERT INTO KASSA (OPER,SUM1,SKID,SUM2,PLUS,MINUS,TER,PERS,DAT,TIM,NUM,N1,N2,N3,N4,T1,N5,N7,N6) VALUES "
     "('{}','{}','{}','{}','{}','{}',{},{},'{}','{}',{},{},{},{},{},'{}',{},{},{})";
+
+/// A moment goes through its text on the screen; throws TypeMismatch for NULL.
+std::string ScreenText(const Cell& cell, const RegionalFormat& format) {
+  return format.DateTimeText(cell.Moment());
+}
 
 std::string OrNull(const Cell& cell) {
   return cell.IsNull() ? "NULL" : cell.Text();
@@ -95,6 +102,8 @@ void frmExpImp::CmdConn1_Click() {
 
 void frmExpImp::Connect1() {
   Connection& reserve = session_.ConnReserve;
+  // A window that was closed and opened again knows nothing of the connection before.
+  if (std::exchange(session_.ConnReserveOpen, false)) reserve.Close();
   reserve.ConnectionTimeout = kTimeoutSeconds;
   reserve.CursorLocation = kClientSide;
   try {
@@ -221,7 +230,7 @@ void frmExpImp::ExportSoldLines(const Recordset& lines, const std::string& mark)
     fmt::dynamic_format_arg_store<fmt::format_context> values;
     for (int field = 0; field <= sold::kN5; ++field) {
       const Cell cell = lines.At(row, field);
-      values.push_back(field == sold::kMoment ? CutSqlDateTime(cell.Display(session_.Format())) : cell.Text());
+      values.push_back(field == sold::kMoment ? CutSqlDateTime(ScreenText(cell, session_.Format())) : cell.Text());
     }
     values.push_back(mark);
     values.push_back(OrNull(lines.At(row, sold::kN6)));
@@ -239,10 +248,10 @@ void frmExpImp::ExportReceipts(const Recordset& receipts, int lines_before, cons
       const Cell cell = receipts.At(row, field);
       switch (field) {
         case receipt::kDay:
-          values.push_back(CutSqlDate(cell.Display(session_.Format())));
+          values.push_back(CutSqlDate(ScreenText(cell, session_.Format())));
           break;
         case receipt::kMoment:
-          values.push_back(CutSqlDateTime(cell.Display(session_.Format())));
+          values.push_back(CutSqlDateTime(ScreenText(cell, session_.Format())));
           break;
         case receipt::kN5:
           values.push_back(OrNull(cell));

@@ -15,11 +15,10 @@ namespace {
 constexpr std::size_t kShortestPath = 20;
 constexpr int kCode = 0, kName = 1, kCounted = 3;
 
-/// "15112026_190501": as in the names of the other files, but the day goes first.
-std::string FileMoment(const std::string& date_time_text) {
-  constexpr std::size_t kDigitsOfDate = 8;
-  return Mid(date_time_text, 1, 2) + Mid(date_time_text, 4, 2) + Mid(date_time_text, 7, 4) +
-         Mid(FileStamp(date_time_text), kDigitsOfDate + 1);
+/// "15112026_190501": unlike in the names of the other files the day goes first.
+std::string FileMoment(const DateTime& now) {
+  return fmt::format("{:02}{:02}{:04}_{:02}{:02}{:02}", now.date.day, now.date.month, now.date.year, now.hour,
+                     now.minute, now.second);
 }
 
 }  // namespace
@@ -48,7 +47,7 @@ void frmExpTov::ShowFolder(const std::string& path) {
   Dir1.Path = path;
   // The root of a drive has its back-slash already.
   TextPath.Text = fmt::format("{}\\Exp_{}.txt", path.ends_with('\\') ? path.substr(0, path.size() - 1) : path,
-                              FileMoment(session_.Format().DateTimeText(session_.TheClock().Now())));
+                              FileMoment(session_.TheClock().Now()));
 }
 
 void frmExpTov::CmdExport_Click() {
@@ -61,7 +60,8 @@ void frmExpTov::CmdExport_Click() {
   ProgressBar1.Max = lines_->RecordCount();
   TextFileWriter file(drives_, path);
   for (int row = 1; row <= lines_->RecordCount(); ++row) {
-    const double counted = lines_->At(row, kCounted).Number();
+    const Cell cell = lines_->At(row, kCounted);
+    const double counted = cell.IsNull() ? 0 : cell.Number();
     if (counted > 0) {
       file.Line(LineOfFile(ToInt32(lines_->At(row, kCode).Number()), lines_->At(row, kName).TextOrEmpty(),
                            ToInt32(counted * scale::kDocument)));

@@ -22,6 +22,14 @@ constexpr std::array<ModeTexts, 4> kModes = {{
     {"*.txt*", "Загрузка перемещения из файла .txt", "Загрузить остатки"},
 }};
 
+/// After a failure that the operator is to hear of: what fails here as well would only hide it.
+void ShowInSpite(const std::function<void()>& show) {
+  try {
+    show();
+  } catch (const Error&) {
+  }
+}
+
 }  // namespace
 
 frmImpTov::frmImpTov(Desktop& desktop, Session& session, ModuleReg& stock, const DriveMap& drives)
@@ -107,7 +115,7 @@ void frmImpTov::ReplaceCatalogue(const ProductSheet& sheet) {
     LoadProducts(sheet);
   } catch (const Error&) {
     // The old catalogue is gone: its list shows what there is now.
-    ProductsChanged();
+    ShowInSpite([this] { ProductsChanged(); });
     throw;
   }
   Say("загрузка завершена");
@@ -170,7 +178,7 @@ void frmImpTov::LoadLines(const std::string& path, const std::function<void(cons
     }
   } catch (const Error&) {
     // What has been added by now belongs to the document: its window must show it.
-    LinesChanged(ImportMode);
+    ShowInSpite([this] { LinesChanged(ImportMode); });
     throw;
   }
   TheDesktop().MsgBox(fmt::format("Успешно загружено {} строк", lines.size()));

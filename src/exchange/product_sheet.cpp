@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <array>
 #include <charconv>
 
 #include "core/errors.h"
@@ -21,6 +23,10 @@ constexpr std::size_t kNameLength = 50;
 constexpr std::size_t kBarcodeLength = 20;
 constexpr std::size_t kUktLength = 24;
 constexpr std::size_t kGroupLength = 50;
+
+/// What a formula gives that has no value; no product is called so.
+constexpr std::array<std::string_view, 7> kErrorValues = {"#NULL!", "#DIV/0!", "#VALUE!", "#REF!",
+                                                          "#NAME?", "#NUM!",   "#N/A"};
 
 /// A cell may end in blanks that only a spreadsheet's author can tell from one another.
 std::string TrimAllBlanks(std::string text) {
@@ -67,19 +73,26 @@ std::string ProductSheet::Name(std::int64_t row) const {
 }
 
 std::string ProductSheet::InsertStatement(std::int64_t row, std::int32_t cod, const std::string& name) const {
+  // In the order of the columns, so that the first bad one is told.
+  const std::int32_t prise = Number(row, column::kPrice, &ToInt32);
+  const std::string barcode = Text(row, column::kBarcode, kBarcodeLength, "0");
+  const std::int32_t nds = Number(row, column::kTax, &ToInt32);
+  const std::int32_t n1 = Number(row, column::kFiscal, &ToInt32);
+  const std::int16_t rez = Number(row, column::kDiscount, &ToInt16);
+  const std::int32_t n4 = Number(row, column::kWeighed, &ToInt32);
+  const std::int32_t n2 = Number(row, column::kPlace, &ToInt32);
+  const std::string ukt = Text(row, column::kUkt, kUktLength, "");
+  const std::string t1 = Text(row, column::kGroup, kGroupLength, "ТОВАР");
   return fmt::format(
       "INSERT INTO TOVAR (ID,COD,COD1,NAME,OST,KOL,PRISE,BARCODE,NDS,REZ,N1,N2,N5,N7,N4,T1,UKT) VALUES "
       "(0,{},1,'{}',0,0,{},'{}',{},{},{},{},0,0,{},'{}','{}')",
-      cod, name, Number(row, column::kPrice, &ToInt32), Text(row, column::kBarcode, kBarcodeLength, "0"),
-      Number(row, column::kTax, &ToInt32), Number(row, column::kDiscount, &ToInt16),
-      Number(row, column::kFiscal, &ToInt32), Number(row, column::kPlace, &ToInt32),
-      Number(row, column::kWeighed, &ToInt32), Text(row, column::kGroup, kGroupLength, "ТОВАР"),
-      Text(row, column::kUkt, kUktLength, ""));
+      cod, name, prise, barcode, nds, rez, n1, n2, n4, t1, ukt);
 }
 
 std::string ProductSheet::Text(std::int64_t row, int column, std::size_t length, const char* otherwise) const {
-  std::string text = Left(TrimAllBlanks(std::string(sheet_.Cell(row, column))), length);
-  return text.empty() ? otherwise : text;
+  const std::string text = TrimAllBlanks(std::string(sheet_.Cell(row, column)));
+  if (std::find(kErrorValues.begin(), kErrorValues.end(), text) != kErrorValues.end()) throw Fault(row, column, text);
+  return text.empty() ? otherwise : Left(text, length);
 }
 
 template <class Integer>
@@ -93,8 +106,12 @@ Integer ProductSheet::Number(std::int64_t row, int column, Integer (*convert)(do
   try {
     return convert(error == std::errc() && stopped == end ? value : format_.ToNumber(text));
   } catch (const Error& failure) {
-    throw FileError(fmt::format("{}, строка {}, колонка {}", drive_path_, row, column), failure.what());
+    throw Fault(row, column, failure.what());
   }
+}
+
+FileError ProductSheet::Fault(std::int64_t row, int column, const std::string& what) const {
+  return {fmt::format("{}, строка {}, колонка {}", drive_path_, row, column), what};
 }
 
 }  // namespace zrt

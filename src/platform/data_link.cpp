@@ -136,8 +136,9 @@ std::string DataLinkConnection(const DriveMap& drives, const std::string& connec
 
   const Field* server = Find(fields, "server");
   const Field* source = Find(fields, "dsn");
-  if (source == nullptr && server != nullptr && is_source(server->value)) {
-    source = server;
+  // A link to a data source may name it within and without, and there under the name of a server.
+  if (server != nullptr && (is_source(server->value) || (source != nullptr && server->value == source->value))) {
+    if (source == nullptr) source = server;
     server = nullptr;
   }
   std::string text;

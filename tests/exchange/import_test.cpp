@@ -180,8 +180,9 @@ TEST_F(Import, AFileThatIsNoSpreadsheetDeletesNothing) {
 }
 
 TEST_F(Import, ARowThatCantBeTakenEndsTheLoadAndShowsWhatThereIs) {
-  for (const Texts& bad : {Texts{"3", "О'Нил"}, Texts{"3", "Квас", "дорого"}, Texts{"3", "Квас", "3000000000"},
-                           Texts{"3", "Квас", "1", "", "", "", "40000"}}) {
+  for (const Texts& bad :
+       {Texts{"3", "#N/A"}, Texts{"3", "Квас", "1", "#REF!"}, Texts{"3", "О'Нил"}, Texts{"3", "Квас", "дорого"},
+        Texts{"3", "Квас", "3000000000"}, Texts{"3", "Квас", "1", "", "", "", "40000"}}) {
     const std::string path = Book({{"1", "Хлеб"}, bad, {"2", "Сыр"}});
     Start("sprav");
     LoadCatalogue(path, false);
@@ -189,6 +190,18 @@ TEST_F(Import, ARowThatCantBeTakenEndsTheLoadAndShowsWhatThereIs) {
     EXPECT_EQ(app_->Main.Catalogue.DataGrid1[0].Rows(), 1);
     EXPECT_EQ(said_.back(), "загрузка...");
     app_.reset();
+  }
+}
+
+TEST_F(Import, TheFirstBadCellIsNamed) {
+  const std::string path = Book({{"1", "Хлеб", "1", "", "x", "x", "x"}});
+  Start();
+  const ProductSheet sheet(drives_, path, app_->TheSession.Format());
+  try {
+    sheet.InsertStatement(2, 1, "Хлеб");
+    ADD_FAILURE();
+  } catch (const FileError& error) {
+    EXPECT_EQ(error.Path(), path + ", строка 2, колонка 5");
   }
 }
 
@@ -277,7 +290,7 @@ TEST_F(Import, WhatOneInstallationWritesAnotherReads) {
   });
   shop_.Sql(
       "INSERT INTO DOCINVENT (COD,NAME,OST,KOL,PRC,PRCR,DOC) VALUES (3,'Квас, \"Рус\"',0,1234,0,0,-1),"
-      "(1,'Чай',7000,0,0,0,-1),(2,'Вода',0,1,0,0,-1)");
+      "(1,'Чай',7000,0,0,0,-1),(2,'Вода',0,1,0,0,-1),(1,'Чай',0,NULL,0,0,-1)");
   Do([&] { Inventory().RefreshLines(); });
   const std::string path = "C:\\Korvina\\Report\\Exp_12112026_090507.txt";
   clock_.Set({{2026, 11, 12}, 9, 5, 7});

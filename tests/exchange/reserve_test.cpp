@@ -142,6 +142,32 @@ TEST_F(Reserve, AServerThatCantBeReachedIsPassedOverInSilence) {
   }
 }
 
+TEST_F(Reserve, ABaseThatRefusesItsMarkIsNotConnected) {
+  reserve_.Sql("DROP TABLE CONST");
+  Open();
+  Click(Screen().CmdConn1);
+  EXPECT_FALSE(Screen().Frame2.Enabled());
+  EXPECT_FALSE(Screen().LblConn1.Visible());
+  EXPECT_TRUE(Screen().CmdConn1.Enabled());
+  EXPECT_TRUE(app_->TheSession.ConnReserveOpen);
+  EXPECT_EQ(faults_.Statements().size(), 1U);
+}
+
+TEST_F(Reserve, AWindowOpenedAnewConnectsAnew) {
+  Connect();
+  Do([this] { Screen().Close(); });
+  Click(app_->Main.mnuExport);
+  EXPECT_FALSE(Screen().Frame2.Enabled());
+  WriteFile(kLink, "no link any more");
+  Type(Screen().TxtUDL1, kLink);
+  Click(Screen().CmdConn1);
+  EXPECT_FALSE(app_->TheSession.ConnReserveOpen);
+  EXPECT_FALSE(app_->TheSession.ConnReserve.IsOpen());
+  WriteFile(kLink, LinkTo(reserve_.Address()));
+  Click(Screen().CmdConn1);
+  EXPECT_TRUE(Screen().Frame2.Enabled());
+}
+
 TEST_F(Reserve, ThePathIsKeptWithItsFirstBackSlashProtected) {
   const std::pair<std::string, std::string> cases[] = {
       {"C:\\KORVINA.udl", "C:\\\\\\KORVINA.udl"},
@@ -285,6 +311,12 @@ TEST_F(Reserve, ARowThatCantBeWrittenKeepsTheOthersFromGoing) {
       {"an UKT of letters", [this] { Sell(2, "3,1,'22 A'"); }, "1", "0"},
       {"a quote", [this] { Sell(2, "3,1,NULL", "O''Нил"); }, "1", "0"},
       {"a NULL that nobody expects", [this] { Pay(2, "NULL"); }, "1", "1"},
+      {"a receipt without its moment",
+       [this] {
+         Pay(2);
+         shop_.Sql("UPDATE KASSA SET TIM=NULL WHERE NUM=2");
+       },
+       "1", "1"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);

@@ -74,6 +74,8 @@ TEST_F(DataLink, ReadsWhatWindowsAndPeopleWrite) {
        "driver={Own Driver}; server=s; pwd={a;b}; database=d; charset=latin1"},
       {"a source of this machine", kHead + "Provider=MSDASQL;Data Source=kassa-dsn;User ID=root",
        "dsn=kassa-dsn; uid=root; charset=latin1"},
+      {"a source named twice", kHead + "Data Source=any;Extended Properties=\"DSN=any;UID=root\"",
+       "dsn=any; uid=root; charset=latin1"},
       {"a source by its own name", kHead + "Extended Properties=\"DSN=any;UID=root\"",
        "dsn=any; uid=root; charset=latin1"},
   };
