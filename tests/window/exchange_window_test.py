@@ -98,6 +98,7 @@ class Exchange(unittest.TestCase):
         report = os.path.join(self.program.drives, "C", "Korvina", "Report")
         loaded = []
         for number, name in enumerate(("catalogue.xls", "catalogue.xlsx", "catalogue.ods")):
+            os.makedirs(report, exist_ok=True)
             shutil.copy(os.path.join(SHEETS, name), report)
             self.main.activate()
             self.main.tab("Справочники")
