@@ -401,7 +401,7 @@ TEST_F(Reserve, ADayWithADyingServer) {
     link.Open(MainConnectionString({server.Host(), address.account, ""}));
     link.Execute("DROP DATABASE IF EXISTS reserve");
     link.Execute("CREATE DATABASE reserve");
-    for (const char* table : {"PROD", "KASSA", "CONST"}) {
+    for (const char* table : {"PROD", "KASSA", "CONST", "TOVAR", "KLIENT", "HOTKEYS"}) {
       Recordset made;
       Connection shop;
       shop.Open(MainConnectionString(shop_.Address()));
@@ -414,6 +414,11 @@ TEST_F(Reserve, ADayWithADyingServer) {
   address.host = server.Host();
   address.schema = "reserve";
   WriteFile(kLink, LinkTo(address));
+  shop_.Sql(
+      "INSERT INTO TOVAR (COD,COD1,NAME,OST,KOL,PRISE,BARCODE,NDS,REZ,N1,N2,N4,T1,N5,N7,UKT) VALUES "
+      "(7,1,'Чай',0,0,12500,'0',1,0,0,11,0,'ТОВАР',0,0,'2203')");
+  shop_.Sql("INSERT INTO KLIENT (COD,NAME,TOTAL,SUM1,DATETIME,NUM) VALUES (4,'Анна',0,0,'1234',3)");
+  shop_.Sql("INSERT INTO HOTKEYS (ID,CODE,REZ,LV) VALUES (101,7,1,1)");
   int order = 0;
   const auto sell = [&](int orders) {
     for (int i = 0; i < orders; ++i) {
@@ -436,10 +441,14 @@ TEST_F(Reserve, ADayWithADyingServer) {
   sell(3);
   Press(Screen().CmdExp, kCopied);
   Press(Screen().CmdExp, kNothing);
+  Press(Screen().CmdTov, "Экспорт справочника товаров успешно завершен!");
+  Press(Screen().CmdOfc, "Экспорт списка официантов успешно завершен!");
+  Press(Screen().CmdKeys, "Экспорт сенсорной клавиатуры успешно завершен!");
 
   Connection link;
   link.Open(MainConnectionString(address));
-  for (const char* all : {kSoldThere, kReceiptsThere}) {
+  for (const char* all :
+       {kSoldThere, kReceiptsThere, "SELECT * FROM TOVAR", "SELECT * FROM KLIENT", "SELECT * FROM HOTKEYS"}) {
     Recordset there;
     there.Open(all, link);
     Rows rows;

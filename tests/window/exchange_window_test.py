@@ -71,8 +71,11 @@ class Exchange(unittest.TestCase):
             form.press(button)
             self.answer(text)
         self.program.picture("frmExpImp-connected")
-        for what in ("COUNT(*),SUM(SUM2),MAX(DATETIME) FROM PROD WHERE N4>2", "COUNT(*),SUM(SUM1) FROM KASSA WHERE N4>2",
-                     "COUNT(*),SUM(PRISE) FROM TOVAR", "COUNT(*),SUM(COD) FROM KLIENT",
+        # Some of the day had been copied before.
+        today = datetime.date.today().strftime("%d%m%y").lstrip("0")
+        for what in (f"COUNT(*),SUM(SUM2),MAX(DATETIME) FROM PROD WHERE N7={today}",
+                     f"COUNT(*),SUM(SUM1) FROM KASSA WHERE N7={today}", "COUNT(*),SUM(PRISE) FROM TOVAR",
+                     "COUNT(*),SUM(COD) FROM KLIENT",
                      "COUNT(*),SUM(ID*CODE) FROM HOTKEYS WHERE LV IS NOT NULL"):
             self.assertEqual(self.shop.run("SELECT " + what, "zrt_reserve"), self.shop.ask("SELECT " + what))
         last = self.shop.ask("SELECT DATE_FORMAT(MAX(DATETIME),'%d.%m.%Y %H:%i:%s') FROM PROD WHERE N4>2")[0][0]
@@ -116,6 +119,8 @@ class Exchange(unittest.TestCase):
             self.answer("Введите пароль администратора:", entry="357218")
             self.answer("Загрузка справочника завершена!")
             self.program.picture("frmImpTov")
+            wait_for("what it says", lambda: [line.name for line in form.control("List1")][-1:] == ["загружено 3 товаров"])
+            self.assertEqual(form.control("List1")[0].name, "Open Office" if number == 2 else "Microsoft Excel")
             loaded.append(self.shop.ask("SELECT COD,NAME,PRISE,BARCODE,NDS,N1,REZ,N4,N2,UKT,T1 FROM TOVAR ORDER BY ID"))
             self.program.key("Escape")
             wait_for("the window gone", lambda: not self.program.is_open("frmImpTov"))

@@ -247,7 +247,9 @@ class TextBoxView final : public ControlView {
 class CheckBoxView final : public ControlView {
  public:
   CheckBoxView(CheckBox& box, QCheckBox* widget) : ControlView(box, widget), box_(box), widget_(widget) {
-    connect(widget, &QCheckBox::clicked, this, [this](bool on) {
+    // The mouse, the keyboard and the accessibility bus all end here; so does what the program itself shows.
+    connect(widget, &QCheckBox::toggled, this, [this](bool on) {
+      if (on == box_.Value()) return;
       Act([&] { box_.UserTick(on); });
       if (IsAlive()) widget_->setChecked(box_.Value());
     });
@@ -271,7 +273,16 @@ class OptionView final : public ControlView {
       : ControlView(option, widget), option_(option), widget_(widget) {
     // Which options exclude each other is the control's rule and not that of the boxes drawn around them.
     Group()->addButton(widget);
-    connect(widget, &QRadioButton::clicked, this, [this] { Act([this] { option_.UserClick(); }); });
+    connect(widget, &QRadioButton::pressed, this, [this] { chosen_ = false; });
+    // Over the accessibility bus it is switched on without a press.
+    connect(widget, &QRadioButton::toggled, this, [this](bool on) {
+      if (!on || option_.Value()) return;
+      chosen_ = true;
+      Act([this] { option_.UserClick(); });
+    });
+    connect(widget, &QRadioButton::clicked, this, [this] {
+      if (!chosen_) Act([this] { option_.UserClick(); });
+    });
     WatchKeys(widget);
     Start();
   }
@@ -300,6 +311,7 @@ class OptionView final : public ControlView {
 
   OptionButton& option_;
   QRadioButton* widget_;
+  bool chosen_ = false;  ///< by the press under way
 };
 
 class ComboView final : public ControlView {
