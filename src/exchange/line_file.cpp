@@ -2,25 +2,16 @@
 
 #include <fmt/format.h>
 
-#include <charconv>
 #include <optional>
 
 #include "core/errors.h"
+#include "core/numbers.h"
 #include "core/text.h"
 #include "platform/text_file.h"
 
 namespace zrt {
 
 namespace {
-
-std::optional<std::int32_t> WholeNumber(std::string_view text) {
-  const std::string trimmed = Trim(text);
-  std::int32_t number = 0;
-  const char* end = trimmed.data() + trimmed.size();
-  const auto [stopped, error] = std::from_chars(trimmed.data(), end, number);
-  if (error != std::errc() || stopped != end) return std::nullopt;
-  return number;
-}
 
 std::optional<CountedLine> ReadLine(std::string_view text) {
   const std::size_t first = text.find(',');
