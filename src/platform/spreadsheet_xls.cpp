@@ -208,6 +208,8 @@ class Reader {
  public:
   explicit Reader(const Record& record, std::size_t at = 0) : pieces_(record.pieces), at_(at) {}
 
+  bool AtEnd() const { return piece_ + 1 == pieces_.size() && at_ >= pieces_[piece_].Size(); }
+
   unsigned U8() {
     Forward();
     return pieces_[piece_].U8(at_++);
@@ -324,7 +326,8 @@ class XlsBook {
     Reader reader(record);
     reader.Skip(4);
     const std::uint32_t count = reader.U32();
-    for (std::uint32_t i = 0; i < count; ++i) {
+    // Some programs count too many; a cell that refers to a text that isn't there is noticed then.
+    for (std::uint32_t i = 0; i < count && !reader.AtEnd(); ++i) {
       const unsigned length = reader.U16();
       texts_.push_back(reader.Text(length));
     }

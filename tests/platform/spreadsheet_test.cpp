@@ -217,7 +217,7 @@ TEST_F(Sheets, OldWorkbooks) {
   };
   // Texts of the table, split among its characters: the part that goes on says anew how wide they are.
   const std::string texts =
-      Record(0x00FC, U32(4) + U32(4) + U16(4) + '\x01' + Wide(u"Ча")) +
+      Record(0x00FC, U32(9) + U32(9) + U16(4) + '\x01' + Wide(u"Ча")) +
       Record(0x003C, '\x01' + Wide(u"йк") + U16(6) + std::string("\0abc", 4)) +
       Record(0x003C, '\x01' + Wide(u"где") + U16(2) + '\x0D' + U16(1) + U32(3) + Wide(u"Ёж") + U16(0)) +
       // formats and pronunciation go over the border without a word
