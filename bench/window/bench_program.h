@@ -25,6 +25,7 @@ class AgreeingDesktop final : public QtDesktop {
     if (icon == BoxIcon::kCritical) throw std::runtime_error(text);
     return buttons == BoxButtons::kYesNo ? BoxAnswer::kYes : BoxAnswer::kOk;
   }
+  void DoRuntimeError(const std::exception& error) override { throw std::runtime_error(error.what()); }
   std::string DoInputBox(const std::string&, const std::string&, const std::string&) override { return Entry; }
 };
 
