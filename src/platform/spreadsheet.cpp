@@ -6,6 +6,7 @@
 #include <new>
 #include <system_error>
 
+#include "platform/spreadsheet_biff.h"
 #include "platform/spreadsheet_ods.h"
 #include "platform/spreadsheet_xlsx.h"
 
@@ -36,9 +37,12 @@ SpreadsheetCells ReadZipped(std::string_view file) {
 
 SpreadsheetCells Read(const std::filesystem::path& path) {
   constexpr std::string_view kZip = "PK\x03\x04";
+  constexpr std::string_view kCompoundFile = "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1";
+  constexpr std::string_view kBareWorkbook = "\x09\x08";
 
   const std::string file = ReadFile(path);
   if (file.starts_with(kZip)) return ReadZipped(file);
+  if (file.starts_with(kCompoundFile) || file.starts_with(kBareWorkbook)) return ReadXls(file);
   throw SpreadsheetFault::kOtherKind;
 }
 
