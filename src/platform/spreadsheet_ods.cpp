@@ -206,7 +206,7 @@ class ContentReader final : public XmlReader {
     const std::string value = CellValue();
     const std::int64_t first = columns_ + 1;
     // Beyond the last column only the total of empty cells is of no interest.
-    columns_ = std::min(columns_ + std::min(cell_count_, kMaxSpreadsheetColumns), kMaxSpreadsheetColumns + 1);
+    columns_ = std::min(columns_ + std::min(cell_count_, kMaxSpreadsheetColumns + 1), kMaxSpreadsheetColumns + 1);
     if (value.empty()) return;
     if (columns_ > kMaxSpreadsheetColumns) throw SpreadsheetFault::kDamaged;
     const SpreadsheetCells::Text kept = cells_.Keep(value);
