@@ -32,17 +32,16 @@ std::string ReadFile(const std::filesystem::path& path) {
 
 SpreadsheetCells ReadZipped(std::string_view file) {
   const ZipFile zip(file);
-  return zip.Has("content.xml") ? ReadOds(zip) : ReadXlsx(zip);
+  // Protected by a password, a document may have no content beside its manifest.
+  return zip.Has("content.xml") || zip.Has("META-INF/manifest.xml") ? ReadOds(zip) : ReadXlsx(zip);
 }
 
 SpreadsheetCells Read(const std::filesystem::path& path) {
   constexpr std::string_view kZip = "PK\x03\x04";
-  constexpr std::string_view kCompoundFile = "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1";
-  constexpr std::string_view kBareWorkbook = "\x09\x08";
 
   const std::string file = ReadFile(path);
   if (file.starts_with(kZip)) return ReadZipped(file);
-  if (file.starts_with(kCompoundFile) || file.starts_with(kBareWorkbook)) return ReadXls(file);
+  if (file.starts_with(kCompoundFileStart) || file.starts_with(kBareWorkbookStart)) return ReadXls(file);
   throw SpreadsheetFault::kOtherKind;
 }
 

@@ -67,6 +67,8 @@ class Record {
     }
   }
 
+  bool AtEnd() const { return at_ == parts_[part_].size() && part_ + 1 == parts_.size(); }
+
   /// Bytes left of the record itself, without what continues it.
   std::size_t Left() const { return part_ == 0 ? parts_[0].size() - at_ : 0; }
 
@@ -231,7 +233,8 @@ class WorkbookReader {
   void ReadSharedTexts(Record& record) {
     record.Skip(4);  // how often the texts are used
     const auto count = record.Integer<std::uint32_t>();
-    for (std::uint32_t i = 0; i < count; ++i) {
+    // Some programs count too many; a cell that refers to a text that isn't there is noticed then.
+    for (std::uint32_t i = 0; i < count && !record.AtEnd(); ++i) {
       if (i == kMaxSpreadsheetCells) throw SpreadsheetFault::kTooLarge;
       const auto length = record.Integer<std::uint16_t>();
       shared_texts_.push_back(cells_.Keep(record.Characters(length)));
@@ -346,8 +349,7 @@ class WorkbookReader {
 }  // namespace
 
 SpreadsheetCells ReadXls(std::string_view file) {
-  constexpr std::string_view kBareWorkbook = "\x09\x08";
-  if (file.starts_with(kBareWorkbook)) return WorkbookReader(file).Read();
+  if (file.starts_with(kBareWorkbookStart)) return WorkbookReader(file).Read();
 
   const CompoundFile compound(file);
   // A file saved for both versions holds the newer workbook under the first of the names.

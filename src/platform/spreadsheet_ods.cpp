@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <charconv>
 #include <chrono>
+#include <optional>
+#include <string>
 #include <vector>
 
 namespace zrt {

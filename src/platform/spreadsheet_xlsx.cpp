@@ -1,7 +1,9 @@
 #include "platform/spreadsheet_xlsx.h"
 
+#include <algorithm>
 #include <charconv>
 #include <map>
+#include <string>
 #include <vector>
 
 namespace zrt {

@@ -2,6 +2,8 @@
 
 #include <expat.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
 

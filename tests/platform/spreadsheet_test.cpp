@@ -419,6 +419,7 @@ TEST_F(Spreadsheets, TheOperatorIsToldWhyAFileIsRefused) {
       {CompoundFile({}), kOtherKind},
       {Workbook(0x0400, {{0, number}}), kOtherKind},
       {ZipOf(encrypted), kEncrypted},
+      {ZipOf({*encrypted.begin()}), kEncrypted},
       {ZipOf(XlsxMembers("<row/>"), "357"), kEncrypted},
       {CompoundFile({{"EncryptionInfo", "x"}, {"EncryptedPackage", "x"}}), kEncrypted},
       {Workbook(kVersion97, {{0, number}}, Record(0x002F, "key")), kEncrypted},
@@ -472,7 +473,7 @@ TEST_F(Spreadsheets, NothingHalfReadIsHandedOut) {
       {Workbook(kVersion97, {{0, CellRecord(0x00FD, 0, 0, U32(0))}}), kDamaged},
       {Workbook(kVersion97, {{0, CellRecord(0x0203, 0, 0, Double(std::numeric_limits<double>::infinity()))}}),
        kDamaged},
-      {Workbook(kVersion97, {{0, number}}, Record(0x00FC, U32(9) + U32(0xFFFFFFFF))), kDamaged},
+      {Workbook(kVersion97, {{0, number}}, Record(0x00FC, U32(9) + U32(1) + U16(5) + std::string(3, '\0'))), kDamaged},
   };
   for (const auto& [bytes, sentence] : kFiles) EXPECT_EQ(Refusal(bytes), sentence) << bytes.substr(0, 600);
 }
