@@ -1,11 +1,11 @@
 #include "panels/form_copy.h"
 
-#include <charconv>
 #include <filesystem>
 #include <optional>
 #include <system_error>
 
 #include "core/errors.h"
+#include "core/numbers.h"
 #include "core/text.h"
 #include "panels/panel_layout.h"
 #include "platform/text_file.h"
@@ -31,20 +31,11 @@ struct LayoutLine {
   std::int32_t code;
 };
 
-std::optional<std::int32_t> DecimalNumber(std::string_view text) {
-  const std::string trimmed = Trim(text);
-  std::int32_t number = 0;
-  const char* end = trimmed.data() + trimmed.size();
-  const auto [stopped, error] = std::from_chars(trimmed.data(), end, number);
-  if (error != std::errc() || stopped != end) return std::nullopt;
-  return number;
-}
-
 std::optional<LayoutLine> ReadLine(std::string_view text) {
   const std::size_t comma = text.find(',');
   if (comma == std::string_view::npos) return std::nullopt;
-  const std::optional<std::int32_t> id = DecimalNumber(text.substr(0, comma));
-  const std::optional<std::int32_t> code = DecimalNumber(text.substr(comma + 1));
+  const std::optional<std::int32_t> id = WholeNumber(text.substr(0, comma));
+  const std::optional<std::int32_t> code = WholeNumber(text.substr(comma + 1));
   if (!id || !code) return std::nullopt;
   return LayoutLine{*id, *code};
 }

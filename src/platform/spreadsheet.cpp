@@ -1,7 +1,5 @@
 #include "platform/spreadsheet.h"
 
-#include <fmt/format.h>
-
 #include <fstream>
 #include <new>
 #include <system_error>
@@ -45,22 +43,22 @@ SpreadsheetCells Read(const std::filesystem::path& path) {
   throw SpreadsheetFault::kOtherKind;
 }
 
-std::string Sentence(SpreadsheetFault fault, std::string_view path) {
+std::string Reason(SpreadsheetFault fault) {
   switch (fault) {
     case SpreadsheetFault::kMissing:
-      return fmt::format("Файл {} не найден!", path);
+      return "файл не найден";
     case SpreadsheetFault::kUnreadable:
-      return fmt::format("Файл {} не читается!", path);
+      return "файл не читается";
     case SpreadsheetFault::kOtherKind:
-      return fmt::format("Файл {} - не таблица .xls, .xlsx или .ods!", path);
+      return "файл - не таблица .xls, .xlsx или .ods";
     case SpreadsheetFault::kDamaged:
-      return fmt::format("Файл {} повреждён!", path);
+      return "файл повреждён";
     case SpreadsheetFault::kEncrypted:
-      return fmt::format("Файл {} защищён паролем!", path);
+      return "файл защищён паролем";
     case SpreadsheetFault::kTooLarge:
-      return fmt::format("Файл {} слишком велик!", path);
+      return "файл слишком велик";
     case SpreadsheetFault::kNoSheet:
-      return fmt::format("В файле {} нет листа с таблицей!", path);
+      return "в файле нет листа с таблицей";
   }
   return {};
 }
@@ -71,9 +69,9 @@ Spreadsheet Spreadsheet::Open(const DriveMap& drives, std::string_view drive_pat
   try {
     return Spreadsheet(Read(drives.ToNative(drive_path)));
   } catch (SpreadsheetFault fault) {
-    throw SpreadsheetError(Sentence(fault, drive_path));
+    throw SpreadsheetError(std::string(drive_path), Reason(fault));
   } catch (const std::bad_alloc&) {
-    throw SpreadsheetError(Sentence(SpreadsheetFault::kTooLarge, drive_path));
+    throw SpreadsheetError(std::string(drive_path), Reason(SpreadsheetFault::kTooLarge));
   }
 }
 

@@ -11,11 +11,11 @@
 
 namespace zrt {
 
-/// A spreadsheet file can't be read. what() is a short Russian sentence that names the file and the reason (missing,
-/// unreadable, damaged, protected by a password, too large, no spreadsheet, no sheet in it), fit for the operator.
-class SpreadsheetError : public Error {
+/// A spreadsheet file can't be read. what() names the file and, in short Russian words fit for the operator, the
+/// reason: missing, unreadable, damaged, protected by a password, too large, no spreadsheet, no sheet in it.
+class SpreadsheetError : public FileError {
  public:
-  using Error::Error;
+  using FileError::FileError;
 };
 
 /// The first worksheet of a spreadsheet file, read whole into memory. Reads .xls (of 1995 and later), .xlsx and .ods;
@@ -29,10 +29,10 @@ class Spreadsheet {
   static Spreadsheet Open(const DriveMap& drives, std::string_view drive_path);
 
   /// The value of a cell as UTF-8 text; `row` and `column` count from 1. "" for an empty cell and for one beyond the
-  /// data. Texts come with all their blanks and line feeds, also those that look like numbers. Numbers have a decimal
-  /// point, no grouping and never an exponent: a whole one has no point, so a barcode kept as a number comes as all its
-  /// digits, others have as few digits as tell them apart from their neighbours. Yes and no are "1" and "0", dates the
-  /// number of days since 30.12.1899, errors their English name ("#N/A").
+  /// data. Texts come with all their blanks and line feeds, also those that look like numbers. Numbers have fifteen
+  /// significant digits at most, a decimal point, no grouping and never an exponent: a barcode kept as a number comes
+  /// as all its digits. Yes and no are "TRUE" and "FALSE", dates the number of days since 30.12.1899, errors their
+  /// English name ("#N/A").
   std::string Cell(std::int64_t row, std::int64_t column) const { return std::string(cells_.At(row, column)); }
 
   /// The last row that holds a cell with a text or number; 0 in an empty sheet. A row of empty texts doesn't count.

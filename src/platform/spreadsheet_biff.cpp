@@ -298,7 +298,7 @@ class WorkbookReader {
         break;
       case kBoolErr: {
         const std::uint8_t value = record.Byte();
-        Put(record.Byte() != 0 ? ErrorName(value) : std::to_string(value));
+        Put(record.Byte() != 0 ? ErrorName(value) : SpreadsheetYesOrNo(value != 0));
         break;
       }
       case kFormula:
@@ -325,7 +325,7 @@ class WorkbookReader {
         formula_gives_text_ = true;
         break;
       case kYesOrNo:
-        Put(std::to_string(value));
+        Put(SpreadsheetYesOrNo(value != 0));
         break;
       case kError:
         Put(ErrorName(value));

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdio>
+#include <iterator>
 
 namespace zrt {
 
@@ -56,7 +58,12 @@ std::string_view SpreadsheetCells::At(std::int64_t row, std::int64_t column) con
 std::string SpreadsheetNumber(double value) {
   if (!std::isfinite(value)) throw SpreadsheetFault::kDamaged;
   if (value == 0) return "0";  // no minus before it
-  char digits[400];            // the smallest number has 324 digits after the point
+  // Fifteen digits are what a spreadsheet shows of a number: 0.1+0.2 is 0.3.
+  char rounded[32];
+  std::snprintf(rounded, sizeof rounded, "%.14e", value);
+  std::from_chars(std::begin(rounded), std::end(rounded), value);
+  if (!std::isfinite(value)) throw SpreadsheetFault::kDamaged;  // the greatest of all, rounded up
+  char digits[400];                                             // the smallest number has 324 digits after the point
   const auto end = std::to_chars(std::begin(digits), std::end(digits), value, std::chars_format::fixed).ptr;
   return {digits, end};
 }
@@ -70,6 +77,10 @@ std::string SpreadsheetNumber(std::string_view text) {
   const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), value);
   if (error != std::errc() || end != number.data() + number.size() || !std::isfinite(value)) return std::string(text);
   return SpreadsheetNumber(value);
+}
+
+std::string SpreadsheetYesOrNo(bool value) {
+  return value ? "TRUE" : "FALSE";
 }
 
 void AppendCharacter(std::string& utf8, char32_t code) {

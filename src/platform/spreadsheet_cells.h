@@ -69,6 +69,9 @@ std::string SpreadsheetNumber(double value);
 /// The same for a number written as text ("4.82E+12"); a text that is no number comes back as it is.
 std::string SpreadsheetNumber(std::string_view text);
 
+/// A yes or no as Spreadsheet::Cell shows it.
+std::string SpreadsheetYesOrNo(bool value);
+
 /// Appends a character; U+FFFD for a code that is none.
 void AppendCharacter(std::string& utf8, char32_t code);
 

@@ -217,7 +217,7 @@ class ContentReader final : public XmlReader {
 
   std::string CellValue() const {
     if (type_ == "float" || type_ == "percentage" || type_ == "currency") return SpreadsheetNumber(value_);
-    if (type_ == "boolean") return value_ == "true" ? "1" : "0";
+    if (type_ == "boolean") return SpreadsheetYesOrNo(value_ == "true");
     if (type_ == "date" || type_ == "time") {
       const std::optional<double> number = type_ == "date" ? DateNumber(value_) : TimeNumber(value_);
       return number ? SpreadsheetNumber(*number) : value_;

@@ -236,7 +236,9 @@ class SheetReader final : public RunsReader {
       cells_.Put(row_, column_, cells_.Keep(WithoutEscapes(text_)));
     } else if (type_.empty() || type_ == "n") {
       cells_.Put(row_, column_, cells_.Keep(SpreadsheetNumber(text_)));
-    } else {  // yes or no, an error, a date as text
+    } else if (type_ == "b") {
+      cells_.Put(row_, column_, cells_.Keep(SpreadsheetYesOrNo(text_ == "1" || text_ == "true")));
+    } else {  // an error, a date as text
       cells_.Put(row_, column_, cells_.Keep(text_));
     }
   }

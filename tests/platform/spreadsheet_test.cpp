@@ -61,11 +61,11 @@ class Spreadsheets : public testing::Test {
   std::vector<std::string> RowsOf(const std::string& bytes) { return Rows(Open(bytes)); }
 
   static constexpr const char* kPath = "C:\\таблица.dat";
-  static constexpr const char* kDamaged = "Файл C:\\таблица.dat повреждён!";
-  static constexpr const char* kTooLarge = "Файл C:\\таблица.dat слишком велик!";
-  static constexpr const char* kEncrypted = "Файл C:\\таблица.dat защищён паролем!";
-  static constexpr const char* kOtherKind = "Файл C:\\таблица.dat - не таблица .xls, .xlsx или .ods!";
-  static constexpr const char* kNoSheet = "В файле C:\\таблица.dat нет листа с таблицей!";
+  static constexpr const char* kDamaged = "C:\\таблица.dat: файл повреждён";
+  static constexpr const char* kTooLarge = "C:\\таблица.dat: файл слишком велик";
+  static constexpr const char* kEncrypted = "C:\\таблица.dat: файл защищён паролем";
+  static constexpr const char* kOtherKind = "C:\\таблица.dat: файл - не таблица .xls, .xlsx или .ods";
+  static constexpr const char* kNoSheet = "C:\\таблица.dat: в файле нет листа с таблицей";
 
   std::filesystem::path root_;
   DriveMap drives_{{}};
@@ -107,8 +107,8 @@ TEST_F(Spreadsheets, ThreeKindsLoadAlike) {
       "Код|Наименование|Цена|Штрихкод|Ст.Нал|Фиск|КатСк|Вес|Лок|УКТЗЕД|Группа",
       "1|Кофе  американо|2500|4820000000017|1|0|3|0|0|0901210000|НАПИТКИ",
       "2|  Чай с лимоном |1999.99|0004820000017||-0.5|0.1|0.0000001|1000000000000000|12345678901234|0.3",
-      "5000|Сок яблочный|1|#DIV/0!|#N/A||  Чай с лимоном |0.25|ЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖ|0|4820000000018",
-      "две\nстроки|Пиво тёмное 0,5 л|O'Henry & \"<сыр>\" ~`|ab|1|0.2|12.5|46054|46054.25|0.75|€ № « ї ґ 日本 😀",
+      "5000|Сок яблочный|TRUE|#DIV/0!|#N/A||  Чай с лимоном |0.25|ЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖЖ|FALSE|4820000000018",
+      "две\nстроки|Пиво тёмное 0,5 л|O'Henry & \"<сыр>\" ~`|ab|TRUE|0.2|12.5|46054|46054.25|0.75|€ № « ї ґ 日本 😀",
       "",
       "7|7|7|||объединено||с примечанием|=1+1|_x000D_|65536",
       "9|повтор|1.5",
@@ -123,7 +123,7 @@ TEST_F(Spreadsheets, ThreeKindsLoadAlike) {
       "106|Товар номер 6|1222|4820000000106|1|0|6|0|0||ТОВАР",
       "107|Товар номер 7|1259|4820000000107|2|1|7|0|1||ТОВАР",
   };
-  for (const char* name : {"catalogue.xls", "catalogue.xlsx", "catalogue.ods"}) {
+  for (const char* name : {"cells.xls", "cells.xlsx", "cells.ods"}) {
     EXPECT_EQ(RowsOf(Sample(name)), kRows) << name;
   }
 }
@@ -136,7 +136,7 @@ TEST_F(Spreadsheets, TextsWrittenIntoTheCellsAreReadAndASheetWithAChartIsNone) {
   EXPECT_EQ(rows[1], "1|  Товар & \"<1>\" |99.99|4820000000001");
   EXPECT_EQ(rows[2], "2|Пиво светлое |199.98|4820000000002");
   EXPECT_EQ(rows[20], "20|  Товар & \"<20>\" |1999.8|4820000000020");
-  EXPECT_EQ(rows[21], "| ab |2|1");
+  EXPECT_EQ(rows[21], "| ab |2|TRUE");
   // Beyond the data, and where no sheet has a cell.
   EXPECT_EQ(sheet.Cell(23, 1) + sheet.Cell(1, 5) + sheet.Cell(0, 1) + sheet.Cell(1, 0) + sheet.Cell(-1, -1), "");
   EXPECT_EQ(sheet.Cell(std::int64_t{1} << 32, 1) + sheet.Cell(1, (std::int64_t{1} << 32) + 1), "");
@@ -155,7 +155,7 @@ TEST_F(Spreadsheets, XlsxCellsAreFoundHoweverTheyAreWritten) {
       {R"(<row><c t="s"><v>0</v></c><c t="inlineStr"><is><r><t xml:space="preserve"> а </t></r><r><t>б</t></r>)"
        R"(<rPh sb="0" eb="1"><t>нет</t></rPh></is></c><c t="str"><f>A1</f><v> 007 </v></c><c t="b"><v>1</v></c>)"
        R"(<c t="e"><v>#N/A</v></c><c t="n"><v>4.82E+12</v></c><c><f>1+1</f></c><c t="d"><v>2026-02-01</v></c></row>)",
-       {"<0>| а б| 007 |1|#N/A|4820000000000||2026-02-01"}},
+       {"<0>| а б| 007 |TRUE|#N/A|4820000000000||2026-02-01"}},
       {R"(<row><c t="str"><v>_x0041__x0451_ _x005F_x0041_ _x41_ _xZZZZ_</v></c><c t="str"><v>_xD800_</v></c></row>)",
        {"Aё _x0041_ _x41_ _xZZZZ_|\xEF\xBF\xBD"}},
       {R"(<row r="1048576"><c r="XFD1048576"><v></v></c></row>)", {}},
@@ -178,7 +178,7 @@ TEST_F(Spreadsheets, NumbersComeWithAllTheirDigits) {
       {"-0", "0"},
       {"1.5e-7", "0.00000015"},
       {"0.10000000000000001", "0.1"},
-      {"0.30000000000000004", "0.30000000000000004"},
+      {"0.30000000000000004", "0.3"},
       {"1e22", "10000000000000000000000"},
       {" 12 ", "12"},
       {"+7", "7"},
@@ -237,7 +237,7 @@ TEST_F(Spreadsheets, OdsCellsAreFoundHoweverTheyAreWritten) {
            "<table:table-cell office:value-type='time' office:time-value='PT36H30M36S'/>"
            "<table:table-cell office:value-type='time' office:time-value='PT'/>"
            "<table:table-cell office:value-type='time' office:time-value='P1D'/>"),
-       {"значение|без вида|0.2|12.5|1|0|1.5|2024-02-30|1.52125|0|P1D"}},
+       {"значение|без вида|0.2|12.5|TRUE|FALSE|1.5|2024-02-30|1.52125|0|P1D"}},
   };
   const std::string history = "<table:tracked-changes><table:previous>" + row(cell("<text:p>было</text:p>")) +
                               "</table:previous></table:tracked-changes><table:dde-links><table:table>" +
@@ -286,7 +286,7 @@ TEST_F(Spreadsheets, XlsCellsOfBothVersions) {
         // A chart on the sheet has cells of its own.
         Bof(version, 0x0020) + CellRecord(0x0203, 0, 0, Double(99)) + Eof() + CellRecord(0x0203, 5, 0, Double(6));
     const Expected kRows = {
-        " Чай |Пиво|4820000000017", "1999.99|-5|0.5|1.5", "|7|8", "1|#REF!", "2.5|ответ|1|#DIV/0!|||1", "6"};
+        " Чай |Пиво|4820000000017", "1999.99|-5|0.5|1.5", "|7|8", "TRUE|#REF!", "2.5|ответ|TRUE|#DIV/0!|||1", "6"};
     const std::string other = CellRecord(0x0203, 0, 0, Double(99));
     const std::string book = Workbook(version, {{2, other}, {1, other}, {0, records}, {0, other}});
     EXPECT_EQ(RowsOf(book), kRows) << version;  // without the container
@@ -394,9 +394,9 @@ TEST_F(Spreadsheets, TheOperatorIsToldWhyAFileIsRefused) {
     }
     return std::string();
   };
-  EXPECT_EQ(refusal("C:\\нет.xls"), "Файл C:\\нет.xls не найден!");
+  EXPECT_EQ(refusal("C:\\нет.xls"), "C:\\нет.xls: файл не найден");
   std::filesystem::create_directories(drives_.ToNative("C:\\папка.xls"));
-  EXPECT_EQ(refusal("C:\\папка.xls"), "Файл C:\\папка.xls не читается!");
+  EXPECT_EQ(refusal("C:\\папка.xls"), "C:\\папка.xls: файл не читается");
 
   Members document = XlsxMembers("");
   document["xl/book.xml"] = "<document/>";
@@ -431,7 +431,7 @@ TEST_F(Spreadsheets, TheOperatorIsToldWhyAFileIsRefused) {
 }
 
 TEST_F(Spreadsheets, NothingHalfReadIsHandedOut) {
-  for (const char* name : {"catalogue.xls", "catalogue.xlsx", "catalogue.ods", "streamed.xlsx"}) {
+  for (const char* name : {"cells.xls", "cells.xlsx", "cells.ods", "streamed.xlsx"}) {
     const std::string whole = Sample(name);
     for (const std::size_t part : {3, 4, 5, 9}) {
       EXPECT_EQ(Refusal(whole.substr(0, whole.size() * part / 10)), kDamaged) << name << part;
@@ -536,7 +536,7 @@ TEST_F(Spreadsheets, DamagedFilesAreReadOrRefused) {
       ADD_FAILURE() << what << ": " << error.what();
     }
   };
-  for (const char* name : {"catalogue.xls", "catalogue.xlsx", "catalogue.ods", "streamed.xlsx"}) {
+  for (const char* name : {"cells.xls", "cells.xlsx", "cells.ods", "streamed.xlsx"}) {
     const std::string whole = Sample(name);
     for (int i = 0; i < kTimes; ++i) try_out(Damaged(whole, random), name);
     if (!whole.starts_with("PK")) continue;

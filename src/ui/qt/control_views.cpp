@@ -247,7 +247,9 @@ class TextBoxView final : public ControlView {
 class CheckBoxView final : public ControlView {
  public:
   CheckBoxView(CheckBox& box, QCheckBox* widget) : ControlView(box, widget), box_(box), widget_(widget) {
-    connect(widget, &QCheckBox::clicked, this, [this](bool on) {
+    // The mouse, the keyboard and the accessibility bus all end here; so does what the program itself shows.
+    connect(widget, &QCheckBox::toggled, this, [this](bool on) {
+      if (on == box_.Value()) return;
       Act([&] { box_.UserTick(on); });
       if (IsAlive()) widget_->setChecked(box_.Value());
     });
@@ -271,7 +273,16 @@ class OptionView final : public ControlView {
       : ControlView(option, widget), option_(option), widget_(widget) {
     // Which options exclude each other is the control's rule and not that of the boxes drawn around them.
     Group()->addButton(widget);
-    connect(widget, &QRadioButton::clicked, this, [this] { Act([this] { option_.UserClick(); }); });
+    connect(widget, &QRadioButton::pressed, this, [this] { chosen_ = false; });
+    // Over the accessibility bus it is switched on without a press.
+    connect(widget, &QRadioButton::toggled, this, [this](bool on) {
+      if (!on || option_.Value()) return;
+      chosen_ = true;
+      Act([this] { option_.UserClick(); });
+    });
+    connect(widget, &QRadioButton::clicked, this, [this] {
+      if (!chosen_) Act([this] { option_.UserClick(); });
+    });
     WatchKeys(widget);
     Start();
   }
@@ -300,6 +311,7 @@ class OptionView final : public ControlView {
 
   OptionButton& option_;
   QRadioButton* widget_;
+  bool chosen_ = false;  ///< by the press under way
 };
 
 class ComboView final : public ControlView {
@@ -567,6 +579,52 @@ class DriveView final : public ControlView {
   QComboBox* widget_;
 };
 
+/// The files of a folder, read again whenever the list comes into sight.
+class FileListView final : public ControlView {
+ public:
+  FileListView(FileListBox& list, QListWidget* widget, const DriveMap& drives)
+      : ControlView(list, widget), list_(list), widget_(widget), drives_(drives) {
+    widget->setUniformItemSizes(true);
+    connect(widget, &QListWidget::currentItemChanged, this, [this](QListWidgetItem* item) {
+      if (!busy_ && item != nullptr) Act([&] { list_.UserChoose(item->text().toStdString()); });
+    });
+    WatchKeys(widget);
+    Start();
+  }
+
+  void Show(const PropertyBase& property) override {
+    if (&property == &list_.Path || &property == &list_.Pattern) return Fill();
+    if (&property == &list_.FileName) return ShowChosen();
+    ControlView::Show(property);
+  }
+
+ protected:
+  void ShowVisible(bool visible) override {
+    if (visible) Fill();
+    ControlView::ShowVisible(visible);
+  }
+
+ private:
+  void Fill() {
+    const Quiet quiet(busy_, true);
+    widget_->clear();
+    if (list_.Path().empty()) return;
+    for (const std::string& file : drives_.Files(list_.Path(), list_.Pattern())) widget_->addItem(ToQt(file));
+    ShowChosen();
+  }
+
+  void ShowChosen() {
+    const Quiet quiet(busy_, true);
+    const QList<QListWidgetItem*> found = widget_->findItems(ToQt(list_.FileName()), Qt::MatchFixedString);
+    widget_->setCurrentItem(found.isEmpty() ? nullptr : found.first());
+  }
+
+  FileListBox& list_;
+  QListWidget* widget_;
+  const DriveMap& drives_;
+  bool busy_ = false;
+};
+
 /// A calendar; one whose definition names a control with `below` opens over the window beneath that control.
 class MonthViewView final : public ControlView {
  public:
@@ -793,6 +851,7 @@ std::unique_ptr<ControlView> MakeView(Control& control, QObject* object, const D
                      TryKind<ListBox, ListView, QListWidget>(view, control, object) ||
                      TryKind<DirListBox, DirListView, QTreeWidget>(view, control, object, drives) ||
                      TryKind<DriveListBox, DriveView, QComboBox>(view, control, object, drives) ||
+                     TryKind<FileListBox, FileListView, QListWidget>(view, control, object, drives) ||
                      TryKind<MonthView, MonthViewView, QCalendarWidget>(view, control, object) ||
                      TryKind<ProgressBar, ProgressView, QProgressBar>(view, control, object) ||
                      TryKind<TabStrip, TabStripView, QTabBar>(view, control, object) ||

@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QCalendarWidget>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QInputDialog>
 #include <QLabel>
@@ -216,6 +217,16 @@ TEST_F(MainWindow, OptionsExcludeEachOtherWithinTheirArray) {
   EXPECT_FALSE(app_->Main.Panels.Option1[0].Value());
   EXPECT_FALSE(Find<QRadioButton>("Option1_1")->isChecked());
   EXPECT_TRUE(Find<QRadioButton>("Option2_1")->isChecked());  // the levels are another array
+
+  // As a screen reader does it, and then once more by the mouse.
+  Find<QRadioButton>("Option1_5")->toggle();
+  EXPECT_TRUE(app_->Main.Panels.Option1[4].Value());
+  EXPECT_EQ(app_->Main.Panels.PanelNo, 5);
+  QTest::mouseClick(panel, Qt::LeftButton, {}, QPoint(8, panel->height() / 2));
+  EXPECT_EQ(app_->Main.Panels.PanelNo, 4);
+  Find<QCheckBox>("Check1")->toggle();
+  EXPECT_TRUE(app_->Main.Check1.Value());
+  Find<QCheckBox>("Check1")->toggle();
 
   app_->Main.Panels.Option1[6].Choose();
   EXPECT_TRUE(Find<QRadioButton>("Option1_7")->isChecked());
