@@ -3,42 +3,45 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
+#include <utility>
 
+#include "core/errors.h"
 #include "platform/drive_map.h"
+#include "platform/spreadsheet_cells.h"
 
 namespace zrt {
 
-/// The cells of a spreadsheet's first worksheet, read whole: what a spreadsheet program would hand over as their
-/// values. Kept compactly, since a catalogue has tens of thousands of rows.
-///
-/// Why a reader of our own: the libraries that Debian has for it crash on damaged .xls files, know no value of a
-/// formula, or drop texts that stand in the cells themselves.
+/// A spreadsheet file can't be read. what() names the file and, in short Russian words fit for the operator, the
+/// reason: missing, unreadable, damaged, protected by a password, too large, no spreadsheet, no sheet in it.
+class SpreadsheetError : public FileError {
+ public:
+  using FileError::FileError;
+};
+
+/// The first worksheet of a spreadsheet file, read whole into memory. Reads .xls (of 1995 and later), .xlsx and .ods;
+/// what a formula gives is what its program computed when it saved the file.
 class Spreadsheet {
  public:
-  /// Reads .xls (of the versions 5 to 2003), .xlsx or .ods; which of them it is, the first bytes of the file say, never
-  /// its name. Throws FileError when it is missing, damaged, protected by a password, too large, or of another kind.
-  static Spreadsheet Open(const DriveMap& drives, const std::string& drive_path);
+  /// Reads the file `drive_path` ("C:\Korvina\Report\x.xls"). Its kind is told by its first bytes, never by its name.
+  /// The sheet read is the first one that holds cells, hidden or not; sheets of charts and macros don't count. Throws
+  /// SpreadsheetError when the file is missing, can't be read, is damaged anywhere on the way to that sheet, encrypted,
+  /// too large or of another kind: nothing half-read is handed out.
+  static Spreadsheet Open(const DriveMap& drives, std::string_view drive_path);
 
-  /// The value of a cell as UTF-8 text, "" for an empty cell and beyond the data; rows and columns count from 1.
-  /// Numbers have fifteen significant digits at most, a point, and no exponent: a barcode that was typed as a number
-  /// keeps all its digits. A formula gives the value that it had when the file was saved.
-  std::string_view Cell(std::int64_t row, std::int64_t column) const;
+  /// The value of a cell as UTF-8 text; `row` and `column` count from 1. "" for an empty cell and for one beyond the
+  /// data. Texts come with all their blanks and line feeds, also those that look like numbers. Numbers have fifteen
+  /// significant digits at most, a decimal point, no grouping and never an exponent: a barcode kept as a number comes
+  /// as all its digits. Yes and no are "TRUE" and "FALSE", dates the number of days since 30.12.1899, errors their
+  /// English name ("#N/A").
+  std::string Cell(std::int64_t row, std::int64_t column) const { return std::string(cells_.At(row, column)); }
 
-  /// The last row that holds anything, 0 for an empty sheet.
-  std::int64_t Rows() const { return cells_.empty() ? 0 : cells_.back().row; }
+  /// The last row that holds a cell with a text or number; 0 in an empty sheet. A row of empty texts doesn't count.
+  std::int64_t Rows() const { return cells_.Rows(); }
 
  private:
-  friend class SheetCells;
-  struct Place {
-    std::uint32_t row;
-    std::uint32_t column;
-    std::uint32_t begin;   ///< in texts_
-    std::uint32_t length;  ///< bytes
-  };
+  explicit Spreadsheet(SpreadsheetCells cells) : cells_(std::move(cells)) {}
 
-  std::vector<Place> cells_;  ///< by row, then by column
-  std::string texts_;
+  SpreadsheetCells cells_;
 };
 
 }  // namespace zrt
