@@ -94,17 +94,19 @@ PanelTab::PanelTab(Form& form, Session& session, FormCopy& copying)
 }
 
 void PanelTab::NamePanels() {
-  for (std::size_t panel = 1; panel <= Option1.size(); ++panel) NamePanel(panel, {});
   try {
     NamePanelsBy("SELECT COD, T9 FROM CONST WHERE COD BETWEEN 1 AND 12");
   } catch (const DatabaseError& error) {
     // A base of the oldest version has no column of names until it is upgraded, a moment later.
     if (error.SqlState() != kNoSuchColumn) throw;
+    for (std::size_t panel = 1; panel <= Option1.size(); ++panel) NamePanel(panel, {});
   }
 }
 
 void PanelTab::NamePanelsBy(const std::string& sql) {
   Recordset& names = session_.ReadOne(sql);
+  // No name of the other menu stays on a panel that has no row.
+  for (std::size_t panel = 1; panel <= Option1.size(); ++panel) NamePanel(panel, {});
   for (; !names.Eof(); names.MoveNext()) {
     const std::int64_t panel = (names.Field(0).Int() - 1) % kPanelsPerMenu + 1;
     NamePanel(static_cast<std::size_t>(panel), names.Field(1).TextOrEmpty());
@@ -249,6 +251,8 @@ void PanelTab::ShowPanelName() {
 // Selecting a key
 
 void PanelTab::CmdM_Click(std::size_t key) {
+  // A level that couldn't be read before is read now.
+  if (!Keys().IsOpen()) LoadPanelKeys(PanelNo, LevelNo, 0);
   if (Keys().RecordCount() == 0) return;
   Keys().MoveFirst();
   Keys().Move(static_cast<int>(key) - 1);
@@ -361,7 +365,8 @@ void PanelTab::Complain(const std::string& text) {
 
 void PanelTab::CmdM_DragStart(std::size_t key, bool& begins) {
   Button& source = CmdM[key - 1];
-  if (source.Caption().empty()) return;
+  // Keys that still show another level, since this one couldn't be read or isn't whole, say nothing of what is empty.
+  if (source.Caption().empty() || Keys().RecordCount() != kKeysPerLevel) return;
   DragSource = static_cast<std::int16_t>(key);
   source.BackColor = key_colour::kDragged;
   begins = true;

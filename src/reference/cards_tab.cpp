@@ -58,6 +58,15 @@ void CardsTab::ShowCard(const std::string& barcode) {
   Cards().Find(fmt::format("CardBarcode LIKE '{}'", barcode));
 }
 
+bool CardsTab::HasCard() {
+  if (!Cards().IsOpen()) {
+    // The list couldn't be read after the last change. It comes back first: the operator hasn't seen a card to act on.
+    OpenCards();
+    return false;
+  }
+  return !Cards().Bof() && !Cards().Eof();
+}
+
 std::int16_t CardsTab::CurrentNum() {
   return ToInt16(Cards().Field("Num").Number());
 }

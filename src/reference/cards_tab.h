@@ -48,7 +48,8 @@ class CardsTab {
   void FormatCardGrid();
 
   Recordset& Cards() { return session_.Pool().RsCards; }
-  bool HasCard() { return !Cards().Bof() && !Cards().Eof(); }
+  /// The list stands on a card; false also when it had to be read anew just now. Throws DatabaseError.
+  bool HasCard();
   std::int16_t CurrentNum();
 
   Form& form_;

@@ -76,6 +76,7 @@ void frmVDk::CmdNew_Click() {
 }
 
 void frmVDk::CmdEdit_Click() {
+  if (!Rules().IsOpen()) return ShowRules();
   if (Rules().RecordCount() == 0) return;
   const std::string id = Rules().Field(0).TextOrEmpty();
   const std::string kind = Rules().Field(1).TextOrEmpty();
@@ -129,6 +130,8 @@ void frmVDk::CmdOk_Click() {
 }
 
 void frmVDk::CmdDel_Click() {
+  // The list couldn't be read after the last change: it comes back before a rule goes that nobody sees.
+  if (!Rules().IsOpen()) return ShowRules();
   session_.Write(fmt::format("DELETE FROM TOTALSKID WHERE ID={}", Rules().Field(0).TextOrEmpty()));
   ShowRules();
   PutDefaults();

@@ -345,6 +345,50 @@ TEST_F(Panels, AKeyIsMovedToAnEmptyOneOnly) {
   EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{"1531", "10"}, {"1532", "11"}, {"1560", "10"}}));
 }
 
+/// The level chosen couldn't be read, or isn't whole: the keys still show the one before, whose empty places aren't
+/// those of this one.
+TEST_F(Panels, AKeyThatShowsAnotherLevelMovesNothing) {
+  database_.Sql("UPDATE HOTKEYS SET CODE=10 WHERE ID=101");
+  database_.Sql("UPDATE HOTKEYS SET CODE=11 WHERE ID=131");
+  database_.Sql("UPDATE HOTKEYS SET CODE=12 WHERE ID=132");
+  const Rows before = database_.Rows(kAllCodes);
+  for (const bool cut : {false, true}) {
+    SCOPED_TRACE(cut);
+    Choose(1, 1, 1);
+    if (cut) {
+      faults_.CutAt(1);
+    } else {
+      faults_.FailAt(1);
+    }
+    desktop_.ExpectRuntimeError();
+    Do([&] { Tab().Option2[1].UserClick(); });
+    EXPECT_EQ(KeyOf(2).Caption(), "");
+    Do([&] { KeyOf(1).UserDrag(KeyOf(2)); });  // no question
+    EXPECT_EQ(database_.Rows(kAllCodes), before);
+    // Pressing a key reads the level after all.
+    Do([&] { KeyOf(2).UserClick(); });
+    EXPECT_EQ(KeyOf(1).Caption(), "11");
+    EXPECT_EQ(KeyOf(2).Caption(), "12");
+    EXPECT_EQ(KeyOf(2).BackColor(), 0xFF80FFU);
+    EXPECT_EQ(Tab().DataGrid12.Row(), 2);
+  }
+  database_.Sql("DELETE FROM HOTKEYS WHERE ID=190");
+  Choose(1, 1, 3);
+  EXPECT_EQ(KeyOf(1).Caption(), "10");
+  Do([&] { KeyOf(1).UserDrag(KeyOf(2)); });  // no question here either
+  EXPECT_EQ(KeyOf(1).BackColor(), 0x00FF00U);
+  Choose(1, 1, 2);
+  Do([&] { KeyOf(2).UserClick(); });
+  // Written, but not read again: the next key pressed shows what was written.
+  Do([&] { Tab().Text6.UserType("13"); });
+  faults_.FailAt(2);
+  desktop_.ExpectRuntimeError();
+  Do([&] { Tab().CmdOk1.UserClick(); });
+  Do([&] { KeyOf(2).UserClick(); });
+  EXPECT_EQ(KeyOf(2).Caption(), "13");
+  EXPECT_EQ(database_.Value("SELECT CODE FROM HOTKEYS WHERE ID=132"), "13");
+}
+
 TEST_F(Panels, NamesOfPanelsAndMenus) {
   Choose(2, 3, 1);
   EXPECT_EQ(Tab().TextMenu.Text(), "меню-2");
@@ -365,6 +409,13 @@ TEST_F(Panels, NamesOfPanelsAndMenus) {
   Do([&] { Tab().CmdName.UserClick(); });
   EXPECT_EQ(database_.Value("SELECT T9 FROM CONST WHERE COD=24"), "");
   EXPECT_EQ(Tab().Option1[11].Caption(), "Панель № 12");
+  // A panel without a row has its number, not the name that stands there in the other menu.
+  database_.Sql("UPDATE CONST SET T9='Бар' WHERE COD=2");
+  database_.Sql("DELETE FROM CONST WHERE COD=14");
+  Choose(1, 2, 1);
+  EXPECT_EQ(Tab().Option1[1].Caption(), "Бар");
+  Choose(2, 12, 1);
+  EXPECT_EQ(Tab().Option1[1].Caption(), "Панель № 2");
   // A single quote breaks its statement: reported, and nothing is renamed.
   Do([&] { Tab().TextName.UserType("L'eau"); });
   desktop_.ExpectRuntimeError();

@@ -378,6 +378,28 @@ TEST_F(Cards, DeletingAsksAndLeavesTheHolder) {
   EXPECT_EQ(AllHolders().size(), 1U);
 }
 
+TEST_F(Cards, AListThatCouldNotBeReadComesBackBeforeAnythingIsDone) {
+  Start();
+  for (Button* button : {&Tab().CmdDKShow, &Tab().CmdDKDel}) {
+    SCOPED_TRACE(button->Name());
+    GoTo(Tab().DataGrid5, 1);
+    desktop_.Expect(fmt::format("Удалить дисконтную карту '{}'?", Tab().DataGrid5.CurrentText("CardBarcode")));
+    desktop_.ExpectRuntimeError();
+    faults_.CutAt(2);
+    Click(Tab().CmdDKDel);
+    EXPECT_EQ(Tab().DataGrid5.Rows(), 0);
+    // The operator has seen no card yet: none is opened or asked about.
+    Click(*button);
+    EXPECT_FALSE(Card().IsVisible());
+    EXPECT_EQ(Tab().DataGrid5.Rows(), static_cast<int>(AllCards().size()));
+  }
+  EXPECT_EQ(AllCards(), (Texts{"5|1005|10|1|0"}));
+  InCard(1, [&] {
+    EXPECT_EQ(Card().TextName.Text(), "1005");
+    Press(Card().TextName, "Esc");
+  });
+}
+
 TEST_F(Cards, ClearingWantsThePasswordAndAYes) {
   const char* const password = "Для полного удаления дисконтных карт введите пароль администратора:";
   const char* const question =
@@ -589,6 +611,11 @@ TEST_F(CardKindRules, AFaultNeitherLosesNorDoublesARule) {
     // Written, but the list can't be read: the entry is over.
     fault_at(2);
     Click(Kinds().CmdOk);
+    EXPECT_FALSE(Kinds().CmdOk.Enabled());
+    EXPECT_EQ(AllRules(), before);
+    // No rule goes that the operator doesn't see: the list comes back first.
+    Click(cut ? Kinds().CmdDel : Kinds().CmdEdit);
+    EXPECT_EQ(Kinds().DataGrid05.Rows(), 3);
     EXPECT_FALSE(Kinds().CmdOk.Enabled());
     EXPECT_EQ(AllRules(), before);
     Press(Kinds().DataGrid05, "Esc");
