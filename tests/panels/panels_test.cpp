@@ -149,15 +149,22 @@ TEST_F(Panels, AKeyIsWrittenWhereItStands) {
     Choose(one.menu, one.panel, one.level);
     EXPECT_EQ(Tab().DataGrid12.Caption(), one.heading);
     EXPECT_FALSE(Tab().Text6.Enabled());
+    const Colour inactive = Tab().Text6.BackColor();
     Put(one.key, "10");
+    EXPECT_EQ(Tab().Text6.BackColor(), inactive);
     EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{one.id, "10"}}));
     EXPECT_EQ(KeyOf(one.key).Caption(), "10");
     EXPECT_EQ(KeyOf(one.key).BackColor(), 0x00FF00U);
     EXPECT_EQ(Tab().DataGrid12.Row(), one.key);
     EXPECT_EQ(Tab().Text6.Text(), "");
     EXPECT_FALSE(Tab().CmdOk1.Enabled() || Tab().CmdClr.Enabled() || Tab().Text6.Enabled());
+    int refreshed = 0;
+    app_->Main.Catalogue.DataGrid1[1].OnRows = [&] { ++refreshed; };
     Do([&] { KeyOf(one.key).UserClick(); });
+    EXPECT_NE(Tab().Text6.BackColor(), inactive);
     Do([&] { Tab().CmdClr.UserClick(); });
+    EXPECT_EQ(refreshed, 2);
+    app_->Main.Catalogue.DataGrid1[1].OnRows = nullptr;
     EXPECT_EQ(KeyOf(one.key).BackColor(), 0x8000000EU);
   }
   EXPECT_EQ(database_.Rows(kFilledKeys), Rows{});
@@ -387,6 +394,53 @@ TEST_F(Panels, AKeyThatShowsAnotherLevelMovesNothing) {
   Do([&] { KeyOf(2).UserClick(); });
   EXPECT_EQ(KeyOf(2).Caption(), "13");
   EXPECT_EQ(database_.Value("SELECT CODE FROM HOTKEYS WHERE ID=132"), "13");
+}
+
+/// Whatever was begun on a key is dropped when another level is shown; a panel begins with its first level.
+TEST_F(Panels, AnotherLevelBeginsAnew) {
+  database_.Sql("UPDATE CONST SET T9='Бар' WHERE COD=2");
+  database_.Sql("UPDATE HOTKEYS SET CODE=10 WHERE ID=231");
+  const auto begins = [this](const std::function<void()>& action, const char* entry = "55") {
+    Do([&] { KeyOf(1).UserClick(); });
+    Do([&] { Tab().Text6.UserType(entry); });
+    Do(action);
+    return Tab().Text6.Text().empty();
+  };
+  EXPECT_TRUE(begins([&] { Tab().Option2[2].UserClick(); }));
+  EXPECT_TRUE(begins([&] { Tab().Option1[1].UserClick(); }));
+  EXPECT_EQ(Tab().LevelNo, 1);
+  EXPECT_TRUE(Tab().Option2[0].Value());
+  EXPECT_FALSE(Tab().Option2[2].Value());
+  EXPECT_EQ(Tab().TextName.Text(), "Бар");
+  EXPECT_TRUE(begins([&] { Tab().CmdMenu.UserPress(2); }));
+  Choose(1, 2, 2);
+  EXPECT_TRUE(begins([&] {
+    desktop_.Expect("Переместить кнопку на указанное место?", BoxAnswer::kCancel);
+    KeyOf(1).UserDrag(KeyOf(2));
+  }));
+  EXPECT_TRUE(begins([&] { desktop_.PressKey(Tab().DataGrid12, {Key::kEnter, {}}); }));
+  // What is no number is told before the missing key is.
+  begins([&] { Tab().Option2[0].UserClick(); });
+  Do([&] { Tab().Text6.UserType("чай"); });
+  Complains("Введите целое число!", [&] { Tab().CmdOk1.UserClick(); });
+}
+
+/// A base that was never brought to the version with two menus: the menu has the number 0.
+TEST_F(Panels, TheOnlyMenuOfAnOlderBase) {
+  app_->TheSession.CurrentMenu = 0;
+  Do([&] { Tab().Option1[1].UserClick(); });
+  EXPECT_EQ(Tab().DataGrid12.Caption(), "Меню № 0: Сенсорная панель № 2 - уровень 1");
+  Put(1, "10");
+  EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{"201", "10"}}));
+  // Nothing is moved: the numbers that a move reckons with begin at menu 1.
+  desktop_.Expect("Переместить кнопку на указанное место?");
+  Do([&] { KeyOf(1).UserDrag(KeyOf(2)); });
+  EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{"201", "10"}}));
+  Do([&] { Tab().TextName.UserType("Бар"); });
+  Do([&] { Tab().CmdName.UserClick(); });
+  EXPECT_EQ(database_.Value("SELECT T9 FROM CONST WHERE COD=2"), "Бар");
+  EXPECT_EQ(database_.Value("SELECT N1 FROM CONST WHERE COD=7"), "NULL");
+  EXPECT_EQ(Tab().Option1[1].Caption(), "Бар");
 }
 
 TEST_F(Panels, NamesOfPanelsAndMenus) {
