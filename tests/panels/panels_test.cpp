@@ -69,6 +69,7 @@ class Panels : public testing::Test {
   void Complains(const char* text, const std::function<void()>& action) {
     desktop_.Expect(text, BoxAnswer::kOk, BoxIcon::kCritical);
     Do(action);
+    EXPECT_EQ(desktop_.LastTitle(), "ZASTAVA");
   }
 
   /// Opens the window for copying and works in it.

@@ -492,6 +492,7 @@ TEST_F(CardKindRules, AnEntryIsCheckedFieldByField) {
     }
     Click(Kinds().CmdOk);
     EXPECT_TRUE(faults_.Statements().empty());
+    EXPECT_EQ(desktop_.LastTitle(), "ZASTAVA");
     TextBox* const fields[] = {&Kinds().Text1, &Kinds().Text2, &Kinds().Text3};
     EXPECT_EQ(desktop_.Focused(), fields[one.field - 1]);
     EXPECT_EQ(Kinds().Text1.Text(), one.kind_after);

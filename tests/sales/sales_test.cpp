@@ -282,6 +282,7 @@ TEST_F(Sales, FieldsThatHoldNoNumberAreRefused) {
   }
   desktop_.Expect("Выберите фискальный регистратор!", BoxAnswer::kOk, BoxIcon::kNone);
   Click(tab.CmdFisk);
+  EXPECT_EQ(desktop_.LastTitle(), "DESKOR");
   EXPECT_TRUE(Sent().empty());
 }
 
@@ -436,6 +437,7 @@ class SalesFiles : public Sales {
     desktop_.Expect("Выгрузка в файл C:\\Korvina\\Report\\" + name + "\nуспешно завершена!", BoxAnswer::kOk,
                     BoxIcon::kExclamation);
     Click(Tab().CmdFileCSV);
+    EXPECT_EQ(desktop_.LastTitle(), "DESKOR");
   }
   std::vector<std::string> Files() {
     std::vector<std::string> names;
@@ -595,6 +597,7 @@ TEST_F(Sales, DeletionsAreTrimmedAboveAThousandRows) {
     desktop_.Expect("Удалить записи по 23:59:59 05.11.2026 ?");
     desktop_.Expect("Удалены записи по 23:59:59 05.11.2026");
     Click(app_->Clear.CmdDel);
+    EXPECT_EQ(desktop_.LastTitle(), "KORVINA");
     EXPECT_EQ(database_.Value("SELECT COUNT(*) FROM SPION"), std::to_string(size.left));
     EXPECT_EQ(database_.Value("SELECT MIN(COD) FROM SPION"), "1");
     EXPECT_EQ(database_.Value("SELECT MAX(REZ) FROM SPION"), size.left == size.rows ? "7" : "0");

@@ -41,7 +41,9 @@ std::optional<ScriptedDesktop::Box> ScriptedDesktop::Next(const std::string& tex
   return box;
 }
 
-BoxAnswer ScriptedDesktop::DoMsgBox(const std::string& text, BoxIcon icon, BoxButtons buttons, const std::string&) {
+BoxAnswer ScriptedDesktop::DoMsgBox(const std::string& text, BoxIcon icon, BoxButtons buttons,
+                                    const std::string& title) {
+  last_title_ = title;
   const std::optional<Box> box = Next(text, false);
   if (!box) return buttons == BoxButtons::kYesNo ? BoxAnswer::kNo : BoxAnswer::kCancel;
   if (box->icon) {

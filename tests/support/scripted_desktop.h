@@ -25,6 +25,9 @@ class ScriptedDesktop final : public HeadlessDesktop {
   /// The next action ends in a run-time error.
   void ExpectRuntimeError() { ++errors_expected_; }
 
+  /// What stood above the message or question that came last.
+  const std::string& LastTitle() const { return last_title_; }
+
   /// Fails the test for everything that was announced and didn't come.
   void CheckAllCame();
 
@@ -47,6 +50,7 @@ class ScriptedDesktop final : public HeadlessDesktop {
   std::deque<Box> boxes_;
   std::deque<std::function<void(Form&)>> modal_work_;
   int errors_expected_ = 0;
+  std::string last_title_;
 };
 
 }  // namespace zrt::test
