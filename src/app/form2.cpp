@@ -84,7 +84,7 @@ Form2::Form2(Desktop& desktop, Session& session, ModuleReg& stock, const DriveMa
 }
 
 void Form2::Form_Load() {
-  session_.StoredDate = session_.TheClock().Now().date;
+  session_.StartDay = session_.StoredDate = session_.TheClock().Now().date;
   const std::string today = session_.Format().DateText(session_.StoredDate);
   Sales.TextDate.Caption = today;
   KassaLite.TextDateLite.Caption = today;

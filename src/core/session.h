@@ -107,7 +107,8 @@ class Session {
   bool PeriodAll = false;           ///< the whole stored period instead of one shift
   int ExciseFilter = 0;             ///< 0 all, 1 alcohol, 2 cigarettes, 3 no excise
   Shift ShiftPeriod;                ///< ShiftFrom, ShiftTo, ShiftTimeText
-  Date StoredDate;                  ///< the start's day; the calendars overwrite it with the day picked
+  Date StartDay;                    ///< the day on which the program was started
+  Date StoredDate;                  ///< the day picked last in a calendar, the start's day before that
   bool IsReserveCopy = false;       ///< this database holds the reserve copy (CONST row 6, N6 isn't NULL)
   std::string UdlPath;              ///< data link file of this installation, from the settings file
   std::string ReportFolder = "C:\\Korvina\\Report\\";

@@ -285,7 +285,7 @@ TEST_F(Import, WhatOneInstallationWritesAnotherReads) {
   Start("jurn");
   Click(app_->Main.mnuDocIN);
   InWindow(Inventory().CmdExportFakt, [&] {
-    desktop_.Expect("Ведомость инвентаризации пустая!");
+    desktop_.Expect("Ведомость инвентаризации пустая!", BoxAnswer::kOk, {}, "KORVINA");
     desktop_.UserAction([&] { app_->LineExport.CmdExport.UserClick(); });
   });
   shop_.Sql(
@@ -301,7 +301,7 @@ TEST_F(Import, WhatOneInstallationWritesAnotherReads) {
     desktop_.UserAction([&] { screen.TextPath.UserType("C:\\Korvina\\1234567"); });
     desktop_.UserAction([&] { screen.CmdExport.UserClick(); });
     desktop_.UserAction([&] { screen.TextPath.UserType(path); });
-    desktop_.Expect("Выгрузка остатков в файл " + path + "\nуспешно завершена!");
+    desktop_.Expect("Выгрузка остатков в файл " + path + "\nуспешно завершена!", BoxAnswer::kOk, {}, "DESKOR");
     desktop_.UserAction([&] { screen.CmdExport.UserClick(); });
     // A folder that isn't there is told, and leaves nothing behind.
     desktop_.UserAction([&] { screen.TextPath.UserType("C:\\Korvina\\nowhere\\Exp.txt"); });

@@ -280,7 +280,7 @@ TEST_F(Sales, FieldsThatHoldNoNumberAreRefused) {
     EXPECT_EQ(tab.LblInf.Caption(), "12.11.2026");
     Sent();
   }
-  desktop_.Expect("Выберите фискальный регистратор!", BoxAnswer::kOk, BoxIcon::kNone);
+  desktop_.Expect("Выберите фискальный регистратор!", BoxAnswer::kOk, BoxIcon::kNone, "DESKOR");
   Click(tab.CmdFisk);
   EXPECT_TRUE(Sent().empty());
 }
@@ -434,7 +434,7 @@ class SalesFiles : public Sales {
   /// The operator's second press: the file that appears in the folder, "" if none does.
   void Save(const std::string& name) {
     desktop_.Expect("Выгрузка в файл C:\\Korvina\\Report\\" + name + "\nуспешно завершена!", BoxAnswer::kOk,
-                    BoxIcon::kExclamation);
+                    BoxIcon::kExclamation, "DESKOR");
     Click(Tab().CmdFileCSV);
   }
   std::vector<std::string> Files() {
@@ -592,8 +592,8 @@ TEST_F(Sales, DeletionsAreTrimmedAboveAThousandRows) {
     Start();
     Click(app_->Main.mnuClearProd);
     desktop_.UserAction([&] { app_->Clear.Check2.UserTick(true); });
-    desktop_.Expect("Удалить записи по 23:59:59 05.11.2026 ?");
-    desktop_.Expect("Удалены записи по 23:59:59 05.11.2026");
+    desktop_.Expect("Удалить записи по 23:59:59 05.11.2026 ?", BoxAnswer::kOk, BoxIcon::kQuestion, "KORVINA");
+    desktop_.Expect("Удалены записи по 23:59:59 05.11.2026", BoxAnswer::kOk, BoxIcon::kExclamation, "KORVINA");
     Click(app_->Clear.CmdDel);
     EXPECT_EQ(database_.Value("SELECT COUNT(*) FROM SPION"), std::to_string(size.left));
     EXPECT_EQ(database_.Value("SELECT MIN(COD) FROM SPION"), "1");
