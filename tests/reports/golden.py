@@ -324,8 +324,17 @@ class Shop:
         """Takings as a cell shows them, those of nothing too."""
         return amount((self.gross(rows) if before else self.net(rows)) or 0)
 
-    def pivot(self, first, last, hour, column, names, headers, value, with_totals):
-        """Header row and rows; `value` makes the text of some sold rows."""
+    def whole_taken(self, codes, before):
+        """Takings of a day, which grow code by code in whole thousandths."""
+        whole = Decimal(0)
+        for rows in codes:
+            whole = (whole + ((self.gross(rows) if before else self.net(rows)) or 0) * 1000).quantize(
+                Decimal(1), ROUND_HALF_EVEN)
+        return amount(whole / 1000)
+
+    def pivot(self, first, last, hour, column, names, headers, value, day_total=None):
+        """Header row and rows; `value` makes the text of some sold rows, `day_total` that of a day from the sold rows of
+        each code."""
         rows = self.sold(first, last, hour)
         days = self.days(first, last)
         table = [headers + [day_text(day) for day in days]]
@@ -337,9 +346,10 @@ class Shop:
                 some = [r for r in mine if self.shift_day(r, hour) == day]
                 cells.append(value(some) if some else "")
             table.append(cells)
-        if with_totals:
+        if day_total:
             table.append(["", "", "ИТОГО", value(rows)] +
-                         [value([r for r in rows if self.shift_day(r, hour) == day]) for day in days])
+                         [day_total([[r for r in rows if r[column] == code and self.shift_day(r, hour) == day]
+                                     for code in codes]) for day in days])
         return table
 
     def staff(self, cashiers):
@@ -347,7 +357,8 @@ class Shop:
 
     def tabel(self, first, last, hour, cashiers, before):
         value = lambda rows: self.taken(rows, before)
-        return self.pivot(first, last, hour, "PERS", self.staff(cashiers), ["№", "Код", "Имя", "СУММА"], value, True)
+        return self.pivot(first, last, hour, "PERS", self.staff(cashiers), ["№", "Код", "Имя", "СУММА"], value,
+                          lambda codes: self.whole_taken(codes, before))
 
     def average(self, first, last, hour, cashiers, before):
         def value(rows):
@@ -356,12 +367,13 @@ class Shop:
             half_up = lambda x, places: str(x.quantize(Decimal(1).scaleb(-places), ROUND_HALF_UP))
             return half_up(Decimal(len(rows)) / orders, 1) + " * " + half_up(taken / (orders * 1000), 2)
 
-        return self.pivot(first, last, hour, "PERS", self.staff(cashiers), ["№", "Код", "Имя", "Длина*Сумма"], value, False)
+        return self.pivot(first, last, hour, "PERS", self.staff(cashiers), ["№", "Код", "Имя", "Длина*Сумма"], value)
 
     def discounts(self, first, last, hour, before):
         value = lambda rows: self.taken(rows, before)
         barcodes = {row["REZ"]: row["BARCODE"] for row in self.cards}
-        return self.pivot(first, last, hour, "REZ", barcodes, ["№", "Код", "Штрих", "СУММА"], value, True)
+        return self.pivot(first, last, hour, "REZ", barcodes, ["№", "Код", "Штрих", "СУММА"], value,
+                          lambda codes: self.whole_taken(codes, before))
 
     def hours(self, first, last, hour, count, before=False):
         """Takings or orders by shift day and hour of the shift."""
