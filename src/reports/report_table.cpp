@@ -43,9 +43,19 @@ std::map<std::string, Cell> FirstByCode(const Recordset& totals) {
   return found;
 }
 
-/// A value in thousandths grows a total that is kept whole.
-void Add(std::int64_t& total, const Cell& value) {
+/// A value in thousandths grows the total of a day, which is kept whole.
+void AddWhole(std::int64_t& total, const Cell& value) {
   total = static_cast<std::int64_t>(RoundHalfEven(static_cast<double>(total) + value.Number()));
+}
+
+/// The sum of all totals, thousandths. It is taken together in millionths, in which a quantity times its price is
+/// whole, so that nothing is rounded on the way.
+double GrandTotal(const Recordset& totals) {
+  std::int64_t millionths = 0;
+  for (int row = 1; row <= totals.RecordCount(); ++row) {
+    millionths += static_cast<std::int64_t>(RoundHalfEven(totals.At(row, kValue).Number() * scale::kProd));
+  }
+  return static_cast<double>(millionths) / scale::kProd;
 }
 
 }  // namespace
@@ -60,7 +70,7 @@ void WriteCsv(const DriveMap& drives, const std::string& drive_path, const std::
 }
 
 Workbook MakeWorkbook(const std::vector<std::string>& titles, const ReportTable& table, const SheetLook& look) {
-  Workbook book;
+  Workbook book;  // its columns are aligned as a new book aligns them: that default is what is wanted
   book.StatusBar.push_back("ВЫПОЛНЯЕТСЯ ОБРАБОТКА!");
   for (std::size_t i = 0; i < titles.size(); ++i) book.Cell(static_cast<int>(i) + 1, 1, titles[i], i == 0);
   book.ColumnWidths = look.widths;
@@ -109,19 +119,17 @@ ReportTable PivotByDay(const Recordset& days, const Recordset& totals, std::vect
     const Cell value = days.At(row, kValue);
     const std::size_t column = DayColumn(days.At(row, kDay).Text(), first);
     table.rows.back().at(column) = shown(value);
-    if (kind == DayValue::kMoney) Add(day_totals.at(column), value);
+    if (kind == DayValue::kMoney) AddWhole(day_totals.at(column), value);
   }
   if (kind == DayValue::kText) return table;
 
   std::vector<std::string> whole(columns);
   whole[kNameColumn] = "ИТОГО";
-  std::int64_t all = 0;
-  for (int row = 1; row <= totals.RecordCount(); ++row) Add(all, totals.At(row, kValue));
-  const auto in_money = [&](std::int64_t thousandths) {
-    return format.FormatNumber(static_cast<double>(thousandths) / scale::kProd, 2);
-  };
-  whole[kTotalColumn] = in_money(all);
-  for (std::size_t column = kDayColumns; column < columns; ++column) whole[column] = in_money(day_totals[column]);
+  const auto in_money = [&](double thousandths) { return format.FormatNumber(thousandths / scale::kProd, 2); };
+  whole[kTotalColumn] = in_money(GrandTotal(totals));
+  for (std::size_t column = kDayColumns; column < columns; ++column) {
+    whole[column] = in_money(static_cast<double>(day_totals[column]));
+  }
   table.rows.push_back(std::move(whole));
   table.has_totals = true;
   return table;

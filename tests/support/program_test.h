@@ -10,6 +10,7 @@
 #include <string>
 
 #include "app/app.h"
+#include "support/recording_machine.h"
 #include "support/scripted_desktop.h"
 #include "support/scripted_faults.h"
 #include "support/test_database.h"
@@ -30,7 +31,8 @@ class ProgramTest : public testing::Test {
 
   /// Starts the program, chooses `tab` if one is named, and forgets the statements of the start.
   void Start(const std::string& tab = {}) {
-    app_ = std::make_unique<App>(desktop_, clock_, drives_, AppSettings{shop_.Address(), "zrt"});
+    app_ =
+        std::make_unique<App>(desktop_, clock_, drives_, AppSettings{shop_.Address(), "zrt", printer_, spreadsheet_});
     app_->TheSession.MainConnection.SetFaultSource(&faults_);
     app_->Start();
     Do([this] { app_->Splash.Timer1.UserFire(); });
@@ -67,6 +69,8 @@ class ProgramTest : public testing::Test {
   std::filesystem::path folder_ =
       std::filesystem::temp_directory_path() / ("zrt_program_test_" + std::to_string(getpid()));
   DriveMap drives_{folder_};
+  RecordingPrinter printer_;
+  RecordingSpreadsheet spreadsheet_;
   ScriptedDesktop desktop_;
   ScriptedFaults faults_;
   std::unique_ptr<App> app_;

@@ -20,6 +20,7 @@
 #include <QRadioButton>
 #include <QScopedValueRollback>
 #include <QSignalBlocker>
+#include <QStyledItemDelegate>
 #include <QTabBar>
 #include <QTableView>
 #include <QTimer>
@@ -417,6 +418,33 @@ class ComboView final : public ControlView {
   bool busy_ = false;
 };
 
+/// Gives all lines of a list the size of its widest one. One size for all keeps a list quick that grows by thousands of
+/// lines; left to itself, it would be that of the last line, and any wider one would be cut short without a way to
+/// scroll there.
+class WidestLine final : public QStyledItemDelegate {
+ public:
+  explicit WidestLine(QListWidget* list) : QStyledItemDelegate(list), list_(list) {
+    list->setUniformItemSizes(true);
+    list->setItemDelegate(this);
+    connect(list->model(), &QAbstractItemModel::modelReset, this, [this] { widest_ = 0; });
+    connect(list->model(), &QAbstractItemModel::rowsInserted, this, [this](const QModelIndex&, int first, int last) {
+      for (int row = first; row <= last; ++row) {
+        if (WidthOf(row) > WidthOf(widest_)) widest_ = row;
+      }
+    });
+  }
+
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    return QStyledItemDelegate::sizeHint(option, index.siblingAtRow(widest_));
+  }
+
+ private:
+  int WidthOf(int row) const { return list_->fontMetrics().horizontalAdvance(list_->item(row)->text()); }
+
+  QListWidget* list_;
+  int widest_ = 0;
+};
+
 class ListView final : public ControlView {
  public:
   ListView(ListBox& list, QListWidget* widget) : ControlView(list, widget), list_(list), widget_(widget) {
@@ -427,7 +455,7 @@ class ListView final : public ControlView {
     connect(widget, &QListWidget::clicked, this, [this](const QModelIndex& index) { Choose(index.row()); });
     connect(widget, &QListWidget::doubleClicked, this, [this] { Act([this] { list_.UserDblClick(); }); });
     list.OnAdded = [this] { widget_->addItem(ToQt(list_.Items().back())); };
-    widget->setUniformItemSizes(true);
+    new WidestLine(widget);
     WatchKeys(widget);
     Start();
   }
@@ -449,12 +477,17 @@ class ListView final : public ControlView {
     }
   }
 
-  /// A list that grows is drawn as often as the eye can follow; drawing it for every line costs more than its query.
+  /// A list that grows may be drawn for a fifth of the time, as drawing every line can cost more than its query. While
+  /// the queries are slow that is enough for each line, so the operator reads the newest one during the next query;
+  /// what quick ones add is seen a few milliseconds late.
   bool RepaintAlone() override {
-    constexpr int kFrame = 40;  // milliseconds
-    if (drawn_.isValid() && drawn_.elapsed() < kFrame) return true;
+    constexpr qint64 kShare = 5;
+    constexpr qint64 kMostSaved = 40'000'000;  // nanoseconds
+    if (drawn_.isValid()) saved_ = std::min(kMostSaved, saved_ + drawn_.nsecsElapsed() / kShare);
     drawn_.start();
+    if (saved_ < 0) return true;
     widget_->viewport()->repaint();
+    saved_ -= drawn_.nsecsElapsed();
     return true;
   }
 
@@ -468,7 +501,8 @@ class ListView final : public ControlView {
 
   ListBox& list_;
   QListWidget* widget_;
-  QElapsedTimer drawn_;
+  QElapsedTimer drawn_;  ///< since the last line was to be drawn
+  qint64 saved_ = 0;     ///< time that drawing may still take, nanoseconds; below zero after a drawing that took more
   bool busy_ = false;
 };
 
@@ -584,7 +618,7 @@ class FileListView final : public ControlView {
  public:
   FileListView(FileListBox& list, QListWidget* widget, const DriveMap& drives)
       : ControlView(list, widget), list_(list), widget_(widget), drives_(drives) {
-    widget->setUniformItemSizes(true);
+    new WidestLine(widget);
     connect(widget, &QListWidget::currentItemChanged, this, [this](QListWidgetItem* item) {
       if (!busy_ && item != nullptr) Act([&] { list_.UserChoose(item->text().toStdString()); });
     });

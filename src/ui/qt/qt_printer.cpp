@@ -6,7 +6,9 @@
 #include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <QPrinterInfo>
+#include <exception>
 
+#include "core/errors.h"
 #include "ui/qt/qt_text.h"
 
 namespace zrt {
@@ -36,7 +38,8 @@ QFont PrintFont(int points, QPrinter& paper) {
 void PaintJob(const PrintJob& job, QPrinter& paper) {
   paper.setFullPage(true);
   paper.setDocName(ToQt(job.title));
-  QPainter painter(&paper);
+  QPainter painter;
+  if (!painter.begin(&paper)) throw Error("the printer takes no document");
   painter.setFont(PrintFont(job.points, paper));
   const double dots_per_twip = static_cast<double>(paper.resolution()) / kTwipsPerInch;
   const double line_height = job.points * kTwipsPerPoint * 1.15 * dots_per_twip;
@@ -46,7 +49,7 @@ void PaintJob(const PrintJob& job, QPrinter& paper) {
   double y = top;
   for (const std::vector<PrintedPiece>& line : job.lines) {
     if (y + line_height > bottom) {
-      paper.newPage();
+      if (!paper.newPage()) throw Error("the printer takes no further page");
       y = top;
     }
     for (const PrintedPiece& piece : line) {
@@ -54,6 +57,7 @@ void PaintJob(const PrintJob& job, QPrinter& paper) {
     }
     y += line_height;
   }
+  if (!painter.end()) throw Error("the printer didn't take the document");
 }
 
 void QtPrinter::Print(const PrintJob& job) {
@@ -64,10 +68,18 @@ void QtPrinter::Print(const PrintJob& job) {
   QPrintPreviewDialog preview(&paper, owner);
   constexpr QSize kRoom(800, 680);
   preview.resize(kRoom);
-  QObject::connect(&preview, &QPrintPreviewDialog::paintRequested,
-                   [&job](QPrinter* target) { PaintJob(job, *target); });
+  std::exception_ptr failure;
+  QObject::connect(&preview, &QPrintPreviewDialog::paintRequested, [&](QPrinter* target) {
+    // The preview's own loop lets no exception pass.
+    try {
+      PaintJob(job, *target);
+    } catch (...) {
+      failure = std::current_exception();
+    }
+  });
   preview.exec();
   if (owner != nullptr) owner->activateWindow();
+  if (failure) std::rethrow_exception(failure);
 }
 
 }  // namespace zrt

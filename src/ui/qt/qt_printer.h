@@ -14,7 +14,7 @@ class QtPrinter final : public Printer {
 };
 
 /// Draws the document on the pages of `paper`, with half an inch left free all around. The face is of fixed pitch, and
-/// so narrow that a piece of a report line ends where the next begins.
+/// so narrow that a piece of a report line ends where the next begins. Throws Error when `paper` doesn't take them.
 void PaintJob(const PrintJob& job, QPrinter& paper);
 
 }  // namespace zrt

@@ -10,6 +10,7 @@
 #include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
@@ -206,6 +207,44 @@ TEST_F(MainWindow, ListsTellChoicesFromEverythingElse) {
   Sales().Combo1.Text = "31";  // no hour of the list, and yet what the base holds
   EXPECT_EQ(hours->currentIndex(), -1);
   EXPECT_EQ(hours->placeholderText(), "31");
+}
+
+TEST_F(MainWindow, AReportsLinesAreAllReadWhole) {
+  Start();
+  desktop_->UserAction([this] { app_->Main.mnuSystem.UserClick(); });
+  Settle();
+  auto* list = Find<QListWidget>("List1");
+  ListBox& lines = app_->Reports.TextReports.List1;
+  const std::string widest(200, 'W');
+  lines.AddItem(widest);
+  for (int i = 0; i < 5000; ++i) lines.AddItem("=");
+  Settle();
+  const int needed = list->fontMetrics().horizontalAdvance(QString::fromStdString(widest));
+  EXPECT_GE(list->visualItemRect(list->item(0)).width(), needed);
+  EXPECT_GE(list->horizontalScrollBar()->maximum(), needed - list->viewport()->width());
+
+  lines.Clear();
+  lines.AddItem("=");
+  Settle();
+  EXPECT_EQ(list->horizontalScrollBar()->maximum(), 0);  // what has gone needs no room
+}
+
+TEST_F(MainWindow, AReportsWindowTakesItsWidthAgainAfterItWasDragged) {
+  Start();
+  Form9& form = app_->Reports.TextReports;
+  desktop_->UserAction([this] { app_->Main.mnuSystem.UserClick(); });
+  Settle();
+  QWidget* window = Find("CmdRun")->window();
+  const auto inches = [&](int twips) { return twips * window->logicalDpiX() / 1440; };
+  const auto width_after = [&](const std::function<void()>& action) {
+    window->resize(inches(12000), window->height());
+    desktop_->UserAction(action);
+    return window->width();
+  };
+  EXPECT_EQ(width_after([&] { form.CmdRun.UserClick(); }), inches(9075));
+  EXPECT_EQ(width_after([&] { form.CmdRun.UserClick(); }), inches(9075));
+  EXPECT_EQ(width_after([&] { form.CmdBack.UserClick(); }), inches(5860));
+  EXPECT_EQ(width_after([&] { form.Activate.Raise(); }), inches(5860));
 }
 
 TEST_F(MainWindow, OptionsExcludeEachOtherWithinTheirArray) {
