@@ -5,6 +5,7 @@
 #include "core/errors.h"
 #include "core/numbers.h"
 #include "platform/text_file.h"
+#include "reports/report_text.h"
 
 namespace zrt {
 
@@ -43,9 +44,9 @@ std::map<std::string, Cell> FirstByCode(const Recordset& totals) {
   return found;
 }
 
-/// A value in thousandths grows a total that is kept whole.
-void Add(std::int64_t& total, const Cell& value) {
-  total = static_cast<std::int64_t>(RoundHalfEven(static_cast<double>(total) + value.Number()));
+/// A value in thousandths, 0 where nothing was summed.
+double Thousandths(const Cell& value) {
+  return value.IsNull() ? 0 : value.Number();
 }
 
 }  // namespace
@@ -86,7 +87,7 @@ Workbook MakeWorkbook(const std::vector<std::string>& titles, const ReportTable&
 ReportTable PivotByDay(const Recordset& days, const Recordset& totals, std::vector<std::string> headers,
                        const Date& first, const Date& last, DayValue kind, const RegionalFormat& format) {
   const auto shown = [&](const Cell& value) {
-    return kind == DayValue::kText ? value.TextOrEmpty() : format.FormatNumber(value.Number() / scale::kProd, 2);
+    return kind == DayValue::kText ? value.TextOrEmpty() : AmountText(format, value, scale::kProd);
   };
   ReportTable table;
   table.headers = std::move(headers);
@@ -94,7 +95,7 @@ ReportTable PivotByDay(const Recordset& days, const Recordset& totals, std::vect
   const std::size_t columns = table.headers.size();
 
   const std::map<std::string, Cell> total_of = FirstByCode(totals);
-  std::vector<std::int64_t> day_totals(columns);
+  std::vector<double> day_totals(columns);
   std::optional<std::string> last_code;
   for (int row = 1; row <= days.RecordCount(); ++row) {
     const std::string code = days.At(row, kCod).TextOrEmpty();
@@ -109,17 +110,18 @@ ReportTable PivotByDay(const Recordset& days, const Recordset& totals, std::vect
     const Cell value = days.At(row, kValue);
     const std::size_t column = DayColumn(days.At(row, kDay).Text(), first);
     table.rows.back().at(column) = shown(value);
-    if (kind == DayValue::kMoney) Add(day_totals.at(column), value);
+    // The total of a day is kept in whole thousandths as it grows; that of the whole table is exact.
+    if (kind == DayValue::kMoney) {
+      day_totals.at(column) = RoundHalfEven(day_totals.at(column) + Thousandths(value));
+    }
   }
   if (kind == DayValue::kText) return table;
 
   std::vector<std::string> whole(columns);
   whole[kNameColumn] = "ИТОГО";
-  std::int64_t all = 0;
-  for (int row = 1; row <= totals.RecordCount(); ++row) Add(all, totals.At(row, kValue));
-  const auto in_money = [&](std::int64_t thousandths) {
-    return format.FormatNumber(static_cast<double>(thousandths) / scale::kProd, 2);
-  };
+  double all = 0;
+  for (int row = 1; row <= totals.RecordCount(); ++row) all += Thousandths(totals.At(row, kValue));
+  const auto in_money = [&](double thousandths) { return AmountText(format, thousandths / scale::kProd); };
   whole[kTotalColumn] = in_money(all);
   for (std::size_t column = kDayColumns; column < columns; ++column) whole[column] = in_money(day_totals[column]);
   table.rows.push_back(std::move(whole));

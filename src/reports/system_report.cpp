@@ -57,7 +57,7 @@ void CardKinds(ReportLines& lines, const Figures& figures, Session& session) {
                   "WHERE PROD.SKID>0 AND PROD.REZ=DISCOUNT.REZ AND PROD.DATETIME " +
                       figures.Between() + " GROUP BY DISCOUNT.PROZ");
   const auto amount = [&](int row, int field) {
-    return PadLeftTo(AmountText(session.Format(), kinds.At(row, field).Number() / scale::kProd), 10);
+    return PadLeftTo(AmountText(session.Format(), kinds.At(row, field), scale::kProd), 10);
   };
   for (int row = 1; row <= kinds.RecordCount(); ++row) {
     const std::string proz = kinds.At(row, 1).Text();

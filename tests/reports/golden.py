@@ -299,8 +299,8 @@ class Shop:
     def shift_day(self, row, hour):
         return (datetime.datetime.fromisoformat(row["DATETIME"]) - datetime.timedelta(hours=hour)).date()
 
-    def pivot(self, first, last, hour, column, names, headers, value, with_totals):
-        """Header row and rows; `value` makes the text of some sold rows."""
+    def pivot(self, first, last, hour, column, names, headers, value, total=None):
+        """Header row and rows; `value` makes the text of some sold rows, `total` their sum where there are totals."""
         rows = self.sold(first, last, hour)
         days = self.days(first, last)
         table = [headers + [day_text(day) for day in days]]
@@ -312,17 +312,25 @@ class Shop:
                 some = [r for r in mine if self.shift_day(r, hour) == day]
                 cells.append(value(some) if some else "")
             table.append(cells)
-        if with_totals:
-            table.append(["", "", "ИТОГО", value(rows)] +
-                         [value([r for r in rows if self.shift_day(r, hour) == day]) for day in days])
+        if total:
+            whole = ["", "", "ИТОГО", value(rows)]
+            for day in days:
+                # Kept in whole thousandths while it grows from person to person.
+                grown = Decimal(0)
+                for code in codes:
+                    some = [r for r in rows if r[column] == code and self.shift_day(r, hour) == day]
+                    grown = (grown + 1000 * total(some)).quantize(Decimal(1), ROUND_HALF_EVEN)
+                whole.append(amount(grown / 1000))
+            table.append(whole)
         return table
 
     def staff(self, cashiers):
         return {row["COD"]: row["NAME"] for row in (self.cashiers if cashiers else self.waiters)}
 
     def tabel(self, first, last, hour, cashiers, before):
-        value = lambda rows: amount(self.gross(rows) if before else self.net(rows))
-        return self.pivot(first, last, hour, "PERS", self.staff(cashiers), ["№", "Код", "Имя", "СУММА"], value, True)
+        total = self.gross if before else self.net
+        value = lambda rows: amount(total(rows))
+        return self.pivot(first, last, hour, "PERS", self.staff(cashiers), ["№", "Код", "Имя", "СУММА"], value, total)
 
     def average(self, first, last, hour, cashiers, before):
         def value(rows):
@@ -331,12 +339,13 @@ class Shop:
             half_up = lambda x, places: str(x.quantize(Decimal(1).scaleb(-places), ROUND_HALF_UP))
             return half_up(Decimal(len(rows)) / orders, 1) + " * " + half_up(taken / (orders * 1000), 2)
 
-        return self.pivot(first, last, hour, "PERS", self.staff(cashiers), ["№", "Код", "Имя", "Длина*Сумма"], value, False)
+        return self.pivot(first, last, hour, "PERS", self.staff(cashiers), ["№", "Код", "Имя", "Длина*Сумма"], value)
 
     def discounts(self, first, last, hour, before):
-        value = lambda rows: amount(self.gross(rows) if before else self.net(rows))
+        total = self.gross if before else self.net
+        value = lambda rows: amount(total(rows))
         barcodes = {row["REZ"]: row["BARCODE"] for row in self.cards}
-        return self.pivot(first, last, hour, "REZ", barcodes, ["№", "Код", "Штрих", "СУММА"], value, True)
+        return self.pivot(first, last, hour, "REZ", barcodes, ["№", "Код", "Штрих", "СУММА"], value, total)
 
     def hours(self, first, last, hour, count, before=False):
         """Takings or orders by shift day and hour of the shift."""

@@ -102,9 +102,13 @@ class Reports(unittest.TestCase):
         self.check_text_reports(day("05.11.2026"), day("09.11.2026"), 8)
         self.check_text_reports(day("11.11.2026"), day("13.11.2026"), 0)
 
-    def test_text_reports_of_odd_rows(self):
+    @staticmethod
+    def add_odd_rows():
         for statement in ODD_ROWS.strip().split(";\n"):
             sql(statement)
+
+    def test_text_reports_of_odd_rows(self):
+        self.add_odd_rows()
         self.check_text_reports(day("09.11.2026"), day("10.11.2026"), 8)
         self.check_text_reports(day("09.11.2026"), day("11.11.2026"), 0)
 
@@ -181,6 +185,11 @@ class Reports(unittest.TestCase):
         self.check_tables(day("05.11.2026"), day("09.11.2026"), 8)
         self.check_tables(day("11.11.2026"), day("13.11.2026"), 0)
         self.check_tables(day("09.11.2026"), day("11.11.2026"), 23)
+
+    def test_tables_of_odd_rows(self):
+        self.add_odd_rows()
+        self.check_tables(day("09.11.2026"), day("11.11.2026"), 8)
+        self.check_tables(day("09.11.2026"), day("11.11.2026"), 0)
 
     # Stock
 
