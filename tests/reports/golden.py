@@ -138,7 +138,7 @@ class Shop:
 
         lines = ["-" * 42, "ВСЕГО (без учёта скидок): " + orders(rows) + money(self.gross(rows), rows),
                  "ВСЕГО (со скидками):      " + orders(rows) + money(self.net(rows), rows),
-                 operations("Закрыто заказов за наличн:", [r for r in closed if r["SUM2"] > 0])]
+                 operations("Закрыто заказов за наличн:", [r for r in closed if (r["SUM2"] or 0) > 0])]
         by_terminal = [r for r in closed if r["SUM2"] == 0]
         if by_terminal:
             lines.append(operations("Закрыто без опл./терминал:", by_terminal))
