@@ -23,7 +23,7 @@ std::string Figures::Between() const {
 std::string Figures::Sum(const figure::Sum& sum) const {
   const Cell cell = session_.ReadOne(Filled(sum.statement, Between())).Field(0);
   if (cell.IsNull()) return {};
-  return PadLeftTo(AmountText(session_.Format(), cell.Number() / sum.divisor), 10);
+  return PadLeftTo(AmountText(session_.Format(), cell, sum.divisor), 10);
 }
 
 int Figures::Count(const figure::Count& count) const {
@@ -42,10 +42,7 @@ int Figures::CountCardKind(const std::string& proz) const {
 std::string Figures::Pair(const figure::Pair& pair, int category, int waiter) const {
   const Recordset& sums = session_.ReadOne(Filled(pair.statement, Between(), category, waiter));
   if (sums.IsNull(1)) return {};
-  const auto amount = [&](int field) {
-    return sums.IsNull(field) ? std::string()
-                              : AmountText(session_.Format(), sums.Field(field).Number() / scale::kProd);
-  };
+  const auto amount = [&](int field) { return AmountText(session_.Format(), sums.Field(field), scale::kProd); };
   return PadLeftTo(amount(0) + PadLeftTo(amount(1), 10), 20);
 }
 

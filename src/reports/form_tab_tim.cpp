@@ -53,6 +53,7 @@ ReportTable MakeTable(const Recordset& days, const Recordset& hours, int shift_h
   for (int row = 1; row <= days.RecordCount(); ++row) {
     std::vector<std::string>& cells = table.rows.emplace_back(kHourColumns + kHours, "0");
     const auto put = [&](std::size_t column, const Cell& value) {
+      if (value.IsNull()) return;  // lines whose sum isn't known
       cells.at(column) = shown(value.Number());
       totals.at(column) += value.Number();
     };

@@ -20,8 +20,7 @@ void ListCategoryGoods(ReportLines& lines, const Figures& figures, Session& sess
                          category, figure::CodDelivery, figure::CodMusic, figures.Between()));
   for (int row = 1; row <= goods.RecordCount(); ++row) {
     const auto number = [&](int field, double divisor) {
-      const Cell sum = goods.At(row, field);
-      return sum.IsNull() ? std::string() : AmountText(session.Format(), sum.Number() / divisor);
+      return AmountText(session.Format(), goods.At(row, field), divisor);
     };
     constexpr double kKolTimesPrise = double{scale::kProd} * scale::kProd;
     lines.Line(PadRightTo(Left(goods.At(row, 0).TextOrEmpty(), width - 3), width + 1) +

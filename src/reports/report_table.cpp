@@ -5,6 +5,7 @@
 #include "core/errors.h"
 #include "core/numbers.h"
 #include "platform/text_file.h"
+#include "reports/report_text.h"
 
 namespace zrt {
 
@@ -45,6 +46,7 @@ std::map<std::string, Cell> FirstByCode(const Recordset& totals) {
 
 /// A value in thousandths grows the total of a day, which is kept whole.
 void AddWhole(std::int64_t& total, const Cell& value) {
+  if (value.IsNull()) return;  // lines whose sum isn't known
   total = static_cast<std::int64_t>(RoundHalfEven(static_cast<double>(total) + value.Number()));
 }
 
@@ -53,7 +55,8 @@ void AddWhole(std::int64_t& total, const Cell& value) {
 double GrandTotal(const Recordset& totals) {
   std::int64_t millionths = 0;
   for (int row = 1; row <= totals.RecordCount(); ++row) {
-    millionths += static_cast<std::int64_t>(RoundHalfEven(totals.At(row, kValue).Number() * scale::kProd));
+    const Cell total = totals.At(row, kValue);
+    if (!total.IsNull()) millionths += static_cast<std::int64_t>(RoundHalfEven(total.Number() * scale::kProd));
   }
   return static_cast<double>(millionths) / scale::kProd;
 }
@@ -96,7 +99,7 @@ Workbook MakeWorkbook(const std::vector<std::string>& titles, const ReportTable&
 ReportTable PivotByDay(const Recordset& days, const Recordset& totals, std::vector<std::string> headers,
                        const Date& first, const Date& last, DayValue kind, const RegionalFormat& format) {
   const auto shown = [&](const Cell& value) {
-    return kind == DayValue::kText ? value.TextOrEmpty() : format.FormatNumber(value.Number() / scale::kProd, 2);
+    return kind == DayValue::kText ? value.TextOrEmpty() : AmountText(format, value, scale::kProd);
   };
   ReportTable table;
   table.headers = std::move(headers);

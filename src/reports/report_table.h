@@ -35,13 +35,13 @@ Workbook MakeWorkbook(const std::vector<std::string>& titles, const ReportTable&
 
 /// What the cells of a table with a column for each shift day hold.
 enum class DayValue {
-  kMoney,  ///< thousandths, shown with two decimals; the days and the whole are totalled
+  kMoney,  ///< thousandths, shown with two decimals; the days, rounded to thousandths, and the whole are totalled
   kText,   ///< texts as the server joined them, without totals
 };
 
 /// The table with a row for each code and a column for each shift day of [first, last): "№", code, name, total, days.
 /// `days` holds the code, the name, the day as dd.mm.yyyy and the value, `totals` the same without regard to the day.
-/// `headers` are those of the first four columns. Throws TypeMismatch where a value is missing.
+/// `headers` are those of the first four columns. A value that is missing leaves its cell empty.
 ReportTable PivotByDay(const Recordset& days, const Recordset& totals, std::vector<std::string> headers,
                        const Date& first, const Date& last, DayValue kind, const RegionalFormat& format);
 

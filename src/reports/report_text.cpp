@@ -25,6 +25,10 @@ std::string AmountText(const RegionalFormat& format, double value) {
   return format.FormatNumber(value, 2);
 }
 
+std::string AmountText(const RegionalFormat& format, const Cell& sum, double divisor) {
+  return sum.IsNull() ? std::string() : AmountText(format, sum.Number() / divisor);
+}
+
 void ReportLines::Line(std::string text) {
   list_.AddItem(std::move(text));
   list_.Repaint();

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "core/recordset.h"
 #include "core/regional_format.h"
 #include "ui/controls.h"
 
@@ -22,6 +23,9 @@ std::string PadRightTo(std::string_view text, std::size_t width);
 
 /// An amount in the text reports: two decimals in the regional format, grouping included.
 std::string AmountText(const RegionalFormat& format, double value);
+
+/// The same of a sum that the server returned in parts of which `divisor` make one; "" where nothing was summed.
+std::string AmountText(const RegionalFormat& format, const Cell& sum, double divisor);
 
 /// Writes a report line by line into a list that the operator sees growing.
 class ReportLines {
