@@ -18,6 +18,11 @@ namespace {
 constexpr Colour kHoldsProducts = 49152;
 constexpr int kButtonsPerLevel = 100;
 
+/// What a panel without a name is called; `panel` counts from 0 through both menus.
+std::string Numbered(std::size_t panel) {
+  return fmt::format("Панель № {}", panel % kPanelsPerMenu + 1);
+}
+
 /// A button's number is its level and its panel.
 int LevelOf(int number) {
   return number / kButtonsPerLevel;
@@ -81,6 +86,8 @@ FormCopy::FormCopy(Desktop& desktop, Session& session, const DriveMap& drives)
       };
     }
   }
+  // No question may ask about a panel that it doesn't name, even if the names can't be read.
+  for (std::size_t panel = 0; panel < names_.size(); ++panel) names_[panel] = Numbered(panel);
   CmrRefr.Click = [this] { PaintPanButtons(); };
   CmdExportMenu.Click = [this] { CmdExportMenu_Click(); };
   CmdImportMenu.Click = [this] { CmdImportMenu_Click(); };
@@ -105,8 +112,7 @@ void FormCopy::NamePanels() {
     }
   }
   for (std::size_t panel = 0; panel < names_.size(); ++panel) {
-    names_[panel] =
-        stored[panel].empty() ? fmt::format("Панель № {}", panel % kPanelsPerMenu + 1) : std::move(stored[panel]);
+    names_[panel] = stored[panel].empty() ? Numbered(panel) : std::move(stored[panel]);
     LabelPan[panel].Caption = "  " + names_[panel];
     LabelPan[panel].ToolTipText = names_[panel];
   }

@@ -91,6 +91,8 @@ PanelTab::PanelTab(Form& form, Session& session, FormCopy& copying)
   CmdName.Click = [this] { CmdName_Click(); };
   CmdClrAll.Click = [this] { CmdClrAll_Click(); };
   CmdCopyAll.Click = [this] { CmdCopyAll_Click(); };
+  // What was copied or loaded there is seen here at once, also when that window came up with a failure.
+  copying_.Deactivate = [this] { LoadPanelKeys(PanelNo, LevelNo, Place()); };
 }
 
 void PanelTab::NamePanels() {
@@ -430,8 +432,6 @@ void PanelTab::CmdClrAll_Click() {
 void PanelTab::CmdCopyAll_Click() {
   if (form_.TheDesktop().InputBox("Введите пароль администратора:") != kAdministratorPassword) return;
   copying_.ShowModal();
-  // What was copied or loaded there is seen here at once.
-  LoadPanelKeys(PanelNo, LevelNo, Place());
 }
 
 }  // namespace zrt

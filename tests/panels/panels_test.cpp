@@ -547,6 +547,21 @@ TEST_F(Panels, LevelsAreCopiedWholeAndShownByTheirButtons) {
   });
 }
 
+/// The window for copying that couldn't read the names works all the same, and the editor shows what was copied.
+TEST_F(Panels, CopyingGoesOnWithoutTheNames) {
+  database_.Sql("UPDATE HOTKEYS SET CODE=10 WHERE ID=1331");
+  desktop_.ExpectInput("Введите пароль администратора:", "357218");
+  desktop_.ExpectRuntimeError();
+  faults_.FailAt(1);
+  Do([&] { Tab().CmdCopyAll.UserClick(); });
+  FormCopy& form = app_->PanelCopy;
+  ASSERT_TRUE(form.IsVisible());
+  desktop_.Expect("Дублировать все данные \n\rиз панели Панель № 1 уровень 2\n\rв панель Панель № 1 уровень 1 ?");
+  Do([&] { form.CmdPan[1][12].UserDrag(form.CmdPan[0][0]); });
+  Do([&] { form.Hide(); });
+  EXPECT_EQ(KeyOf(1).Caption(), "10");
+}
+
 TEST_F(Panels, TheLayoutGoesThroughTheFileAndBack) {
   // Every key of both menus has a product of its own, but for a few.
   database_.Sql("UPDATE HOTKEYS SET CODE=ID*7 WHERE ID MOD 5 <> 0");
