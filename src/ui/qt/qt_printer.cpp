@@ -6,7 +6,9 @@
 #include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <QPrinterInfo>
+#include <optional>
 
+#include "core/errors.h"
 #include "ui/qt/qt_text.h"
 
 namespace zrt {
@@ -37,6 +39,10 @@ void PaintJob(const PrintJob& job, QPrinter& paper) {
   paper.setFullPage(true);
   paper.setDocName(ToQt(job.title));
   QPainter painter(&paper);
+  if (!painter.isActive()) {
+    const QString file = paper.outputFileName();
+    throw FileError((file.isEmpty() ? paper.printerName() : file).toStdString(), "can't be printed on");
+  }
   painter.setFont(PrintFont(job.points, paper));
   const double dots_per_twip = static_cast<double>(paper.resolution()) / kTwipsPerInch;
   const double line_height = job.points * kTwipsPerPoint * 1.15 * dots_per_twip;
@@ -64,10 +70,18 @@ void QtPrinter::Print(const PrintJob& job) {
   QPrintPreviewDialog preview(&paper, owner);
   constexpr QSize kRoom(800, 680);
   preview.resize(kRoom);
-  QObject::connect(&preview, &QPrintPreviewDialog::paintRequested,
-                   [&job](QPrinter* target) { PaintJob(job, *target); });
+  // A failure waits for the end of the preview: none may leave through the dialog that asks for the pages.
+  std::optional<FileError> failure;
+  QObject::connect(&preview, &QPrintPreviewDialog::paintRequested, [&](QPrinter* target) {
+    try {
+      PaintJob(job, *target);
+    } catch (const FileError& error) {
+      failure = error;
+    }
+  });
   preview.exec();
   if (owner != nullptr) owner->activateWindow();
+  if (failure) throw *failure;
 }
 
 }  // namespace zrt

@@ -8,6 +8,7 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
+#include "core/errors.h"
 #include "ui/qt/qt_printer.h"
 
 namespace zrt {
@@ -78,6 +79,18 @@ TEST(Paper, ALongReportTakesAsManyPagesAsItNeedsAndLosesNoLine) {
     EXPECT_EQ(words[i].text.toStdString(), "line" + std::to_string(i));
     EXPECT_LT(words[i].top, 842 - 36 - 10) << i;  // above the lower margin of A4
     EXPECT_GE(words[i].top, 36 - 2) << i;
+  }
+}
+
+TEST(Paper, APlaceThatCannotBeWrittenIsNamed) {
+  QPrinter paper(QPrinter::HighResolution);
+  paper.setOutputFormat(QPrinter::PdfFormat);
+  paper.setOutputFileName("/no/such/folder/job.pdf");
+  try {
+    PaintJob({"Отчёт", 10, {{{0, "строка"}}}}, paper);
+    FAIL() << "nothing was said";
+  } catch (const FileError& error) {
+    EXPECT_EQ(error.Path(), "/no/such/folder/job.pdf");
   }
 }
 
