@@ -17,7 +17,7 @@ constexpr const char* kTurnover =
     "GROUP "
     "BY REGISTR.COD,REGISTR.DOCTYP ORDER BY REGISTR.COD";
 
-/// Columns of a movement, in the order of the tables.
+/// Columns of a movement, in the order of the tables, and none of them.
 enum Movement : std::size_t { kIncome, kSales, kOtherOut, kNone };
 
 /// REGISTR.DOCTYP, the name of the document and where its quantity goes. What leaves stock is negative there. An
@@ -32,8 +32,8 @@ constexpr std::array kKinds = {
     DocumentKind{0, "Дневной Отчёт", kSales}, DocumentKind{1, "Приходная накладная", kIncome},
     DocumentKind{2, "Расходная накладная", kSales}, DocumentKind{3, "Списание товара", kOtherOut},
     DocumentKind{4, "ИНВЕНТАРИЗАЦИЯ", kIncome, true},
-    // Transfers reach the register and move goods too: without them the balance at the end
-    // wouldn't follow from the one at the start.
+    // Transfers reach the register and move goods too: without them the balance at the end wouldn't follow from the one
+    // at the start.
     DocumentKind{6, "Перемещение ПРИХОД", kIncome}, DocumentKind{7, "Перемещение РАСХОД", kOtherOut}};
 constexpr DocumentKind kUnknownKind{-1, "", kNone};
 
