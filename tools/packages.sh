@@ -3,7 +3,7 @@
 # The server's core alone: the full package would bring up a database server of the machine's own.
 build_packages=(g++ cmake ninja-build ccache pkg-config libfmt-dev libpugixml-dev unixodbc-dev qt6-base-dev
   libgtest-dev libbenchmark-dev libmariadb-dev
-  libxlsxwriter-dev)
+  libxlsxwriter-dev libzip-dev libexpat1-dev)
 run_packages=(mariadb-server-core mariadb-client-core odbc-mariadb qt6-translations-l10n fonts-liberation xvfb xauth
   imagemagick x11-utils)
 test_packages=(dbus dbus-x11 at-spi2-core python3 python3-pyatspi gir1.2-atspi-2.0 xdotool openbox poppler-utils)

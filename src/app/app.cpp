@@ -17,6 +17,9 @@ App::App(Desktop& desktop, const Clock& clock, const DriveMap& drives, AppSettin
       DelChek(desktop, TheSession),
       PanelCopy(desktop, TheSession, drives),
       Reports(desktop, TheSession, Stock, Picker, drives, settings.printer, settings.spreadsheet),
+      Exchange(desktop, TheSession, drives, settings.executable),
+      Import(desktop, TheSession, Stock, drives),
+      LineExport(desktop, TheSession, drives),
       Main(desktop, TheSession, Stock, drives, settings.executable,
            {.About = About,
             .ProductCard = ProductCard,
@@ -27,7 +30,9 @@ App::App(Desktop& desktop, const Clock& clock, const DriveMap& drives, AppSettin
             .ClearLite = ClearLite,
             .DelChek = DelChek,
             .PanelCopy = PanelCopy,
-            .Reports = Reports},
+            .Reports = Reports,
+            .Exchange = Exchange,
+            .Import = Import},
            [this] { ShutdownApplication(); }),
       Splash(desktop, TheSession, drives, settings.executable, Main),
       desktop_(desktop) {
@@ -35,8 +40,18 @@ App::App(Desktop& desktop, const Clock& clock, const DriveMap& drives, AppSettin
   ProductCard.ShowSaved = {[this](const std::string& name) { Main.Catalogue.ShowProduct(name); },
                            [this](const std::string& name) { Picker.ShowProduct(name); }};
   Picker.DeleteProduct = [this](std::int32_t cod) { Main.Catalogue.DeleteProduct(cod); };
-  DiscountCard.CardSaved = [this](const std::string& barcode) { Main.Cards.ShowCard(barcode); };
-  desktop_.OnUserAction = [this] { TheSession.MainConnection.AllowReopen(); };
+  DiscountCard.CardSaved = [this](std::int16_t rez, const std::string& barcode) { Main.Cards.ShowCard(rez, barcode); };
+  Exchange.CloseProgram = [this] { Main.Close(); };
+  Import.ProductsChanged = [this] { Main.Catalogue.RequeryProducts(); };
+  Import.LinesChanged = [this](int mode) { DocumentOf(mode).RefreshLines(); };
+  StockDocuments.Inventory.LoadCounts = [this] { Import.Open(frmImpTov::kInventory); };
+  StockDocuments.TransferIn.LoadFromFile = [this] { Import.Open(frmImpTov::kTransferIn); };
+  StockDocuments.TransferOut.LoadFromFile = [this] { Import.Open(frmImpTov::kTransferOut); };
+  StockDocuments.Inventory.ExportLines = [this](const Recordset& lines) { LineExport.Open(lines); };
+  desktop_.OnUserAction = [this] {
+    TheSession.MainConnection.AllowReopen();
+    TheSession.ConnReserve.AllowReopen();
+  };
   desktop_.OnRuntimeError = [this] {
     if (!started_) desktop_.Quit(1);
   };
@@ -54,6 +69,17 @@ App::~App() {
 
 void App::Start() {
   desktop_.UserAction([this] { Splash.Show(); });
+}
+
+DocumentForm& App::DocumentOf(int import_mode) {
+  switch (import_mode) {
+    case frmImpTov::kTransferIn:
+      return StockDocuments.TransferIn;
+    case frmImpTov::kTransferOut:
+      return StockDocuments.TransferOut;
+    default:
+      return StockDocuments.Inventory;
+  }
 }
 
 void App::ShutdownApplication() {

@@ -7,6 +7,9 @@
 #include "app/frm_splash1.h"
 #include "core/session.h"
 #include "documents/documents.h"
+#include "exchange/frm_exp_imp.h"
+#include "exchange/frm_exp_tov.h"
+#include "exchange/frm_imp_tov.h"
 #include "panels/form_copy.h"
 #include "platform/drive_map.h"
 #include "platform/printer.h"
@@ -60,10 +63,16 @@ class App {
   frmDelChek DelChek;
   FormCopy PanelCopy;
   ReportScreens Reports;
+  frmExpImp Exchange;
+  frmImpTov Import;
+  frmExpTov LineExport;
   Form2 Main;
   frmSplash1 Splash;
 
  private:
+  /// The document that lines are loaded into.
+  DocumentForm& DocumentOf(int import_mode);
+
   /// Unloads every other form, closes the connections, releases the command and the recordsets, in this order.
   void ShutdownApplication();
 

@@ -69,6 +69,8 @@ Form2::Form2(Desktop& desktop, Session& session, ModuleReg& stock, const DriveMa
     Catalogue.TextFind[1].SetFocus();
   };
   Panels.ClearSearch = [this] { Catalogue.TextFind[1].Text = ""; };
+  Catalogue.ImportProducts = [this] { screens_.Import.Open(frmImpTov::kCatalogue); };
+  mnuExport.Click = [this] { screens_.Exchange.Show(); };
   mnuAbout.Click = [this] { screens_.About.Show(); };
   KassaLite.CmdDelProdLite.Click = [this] { screens_.ClearLite.Open(); };
   mnuSystem.Click = [this] { screens_.Reports.TextReports.Show(); };
@@ -82,7 +84,7 @@ Form2::Form2(Desktop& desktop, Session& session, ModuleReg& stock, const DriveMa
 }
 
 void Form2::Form_Load() {
-  session_.StoredDate = session_.TheClock().Now().date;
+  session_.StartDay = session_.StoredDate = session_.TheClock().Now().date;
   const std::string today = session_.Format().DateText(session_.StoredDate);
   Sales.TextDate.Caption = today;
   KassaLite.TextDateLite.Caption = today;

@@ -6,6 +6,8 @@
 
 #include "core/session.h"
 #include "documents/journal_tab.h"
+#include "exchange/frm_exp_imp.h"
+#include "exchange/frm_imp_tov.h"
 #include "panels/form_copy.h"
 #include "panels/panel_tab.h"
 #include "platform/drive_map.h"
@@ -35,6 +37,8 @@ class Form2 final : public Form {
     frmDelChek& DelChek;
     FormCopy& PanelCopy;
     ReportScreens& Reports;
+    frmExpImp& Exchange;
+    frmImpTov& Import;
   };
 
   /// `drives`: where files go. `executable`: file name of this program, the window's title. `shutdown` runs when the

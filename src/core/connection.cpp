@@ -152,6 +152,20 @@ std::string Connection::ServerVersion() const {
   return version.data();
 }
 
+bool Connection::KnowsSource(const std::string& name) {
+  const OdbcHandle environment(SQL_HANDLE_ENV, nullptr);
+  SQLSetEnvAttr(environment.Get(), SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0);
+  std::array<SQLCHAR, 256> source{};
+  std::array<SQLCHAR, 256> driver{};
+  SQLSMALLINT length = 0;
+  for (SQLUSMALLINT direction = SQL_FETCH_FIRST; SQL_SUCCEEDED(SQLDataSources(
+           environment.Get(), direction, source.data(), source.size(), &length, driver.data(), driver.size(), &length));
+       direction = SQL_FETCH_NEXT) {
+    if (ToLower(FromWindows1251(reinterpret_cast<const char*>(source.data()))) == ToLower(name)) return true;
+  }
+  return false;
+}
+
 void Connection::SetFaultSource(FaultSource* faults) {
   impl_->faults = faults;
 }

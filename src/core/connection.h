@@ -60,6 +60,9 @@ class Connection {
   /// The server's version as "10.11.6", asked without a statement. Empty when not open.
   std::string ServerVersion() const;
 
+  /// Does the machine's ODBC configuration hold a data source of that name (UTF-8, case ignored)?
+  static bool KnowsSource(const std::string& name);
+
   /// Tests hang their fault source in here; nullptr takes it out. Not owned.
   void SetFaultSource(FaultSource* faults);
 

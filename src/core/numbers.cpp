@@ -1,10 +1,12 @@
 #include "core/numbers.h"
 
+#include <charconv>
 #include <cmath>
 #include <limits>
 #include <string>
 
 #include "core/errors.h"
+#include "core/text.h"
 
 namespace zrt {
 namespace {
@@ -36,6 +38,15 @@ std::int16_t ToInt16(double value) {
 }
 std::int32_t ToInt32(double value) {
   return Convert<std::int32_t>(value);
+}
+
+std::optional<std::int32_t> WholeNumber(std::string_view text) {
+  const std::string trimmed = Trim(text);
+  std::int32_t number = 0;
+  const char* end = trimmed.data() + trimmed.size();
+  const auto [stopped, error] = std::from_chars(trimmed.data(), end, number);
+  if (error != std::errc() || stopped != end) return std::nullopt;
+  return number;
 }
 
 }  // namespace zrt

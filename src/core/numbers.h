@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <string_view>
 
 // Every stored number that the program scales, and the conversions between the stored and the shown form. Money and
 // quantities are integers in the scale of their column; the scale differs from table to table.
@@ -27,5 +29,9 @@ double RoundHalfEven(double value);
 std::uint8_t ToByte(double value);
 std::int16_t ToInt16(double value);
 std::int32_t ToInt32(double value);
+
+/// The whole number that a text is, with blanks around and a minus at most; nothing for any other text and for one that
+/// 32 bits don't hold.
+std::optional<std::int32_t> WholeNumber(std::string_view text);
 
 }  // namespace zrt

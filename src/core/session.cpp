@@ -1,5 +1,9 @@
 #include "core/session.h"
 
+#include <fmt/format.h>
+
+#include <utility>
+
 #include "core/errors.h"
 
 namespace zrt {
@@ -15,8 +19,8 @@ DatabaseError NoConnection() {
 }  // namespace
 
 std::string MainConnectionString(const DatabaseAddress& address) {
-  return "driver={MySQL ODBC 8.0 ANSI Driver}; server=" + address.host + "; uid=" + address.account +
-         "; pwd=41730926; database=" + address.schema + "; charset=latin1";
+  return fmt::format("driver={{{}}}; server={}; uid={}; pwd=41730926; database={}; charset=latin1", kDatabaseDriver,
+                     address.host, address.account, address.schema);
 }
 
 Session::Session(DatabaseAddress address, const Clock& clock, RegionalFormat format)
@@ -32,6 +36,7 @@ void Session::Connect() {
 
 void Session::Disconnect() {
   MainConnection.Close();
+  if (std::exchange(ConnReserveOpen, false)) ConnReserve.Close();
   command_.reset();
   pool_.reset();
 }

@@ -25,6 +25,9 @@ struct DatabaseAddress {
 /// Asked for before anything is cleared wholesale.
 inline constexpr std::string_view kAdministratorPassword = "357218";
 
+/// The driver's name in the machine's ODBC configuration, for both servers.
+inline constexpr std::string_view kDatabaseDriver = "MySQL ODBC 8.0 ANSI Driver";
+
 /// The connection string of the main database: these fields, in this order.
 std::string MainConnectionString(const DatabaseAddress& address);
 
@@ -63,13 +66,17 @@ class Session {
   /// only after a success.
   void Connect();
 
-  /// Closes the connection, then releases the command and every recordset of the pool. Harmless when repeated.
+  /// Closes the connection, then that of the reserve server if it is open, then releases the command and every
+  /// recordset of the pool. Harmless when repeated.
   void Disconnect();
 
   bool IsConnected() const { return pool_ != nullptr; }
 
   Connection MainConnection;
-  std::string SqlText;  ///< the statement being built
+  Connection ConnReserve;           ///< the reserve server's; opened by the operator, only written to
+  Command CmdReserve{ConnReserve};  ///< its command
+  bool ConnReserveOpen = false;     ///< the reserve server has been connected
+  std::string SqlText;              ///< the statement being built
 
   /// Throw DatabaseError when there is no connection: a step that needs the database fails then.
   Command& MainCommand();
@@ -100,7 +107,8 @@ class Session {
   bool PeriodAll = false;           ///< the whole stored period instead of one shift
   int ExciseFilter = 0;             ///< 0 all, 1 alcohol, 2 cigarettes, 3 no excise
   Shift ShiftPeriod;                ///< ShiftFrom, ShiftTo, ShiftTimeText
-  Date StoredDate;                  ///< the start's day; the calendars overwrite it with the day picked
+  Date StartDay;                    ///< the day on which the program was started
+  Date StoredDate;                  ///< the day picked last in a calendar, the start's day before that
   bool IsReserveCopy = false;       ///< this database holds the reserve copy (CONST row 6, N6 isn't NULL)
   std::string UdlPath;              ///< data link file of this installation, from the settings file
   std::string ReportFolder = "C:\\Korvina\\Report\\";

@@ -37,15 +37,19 @@ char32_t TakeCharacter(std::string_view& rest) {
   return code;
 }
 
-/// Appends a character of the basic plane; every character of windows-1251 lies in it.
-void AppendCharacter(std::string& out, char16_t code) {
+void AppendCharacter(std::string& out, char32_t code) {
   if (code < 0x80) {
     out += static_cast<char>(code);
   } else if (code < 0x800) {
     out += static_cast<char>(0xC0 | (code >> 6));
     out += static_cast<char>(0x80 | (code & 0x3F));
-  } else {
+  } else if (code < 0x10000) {
     out += static_cast<char>(0xE0 | (code >> 12));
+    out += static_cast<char>(0x80 | ((code >> 6) & 0x3F));
+    out += static_cast<char>(0x80 | (code & 0x3F));
+  } else {
+    out += static_cast<char>(0xF0 | (code >> 18));
+    out += static_cast<char>(0x80 | ((code >> 12) & 0x3F));
     out += static_cast<char>(0x80 | ((code >> 6) & 0x3F));
     out += static_cast<char>(0x80 | (code & 0x3F));
   }
@@ -88,6 +92,33 @@ std::string FromWindows1251(std::string_view bytes) {
   return text;
 }
 
+std::string FromUtf16(std::string_view bytes, bool big_endian) {
+  const auto unit = [&](std::size_t at) {
+    const auto first = static_cast<unsigned char>(bytes[at]);
+    const auto second = static_cast<unsigned char>(bytes[at + 1]);
+    return static_cast<char32_t>(big_endian ? first << 8 | second : second << 8 | first);
+  };
+  const auto is_high = [](char32_t code) { return code >= 0xD800 && code < 0xDC00; };
+  const auto is_low = [](char32_t code) { return code >= 0xDC00 && code < 0xE000; };
+  std::string text;
+  for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {
+    char32_t code = unit(at);
+    if (is_high(code) && at + 3 < bytes.size() && is_low(unit(at + 2))) {
+      at += 2;
+      code = 0x10000 + ((code - 0xD800) << 10) + (unit(at) - 0xDC00);
+    }
+    AppendCharacter(text, is_high(code) || is_low(code) ? U'?' : code);
+  }
+  return text;
+}
+
+bool IsUtf8(std::string_view text) {
+  while (!text.empty()) {
+    if (TakeCharacter(text) == kMalformed) return false;
+  }
+  return true;
+}
+
 std::size_t Length(std::string_view text) {
   std::size_t count = 0;
   for (; !text.empty(); ++count) TakeCharacter(text);
@@ -124,7 +155,7 @@ std::string ToLower(std::string_view text) {
     if (lowered == code) {
       lower += before.substr(0, before.size() - text.size());  // malformed bytes and the higher planes stay as they are
     } else {
-      AppendCharacter(lower, static_cast<char16_t>(lowered));
+      AppendCharacter(lower, lowered);
     }
   }
   return lower;

@@ -15,6 +15,12 @@ std::string ToWindows1251(std::string_view utf8);
 /// there and back.
 std::string FromWindows1251(std::string_view bytes);
 
+/// UTF-16 bytes, without a mark, to UTF-8; half of a pair becomes '?', an odd last byte is dropped.
+std::string FromUtf16(std::string_view bytes, bool big_endian = false);
+
+/// Is the text UTF-8 throughout? One of Cyrillic letters in windows-1251 never is.
+bool IsUtf8(std::string_view text);
+
 /// Number of characters of a UTF-8 text.
 std::size_t Length(std::string_view text);
 

@@ -37,6 +37,8 @@ frmDocIN::frmDocIN(Desktop& desktop, const DocumentServices& services)
   CmdDat.Click = [this] { CmdDat_Click(); };
   CmdClear.Click = [this] { CmdClear_Click(); };
   CmdClearFakt.Click = [this] { CmdClearFakt_Click(); };
+  CmdDownlFakt.Click = [this] { LoadCounts(); };
+  CmdExportFakt.Click = [this] { ExportLines(lines_); };
   Complete();
 }
 

@@ -21,6 +21,10 @@ class frmDocIN final : public DocumentForm {
   Label LblOst{*this, "LblOst"};
   Label LblOstR{*this, "LblOstR"};
 
+  /// Loads counts from a file into a new document, and writes the counted lines into one; set by who knows the screens.
+  std::function<void()> LoadCounts;
+  std::function<void(const Recordset& lines)> ExportLines;
+
   void BroadcastReciever(std::int32_t cod, std::int32_t kol, std::int32_t price) override;
   /// Four results, in thousandths as they are shown; that in retail prices is the document's sum.
   void SumRefresh() override;

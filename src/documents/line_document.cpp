@@ -187,13 +187,24 @@ frmDocSP::frmDocSP(Desktop& desktop, const DocumentServices& services)
   Complete();
 }
 
+TransferDocument::TransferDocument(Desktop& desktop, const DocumentKind& kind, const DocumentServices& services,
+                                   const LineRules& rules)
+    : LineDocument(desktop, kind, services, rules) {
+  CmdDownl.Click = [this] { LoadFromFile(); };
+}
+
+void TransferDocument::RunIndicator(bool run) {
+  LineDocument::RunIndicator(run);
+  CmdDownl.Enabled = !run;
+}
+
 frmDocPERplus::frmDocPERplus(Desktop& desktop, const DocumentServices& services)
-    : LineDocument(desktop, kDocumentKinds[kind::kTransferIn], services, kTransferInRules) {
+    : TransferDocument(desktop, kDocumentKinds[kind::kTransferIn], services, kTransferInRules) {
   Complete();
 }
 
 frmDocPERmin::frmDocPERmin(Desktop& desktop, const DocumentServices& services)
-    : LineDocument(desktop, kDocumentKinds[kind::kTransferOut], services, kTransferOutRules) {
+    : TransferDocument(desktop, kDocumentKinds[kind::kTransferOut], services, kTransferOutRules) {
   Complete();
 }
 

@@ -68,16 +68,29 @@ class frmDocSP final : public LineDocument {
   frmDocSP(Desktop& desktop, const DocumentServices& services);
 };
 
-class frmDocPERplus final : public LineDocument {
+/// Goods that move between two points, which know nothing of each other but a file.
+class TransferDocument : public LineDocument {
  public:
-  frmDocPERplus(Desktop& desktop, const DocumentServices& services);
   Button CmdDownl{*this, "CmdDownl"};
+
+  /// Loads lines from a file into the open document; set by who knows the screens.
+  std::function<void()> LoadFromFile;
+
+ protected:
+  TransferDocument(Desktop& desktop, const DocumentKind& kind, const DocumentServices& services,
+                   const LineRules& rules);
+  /// Lines loaded into a posted document would be lost with its window.
+  void RunIndicator(bool run) override;
 };
 
-class frmDocPERmin final : public LineDocument {
+class frmDocPERplus final : public TransferDocument {
+ public:
+  frmDocPERplus(Desktop& desktop, const DocumentServices& services);
+};
+
+class frmDocPERmin final : public TransferDocument {
  public:
   frmDocPERmin(Desktop& desktop, const DocumentServices& services);
-  Button CmdDownl{*this, "CmdDownl"};
 };
 
 }  // namespace zrt

@@ -1,11 +1,11 @@
 #include "panels/form_copy.h"
 
-#include <charconv>
 #include <filesystem>
 #include <optional>
 #include <system_error>
 
 #include "core/errors.h"
+#include "core/numbers.h"
 #include "core/text.h"
 #include "panels/panel_layout.h"
 #include "platform/text_file.h"
@@ -26,25 +26,21 @@ int PanelOf(int number) {
   return number % kButtonsPerLevel;
 }
 
+/// Name of a panel without one; `panel` counts from 0 through both menus.
+std::string Numbered(std::size_t panel) {
+  return fmt::format("Панель № {}", panel % kPanelsPerMenu + 1);
+}
+
 struct LayoutLine {
   std::int32_t id;
   std::int32_t code;
 };
 
-std::optional<std::int32_t> DecimalNumber(std::string_view text) {
-  const std::string trimmed = Trim(text);
-  std::int32_t number = 0;
-  const char* end = trimmed.data() + trimmed.size();
-  const auto [stopped, error] = std::from_chars(trimmed.data(), end, number);
-  if (error != std::errc() || stopped != end) return std::nullopt;
-  return number;
-}
-
 std::optional<LayoutLine> ReadLine(std::string_view text) {
   const std::size_t comma = text.find(',');
   if (comma == std::string_view::npos) return std::nullopt;
-  const std::optional<std::int32_t> id = DecimalNumber(text.substr(0, comma));
-  const std::optional<std::int32_t> code = DecimalNumber(text.substr(comma + 1));
+  const std::optional<std::int32_t> id = WholeNumber(text.substr(0, comma));
+  const std::optional<std::int32_t> code = WholeNumber(text.substr(comma + 1));
   if (!id || !code) return std::nullopt;
   return LayoutLine{*id, *code};
 }
@@ -68,6 +64,9 @@ std::vector<LayoutLine> ReadLayout(const DriveMap& drives) {
 FormCopy::FormCopy(Desktop& desktop, Session& session, const DriveMap& drives)
     : Form(desktop, "FormCopy"), session_(session), drives_(drives) {
   Activate = [this] { Form_Activate(); };
+  Deactivate = [this] {
+    if (LayoutLeft) LayoutLeft();
+  };
   KeyDown = [this](Key& key) {
     if (key.code == Key::kEscape) Hide();
   };
@@ -84,6 +83,8 @@ FormCopy::FormCopy(Desktop& desktop, Session& session, const DriveMap& drives)
   CmrRefr.Click = [this] { PaintPanButtons(); };
   CmdExportMenu.Click = [this] { CmdExportMenu_Click(); };
   CmdImportMenu.Click = [this] { CmdImportMenu_Click(); };
+  // For the question of a copy, should the names never be read.
+  for (std::size_t panel = 0; panel < names_.size(); ++panel) names_[panel] = Numbered(panel);
   Complete();
 }
 
@@ -105,8 +106,7 @@ void FormCopy::NamePanels() {
     }
   }
   for (std::size_t panel = 0; panel < names_.size(); ++panel) {
-    names_[panel] =
-        stored[panel].empty() ? fmt::format("Панель № {}", panel % kPanelsPerMenu + 1) : std::move(stored[panel]);
+    names_[panel] = stored[panel].empty() ? Numbered(panel) : std::move(stored[panel]);
     LabelPan[panel].Caption = "  " + names_[panel];
     LabelPan[panel].ToolTipText = names_[panel];
   }
@@ -145,7 +145,12 @@ void FormCopy::CmdPan_DragDrop(int source, int target) {
       fmt::format("Дублировать все данные \n\rиз панели {} уровень {}\n\rв панель {} уровень {} ?", name(source),
                   LevelOf(source), name(target), LevelOf(target));
   if (TheDesktop().MsgBox(question, BoxIcon::kQuestion, BoxButtons::kOkCancel) != BoxAnswer::kOk) return;
-  CopyPanelLevel(source, target);
+  try {
+    CopyPanelLevel(source, target);
+  } catch (const DatabaseError&) {
+    PaintPanButtons();
+    throw;
+  }
   PaintPanButtons();
 }
 
@@ -178,12 +183,18 @@ void FormCopy::CmdImportMenu_Click() {
   // A file that can't be read, or has a broken line, ends here while the layout is as it was. Once the keys are emptied
   // only the server can fail: the lines before stay loaded then, and the same file can be loaded again.
   const std::vector<LayoutLine> layout = ReadLayout(drives_);
-  session_.Write("UPDATE HOTKEYS SET CODE=0 WHERE ID>100");
-  for (const LayoutLine& line : layout) {
-    session_.Write(fmt::format("UPDATE HOTKEYS SET CODE={} WHERE ID={}", line.code, line.id));
+  try {
+    session_.Write("UPDATE HOTKEYS SET CODE=0 WHERE ID>100");
+    for (const LayoutLine& line : layout) {
+      session_.Write(fmt::format("UPDATE HOTKEYS SET CODE={} WHERE ID={}", line.code, line.id));
+    }
+  } catch (const DatabaseError&) {
+    PaintPanButtons();
+    throw;
   }
-  PaintPanButtons();
+  // The message first: a failure to paint would keep it from an operator whose layout is loaded.
   TheDesktop().MsgBox(fmt::format("Загружена раскладка меню из файла '{}'", kLayoutFile));
+  PaintPanButtons();
 }
 
 }  // namespace zrt

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -19,6 +20,9 @@ inline constexpr std::string_view kLayoutFile = "C:/Korvina/hotkeys.txt";
 class FormCopy final : public Form {
  public:
   FormCopy(Desktop& desktop, Session& session, const DriveMap& drives);
+
+  /// The form was left, however it had come up: the layout may have changed.
+  std::function<void()> LayoutLeft;
 
   /// A button for each level of each panel, named by level*100 + the table's number of the panel: CmdPan_101 to
   /// CmdPan_324. Level l of panel p stands at [l-1][p-1].

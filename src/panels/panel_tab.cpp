@@ -91,16 +91,22 @@ PanelTab::PanelTab(Form& form, Session& session, FormCopy& copying)
   CmdName.Click = [this] { CmdName_Click(); };
   CmdClrAll.Click = [this] { CmdClrAll_Click(); };
   CmdCopyAll.Click = [this] { CmdCopyAll_Click(); };
+  // What was copied or loaded there is seen here at once.
+  copying_.LayoutLeft = [this] { LoadPanelKeys(PanelNo, LevelNo, Place()); };
 }
 
 void PanelTab::NamePanels() {
-  for (std::size_t panel = 1; panel <= Option1.size(); ++panel) NamePanel(panel, {});
+  NumberPanels();
   try {
     NamePanelsBy("SELECT COD, T9 FROM CONST WHERE COD BETWEEN 1 AND 12");
   } catch (const DatabaseError& error) {
     // A base of the oldest version has no column of names until it is upgraded, a moment later.
     if (error.SqlState() != kNoSuchColumn) throw;
   }
+}
+
+void PanelTab::NumberPanels() {
+  for (std::size_t panel = 1; panel <= Option1.size(); ++panel) NamePanel(panel, {});
 }
 
 void PanelTab::NamePanelsBy(const std::string& sql) {
@@ -143,10 +149,17 @@ void PanelTab::ChooseFirst() {
 
 void PanelTab::ShowFirstName() {
   TextName.Text = session_.ReadOne("SELECT T9 FROM CONST WHERE COD=1").Field(0).TextOrEmpty();
+  named_row_ = 1;
 }
 
 void PanelTab::LoadPanelKeys(std::uint8_t panel, std::uint8_t level, std::uint8_t row) {
-  Recordset& keys = session_.Pool().RsPanels;
+  // Until the keys are painted they stand for nothing: a level that can't be read, or has lost rows, leaves them with
+  // the products of another one.
+  painted_.reset();
+  for (Button& key : CmdM) {
+    if (key.BackColor() == key_colour::kSelected) key.BackColor = colour_of_selected_;
+  }
+  Recordset& keys = Keys();
   session_.BindSet(keys, fmt::format(kLevel, TablePanel(session_.CurrentMenu, panel), level));
   DataGrid12.Bind(keys);
   FormatPanelGrid();
@@ -158,6 +171,7 @@ void PanelTab::LoadPanelKeys(std::uint8_t panel, std::uint8_t level, std::uint8_
       PaintKey(CmdM[key], keys, code);
       KeyCodes[key] = code;
     }
+    painted_ = {session_.CurrentMenu, panel, level};
   }
   if (keys.RecordCount() == 0) return;
   keys.MoveFirst();
@@ -221,6 +235,7 @@ void PanelTab::CmdMenu_Click() {
   session_.CurrentMenu = CmdMenu.Trigger();
   Label1.Caption = fmt::format("Меню № {}", session_.CurrentMenu);
   TextMenu.Text = session_.CurrentMenu == 1 ? CmdMenu.Caption_1() : CmdMenu.Caption_2();
+  NumberPanels();  // no name of the other menu stays, whichever of the reads below fails or finds no row
   ShowLevel();
   ShowPanelName();
   NamePanelsBy(fmt::format("SELECT COD, T9 FROM CONST WHERE COD BETWEEN {} AND {}",
@@ -241,14 +256,16 @@ void PanelTab::ShowLevel() {
 }
 
 void PanelTab::ShowPanelName() {
-  const Recordset& name =
-      session_.ReadOne(fmt::format("SELECT T9 FROM CONST WHERE COD={}", TablePanel(session_.CurrentMenu, PanelNo)));
+  const int row = TablePanel(session_.CurrentMenu, PanelNo);
+  const Recordset& name = session_.ReadOne(fmt::format("SELECT T9 FROM CONST WHERE COD={}", row));
   TextName.Text = name.Eof() ? std::string() : name.Field(0).TextOrEmpty();
+  named_row_ = row;
 }
 
 // Selecting a key
 
 void PanelTab::CmdM_Click(std::size_t key) {
+  if (!Keys().IsOpen()) LoadPanelKeys(PanelNo, LevelNo, 0);  // it couldn't be read before
   if (Keys().RecordCount() == 0) return;
   Keys().MoveFirst();
   Keys().Move(static_cast<int>(key) - 1);
@@ -277,6 +294,8 @@ void PanelTab::CmdM_KeyDown(std::size_t key, Key& pressed) {
 }
 
 void PanelTab::DataGrid12_Choose() {
+  // Couldn't be read before: the operator has seen no row yet that he could mean.
+  if (!Keys().IsOpen()) return LoadPanelKeys(PanelNo, LevelNo, 0);
   if (DataGrid12.Row() == 0) return;
   SelectKey();
   selected_from_ = &DataGrid12;
@@ -288,7 +307,16 @@ void PanelTab::SelectKey() {
   const std::uint8_t place = Place();
   AllowEntry(true);
   LoadPanelKeys(PanelNo, LevelNo, place);
-  if (place < CmdM.size()) CmdM[place].BackColor = key_colour::kSelected;
+  if (place >= CmdM.size() || DataGrid12.Row() == 0) return;
+  // In a level that has lost rows those behind the gap aren't the rows of the keys at their places.
+  const auto panel = static_cast<std::int16_t>(TablePanel(session_.CurrentMenu, PanelNo));
+  if (Keys().Field("id").Int() != KeyBaseId(panel, LevelNo) + place) return;
+  colour_of_selected_ = CmdM[place].BackColor();
+  CmdM[place].BackColor = key_colour::kSelected;
+}
+
+bool PanelTab::IsShownLevelChosen() {
+  return Keys().IsOpen() && painted_ == ShownLevel{session_.CurrentMenu, PanelNo, LevelNo};
 }
 
 void PanelTab::AllowEntry(bool allowed) {
@@ -346,11 +374,12 @@ void PanelTab::CmdClr_Click() {
 
 void PanelTab::StoreCode(std::int32_t code) {
   session_.Write(fmt::format("UPDATE HOTKEYS SET CODE = {} WHERE ID = {}", code, Keys().Field("id").Raw()));
-  LoadPanelKeys(PanelNo, LevelNo, Place());
+  // The entry is over before the level is read again: whatever becomes of that, the code must not be written twice.
   Text6.Text = "";
   AllowEntry(false);
-  DataGrid12.Refresh();
   selected_from_->SetFocus();
+  LoadPanelKeys(PanelNo, LevelNo, Place());
+  DataGrid12.Refresh();
 }
 
 void PanelTab::Complain(const std::string& text) {
@@ -361,7 +390,7 @@ void PanelTab::Complain(const std::string& text) {
 
 void PanelTab::CmdM_DragStart(std::size_t key, bool& begins) {
   Button& source = CmdM[key - 1];
-  if (source.Caption().empty()) return;
+  if (source.Caption().empty() || !IsShownLevelChosen()) return;
   DragSource = static_cast<std::int16_t>(key);
   source.BackColor = key_colour::kDragged;
   begins = true;
@@ -376,7 +405,12 @@ void PanelTab::CmdM_DragDrop(std::size_t key) {
   target.BackColor = key_colour::kDragged;
   const BoxAnswer answer =
       form_.TheDesktop().MsgBox("Переместить кнопку на указанное место?", BoxIcon::kQuestion, BoxButtons::kOkCancel);
-  if (answer == BoxAnswer::kOk) MoveKey(DragSource, number);
+  try {
+    if (answer == BoxAnswer::kOk) MoveKey(DragSource, number);
+  } catch (const DatabaseError&) {
+    ShowLevel();  // half-way the product stands on both keys, and is to be seen there
+    throw;
+  }
   ShowLevel();
   Text6.Text = "";
 }
@@ -398,12 +432,14 @@ void PanelTab::MoveKey(std::int16_t source, std::int16_t target) {
 void PanelTab::CmdName_Click() {
   const std::size_t panel = std::stoul(Trim(Right(Label5.Caption(), 2)));
   const int menu = session_.CurrentMenu;
-  session_.Write(fmt::format("UPDATE CONST SET T9='{}' WHERE COD={}", TextName.Text(),
-                             TablePanel(session_.CurrentMenu, static_cast<int>(panel))));
+  const int row = TablePanel(session_.CurrentMenu, static_cast<int>(panel));
+  // A panel that couldn't be shown has left the name of the one before here: the operator is to see the true one first.
+  if (row != named_row_) return ShowPanelName();
+  session_.Write(fmt::format("UPDATE CONST SET T9='{}' WHERE COD={}", TextName.Text(), row));
+  NamePanel(panel, TextName.Text());
   if (menu != 0) session_.Write(fmt::format("UPDATE CONST SET N{}='{}' WHERE COD=7", menu, TextMenu.Text()));
   if (menu == 1) CmdMenu.Caption_1 = TextMenu.Text();
   if (menu == 2) CmdMenu.Caption_2 = TextMenu.Text();
-  NamePanel(panel, TextName.Text());
 }
 
 // All panels at once
@@ -425,8 +461,6 @@ void PanelTab::CmdClrAll_Click() {
 void PanelTab::CmdCopyAll_Click() {
   if (form_.TheDesktop().InputBox("Введите пароль администратора:") != kAdministratorPassword) return;
   copying_.ShowModal();
-  // What was copied or loaded there is seen here at once.
-  LoadPanelKeys(PanelNo, LevelNo, Place());
 }
 
 }  // namespace zrt

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "core/session.h"
@@ -77,8 +78,8 @@ class PanelTab {
   void ShowFirstName();
 
   /// Reads a level of a panel of the current menu and paints the keys; `row` is how far from the first record RsPanels
-  /// is to stand afterwards. A level that hasn't exactly 30 rows is listed, and the keys keep what they show. Throws
-  /// DatabaseError.
+  /// is to stand afterwards. No key is selected then. A level that hasn't exactly 30 rows is listed, and the keys keep
+  /// what they show. Throws DatabaseError; the keys keep what they show, and RsPanels is closed.
   void LoadPanelKeys(std::uint8_t panel, std::uint8_t level, std::uint8_t row);
 
   /// The product on which RsProducts stands was chosen: its code goes into Text6, which gets the keyboard. Throws Error
@@ -116,8 +117,11 @@ class PanelTab {
   std::uint8_t Place();
   /// The key of the record on which RsPanels stands is the selected one.
   bool IsKeySelected();
-  /// Selects the key of the record on which RsPanels stands, and only that.
+  /// Selects the key of the record on which RsPanels stands, and only that; none when the record isn't that of the key
+  /// at its place.
   void SelectKey();
+  /// The keys show the level that is chosen, as it was read last, so that a caption tells what stands in a row.
+  bool IsShownLevelChosen();
   void AllowEntry(bool allowed);
   /// Writes `code` to the selected key and shows the level again; the keyboard goes back to where the key was selected.
   void StoreCode(std::int32_t code);
@@ -128,6 +132,8 @@ class PanelTab {
   void ShowPanelName();
   void Complain(const std::string& text);
 
+  /// Captions of the panel buttons are their numbers.
+  void NumberPanels();
   /// Captions of the panel buttons as `sql` gives them: the table's number of the panel and its name.
   void NamePanelsBy(const std::string& sql);
   /// Caption of the button of `panel` (from 1); an empty name gives its number.
@@ -139,6 +145,14 @@ class PanelTab {
   Session& session_;
   FormCopy& copying_;
   Control* selected_from_;  ///< the key or the list in which the selected key was chosen
+
+  struct ShownLevel {
+    std::uint8_t menu, panel, level;
+    friend bool operator==(const ShownLevel&, const ShownLevel&) = default;
+  };
+  std::optional<ShownLevel> painted_;               ///< the level that the keys show
+  Colour colour_of_selected_ = key_colour::kEmpty;  ///< what the selected key shows when it isn't
+  int named_row_ = 0;                               ///< COD of the row of CONST whose name TextName shows
 };
 
 }  // namespace zrt

@@ -4,6 +4,8 @@
 #include <cctype>
 #include <system_error>
 
+#include "core/text.h"
+
 namespace zrt {
 
 namespace {
@@ -15,6 +17,23 @@ bool HasDrive(std::string_view path) {
 std::string Utf8(const std::filesystem::path& path) {
   const std::u8string text = path.u8string();
   return {text.begin(), text.end()};
+}
+
+/// Does the name fit the pattern, where "*" stands for any text? An empty pattern fits all.
+bool Fits(std::string_view name, std::string_view pattern) {
+  if (pattern.empty()) return true;
+  const std::size_t star = pattern.find('*');
+  if (star == std::string_view::npos) return name == pattern;
+  if (!name.starts_with(pattern.substr(0, star))) return false;
+  name.remove_prefix(star);
+  for (pattern.remove_prefix(star + 1);;) {
+    const std::size_t next = pattern.find('*');
+    if (next == std::string_view::npos) return name.ends_with(pattern);
+    const std::size_t found = name.find(pattern.substr(0, next));
+    if (found == std::string_view::npos) return false;
+    name.remove_prefix(found + next);
+    pattern.remove_prefix(next + 1);
+  }
 }
 
 }  // namespace
@@ -41,6 +60,25 @@ std::vector<std::string> DriveMap::Drives() const {
     if (letter == 'C' || std::filesystem::exists(ToNative(drive + "\\"), error)) drives.push_back(drive);
   }
   return drives;
+}
+
+bool DriveMap::HasFile(std::string_view drive_path) const {
+  std::error_code error;
+  return std::filesystem::is_regular_file(ToNative(drive_path), error);
+}
+
+std::vector<std::string> DriveMap::Files(std::string_view drive_path, std::string_view pattern) const {
+  std::vector<std::string> names;
+  std::error_code error;
+  for (std::filesystem::directory_iterator entry(ToNative(drive_path), error), end; !error && entry != end;
+       entry.increment(error)) {
+    std::error_code unreadable;
+    std::string name = Utf8(entry->path().filename());
+    if (entry->is_regular_file(unreadable) && Fits(ToLower(name), ToLower(pattern))) names.push_back(std::move(name));
+  }
+  std::sort(names.begin(), names.end(),
+            [](const std::string& a, const std::string& b) { return ToLower(a) < ToLower(b); });
+  return names;
 }
 
 std::vector<std::string> DriveMap::Folders(std::string_view drive_path) const {

@@ -24,6 +24,13 @@ class DriveMap {
   /// Names of the folders in `drive_path`, sorted; empty when it can't be read.
   std::vector<std::string> Folders(std::string_view drive_path) const;
 
+  /// Names of the files in `drive_path` that fit `pattern`, sorted without regard to case; empty when the folder can't
+  /// be read. In a pattern "*" stands for any text; case is ignored; an empty pattern fits all.
+  std::vector<std::string> Files(std::string_view drive_path, std::string_view pattern) const;
+
+  /// Is there a file of that name?
+  bool HasFile(std::string_view drive_path) const;
+
  private:
   std::filesystem::path root_;
 };

@@ -23,8 +23,8 @@ struct PrintJob {
 class Printer {
  public:
   virtual ~Printer() = default;
-  /// Prints the document, or leaves it when the operator decides so. Throws FileError when the printer, or the file
-  /// that stands for it, can't be written to.
+  /// Prints the document, or leaves it when the operator decides so. Throws Error when the printer, or the file printed
+  /// into, doesn't take it.
   virtual void Print(const PrintJob& job) = 0;
 
   /// A machine without a printer: what is printed there goes nowhere.

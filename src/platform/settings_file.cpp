@@ -43,4 +43,17 @@ std::optional<std::string> FindDataLinkPath(const DriveMap& drives, std::string_
   return std::nullopt;
 }
 
+void SaveDataLinkPath(const DriveMap& drives, std::string_view executable, std::string_view path) {
+  std::vector<std::string> lines;
+  if (drives.HasFile(kSettingsFile)) lines = ReadTextLines(drives, kSettingsFile);
+  std::erase_if(lines, [&](const std::string& line) {
+    const std::optional<Record> record = ReadRecord(line);
+    return record && record->executable == executable;
+  });
+  TextFileWriter file(drives, std::string(kSettingsFile));
+  for (const std::string& line : lines) file.Line(line);
+  file.Line(fmt::format("{},{}", executable, path));
+  file.Close();
+}
+
 }  // namespace zrt

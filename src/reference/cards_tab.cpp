@@ -51,11 +51,22 @@ void CardsTab::OpenWaiters() {
   Session::ShowLastRow(waiters);
 }
 
-void CardsTab::ShowCard(const std::string& barcode) {
+void CardsTab::ShowCard(std::int16_t rez, const std::string& barcode) {
   OpenCards();
   if (Cards().RecordCount() == 0) return;
   Cards().MoveFirst();
-  Cards().Find(fmt::format("CardBarcode LIKE '{}'", barcode));
+  // The search takes no quote, which a doubled one brings into a barcode, and "%" at the end means any end.
+  const bool searchable = barcode.find('\'') == std::string::npos && !barcode.ends_with('%');
+  Cards().Find(searchable ? fmt::format("CardBarcode LIKE '{}'", barcode) : fmt::format("Num = {}", rez));
+}
+
+bool CardsTab::HasCard() {
+  if (!Cards().IsOpen()) {
+    // It couldn't be read before. The operator has seen no card in it yet that he could mean.
+    OpenCards();
+    return false;
+  }
+  return !Cards().Bof() && !Cards().Eof();
 }
 
 std::int16_t CardsTab::CurrentNum() {

@@ -31,8 +31,9 @@ class CardsTab {
   /// Opens the staff list at start. Throws DatabaseError.
   void OpenWaiters();
 
-  /// Reads the cards again and goes to the one with this barcode; to none when no barcode is so. Throws DatabaseError.
-  void ShowCard(const std::string& barcode);
+  /// Reads the cards again and goes to the one with this barcode, or, where the barcode can't be searched for, with the
+  /// number `rez`; to none when no card is so. Throws DatabaseError.
+  void ShowCard(std::int16_t rez, const std::string& barcode);
 
   /// Deletes the card of this number and reads the cards again. What is known of its holder stays. Throws
   /// DatabaseError.
@@ -48,7 +49,8 @@ class CardsTab {
   void FormatCardGrid();
 
   Recordset& Cards() { return session_.Pool().RsCards; }
-  bool HasCard() { return !Cards().Bof() && !Cards().Eof(); }
+  /// The list stands on a card. A list that couldn't be read before is read now, and stands on none that was chosen.
+  bool HasCard();
   std::int16_t CurrentNum();
 
   Form& form_;

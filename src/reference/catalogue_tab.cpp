@@ -54,6 +54,7 @@ CatalogueTab::CatalogueTab(Form& form, Session& session, ModuleReg& stock, frmPL
   CmdReqr.Click = [this] { RequeryProducts(); };
   CheckUkt.Click = [this] { FormatProductGrid(); };
   CmdRefrTov.Click = [this] { CmdRefrTov_Click(); };
+  CmdImportTov.Click = [this] { ImportProducts(); };
   CmdNew.Click = [this] { card_.NewProductCard(frmPLU::kFromCatalogue); };
   CmdCopy.Click = [this] { CmdCopy_Click(); };
   CmdShow.Click = [this] { CmdShow_Click(); };

@@ -43,6 +43,8 @@ class CatalogueTab {
   /// A product of the grid on the tab of the touch panels was chosen: by double click, by Enter in the grid or in its
   /// search. Raised only while RsProducts stands on a row, which is the product.
   std::function<void()> ChooseForPanel;
+  /// Opens the screen that loads the catalogue from a file.
+  std::function<void()> ImportProducts;
 
   /// Opens the catalogue by name in both grids. In the restricted mode products without a price are left out. Throws
   /// DatabaseError.

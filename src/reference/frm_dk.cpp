@@ -167,7 +167,7 @@ void frmDK::SaveDiscountCard(std::int16_t rez) {
   }
   session_.Write(fmt::format("INSERT INTO DISCOUNT (BARCODE,TOTAL,LASTCASH,PROZ,REZ) VALUES ('{}',1,'0',{},{})",
                              barcode, discount, LabelCod.Caption()));
-  if (CardSaved) CardSaved(barcode);
+  if (CardSaved) CardSaved(rez, barcode);
   Hide();
 }
 

@@ -16,8 +16,8 @@ class frmDK final : public Form {
  public:
   frmDK(Desktop& desktop, Session& session);
 
-  /// Called after every save with the card's barcode: the list of cards has changed.
-  std::function<void(const std::string& barcode)> CardSaved;
+  /// Called after every save with the card's number and barcode: the list of cards has changed.
+  std::function<void(std::int16_t rez, const std::string& barcode)> CardSaved;
 
   TextBox TextName{*this, "TextName"};  ///< barcode
   Label LabelCod{*this, "LabelCod"};    ///< running number

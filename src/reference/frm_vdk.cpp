@@ -41,13 +41,14 @@ frmVDk::frmVDk(Desktop& desktop, Session& session) : Form(desktop, "frmVDk"), se
 }
 
 void frmVDk::Form_Activate() {
-  ShowRules();
-  DataGrid05.Refresh();
-  // An entry may be under way: the list is filled anew, what was chosen from it stays.
+  // Before the rules, which may fail to come: an entry needs the categories all the same. One may be under way: the
+  // list is filled anew, what was chosen from it stays.
   const std::string category = Combo1.Text();
   Combo1.Clear();
   for (int number = 0; number <= 9; ++number) Combo1.AddItem(std::to_string(number));
   Combo1.Text = category;
+  ShowRules();
+  DataGrid05.Refresh();
 }
 
 void frmVDk::OpenCardKinds() {
@@ -76,12 +77,14 @@ void frmVDk::CmdNew_Click() {
 }
 
 void frmVDk::CmdEdit_Click() {
+  if (!Rules().IsOpen()) return ShowRules();  // it couldn't be read before, and no rule was seen in it
   if (Rules().RecordCount() == 0) return;
-  const std::string id = Rules().Field(0).TextOrEmpty();
-  const std::string kind = Rules().Field(1).TextOrEmpty();
-  const std::string category = Rules().Field(2).TextOrEmpty();
-  const std::string percentage = Rules().Field(3).TextOrEmpty();
-  const std::string threshold = Rules().Field(4).TextOrEmpty();
+  // A rule that lacks a value fails here, while it is still in the table.
+  const std::string id = Rules().Field(0).Text();
+  const std::string kind = Rules().Field(1).Text();
+  const std::string category = Rules().Field(2).Text();
+  const std::string percentage = Rules().Field(3).Text();
+  const std::string threshold = Rules().Field(4).Text();
   // Out of the table first: a rule that couldn't be deleted and was written all the same would stand there twice.
   session_.Write(fmt::format("DELETE FROM TOTALSKID WHERE ID={}", id));
   LabelCod.Caption = id;
@@ -129,10 +132,11 @@ void frmVDk::CmdOk_Click() {
 }
 
 void frmVDk::CmdDel_Click() {
+  if (!Rules().IsOpen()) return ShowRules();
   session_.Write(fmt::format("DELETE FROM TOTALSKID WHERE ID={}", Rules().Field(0).TextOrEmpty()));
-  ShowRules();
   PutDefaults();
   OpenFields(false);
+  ShowRules();
 }
 
 void frmVDk::PutDefaults() {

@@ -72,7 +72,7 @@ void Form9::Form_Load() {
 }
 
 void Form9::Form_Activate() {
-  Width = kNarrowForm;
+  Resize(kNarrowForm);
 }
 
 void Form9::Form_KeyDown(Key& key) {
@@ -83,11 +83,14 @@ void Form9::Form_KeyDown(Key& key) {
   Close();
 }
 
+void Form9::Resize(int twips) {
+  Width = 0;
+  Width = twips;
+}
+
 void Form9::ShowWidth(bool wide) {
   List1.Width = wide ? kWideList : kNarrowList;
-  // Asked for anew even if it is what was asked for last: the window may have been kept wider by what it held then.
-  Width = 0;
-  Width = wide ? kWideForm : kNarrowForm;
+  Resize(wide ? kWideForm : kNarrowForm);
 }
 
 std::optional<ReportSpan> Form9::BeginReport() {
@@ -143,7 +146,7 @@ void Form9::CmdPrint_Click() {
 }
 
 void Form9::CmdRun_Click() {
-  Width = kWideForm;
+  Resize(kWideForm);
   Frame2.Visible = true;
   CmdBack.Visible = true;
   for (std::size_t kitchen = 0; kitchen < TextNames.size(); ++kitchen) {

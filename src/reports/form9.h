@@ -52,6 +52,9 @@ class Form9 final : public Form {
   void CmdSave_Click();
   void CmdBack_Click();
 
+  /// Gives the window a width even if it is the one asked for last: the operator may have dragged the window since, or
+  /// what it held then may have kept it wider.
+  void Resize(int twips);
   void ShowWidth(bool wide);
   /// What the report asks for; nothing, after a message, when the choice isn't complete.
   std::optional<ReportSpan> BeginReport();

@@ -50,7 +50,8 @@ void FormTabOst::CmdOst_Click() {
     Output.TellNoData();
   } else if (Output.ToWorkbook()) {
     constexpr int kSumColumnInBook = kSumColumn + 1;
-    Output.OpenWorkbook({"ОСТАТКИ ТОВАРОВ", day}, MakeTable(products, moment, true), {kWidths, 0, {kSumColumnInBook}});
+    Output.OpenWorkbook({"ОСТАТКИ ТОВАРОВ", day}, [&] { return MakeTable(products, moment, true); },
+                        {kWidths, 0, {kSumColumnInBook}});
   } else {
     Output.SaveCsv("Ostatk_", {";;ОСТАТКИ ТОВАРОВ", ";;" + day}, MakeTable(products, moment, false));
   }

@@ -1,6 +1,5 @@
 #include "reports/form_tab_run.h"
 
-#include "core/errors.h"
 #include "core/numbers.h"
 #include "ui/desktop.h"
 
@@ -19,36 +18,38 @@ constexpr const char* kTurnover =
     "BY REGISTR.COD,REGISTR.DOCTYP ORDER BY REGISTR.COD";
 
 /// Columns of a movement, in the order of the tables.
-enum Movement : std::size_t { kIncome, kSales, kOtherOut };
+enum Movement : std::size_t { kIncome, kSales, kOtherOut, kNone };
 
-/// By REGISTR.DOCTYP: the name of the document and where its quantity goes. What leaves stock is negative there. An
+/// REGISTR.DOCTYP, the name of the document and where its quantity goes. What leaves stock is negative there. An
 /// inventory goes by what it found.
 struct DocumentKind {
+  int doctyp;
   const char* name;
   Movement movement;
   bool by_sign = false;
 };
-constexpr std::array kKinds = {DocumentKind{"Дневной Отчёт", kSales},
-                               DocumentKind{"Приходная накладная", kIncome},
-                               DocumentKind{"Расходная накладная", kSales},
-                               DocumentKind{"Списание товара", kOtherOut},
-                               DocumentKind{"ИНВЕНТАРИЗАЦИЯ", kIncome, true},
-                               DocumentKind{"Переоценка", kIncome},  // moves nothing and has no rows
-                               DocumentKind{"Перемещение ПРИХОД", kIncome},
-                               DocumentKind{"Перемещение РАСХОД", kOtherOut}};
+constexpr std::array kKinds = {
+    DocumentKind{0, "Дневной Отчёт", kSales}, DocumentKind{1, "Приходная накладная", kIncome},
+    DocumentKind{2, "Расходная накладная", kSales}, DocumentKind{3, "Списание товара", kOtherOut},
+    DocumentKind{4, "ИНВЕНТАРИЗАЦИЯ", kIncome, true},
+    // Transfers reach the register and move goods too: without them the balance at the end
+    // wouldn't follow from the one at the start.
+    DocumentKind{6, "Перемещение ПРИХОД", kIncome}, DocumentKind{7, "Перемещение РАСХОД", kOtherOut}};
+constexpr DocumentKind kUnknownKind{-1, "", kNone};
 
+/// A row whose kind is missing or unknown has its place in the table, but neither name nor movement.
 const DocumentKind& KindOf(const Cell& doctyp) {
-  const std::int64_t kind = doctyp.Int();
-  if (kind < 0 || kind >= static_cast<std::int64_t>(kKinds.size())) {
-    throw OverflowError("no such kind of document: " + std::to_string(kind));
-  }
-  return kKinds[static_cast<std::size_t>(kind)];
+  if (doctyp.IsNull()) return kUnknownKind;
+  const auto kind = std::find_if(kKinds.begin(), kKinds.end(),
+                                 [number = doctyp.Int()](const DocumentKind& one) { return one.doctyp == number; });
+  return kind == kKinds.end() ? kUnknownKind : *kind;
 }
 
 /// Quantities of the three columns, thousandths.
 using Quantities = std::array<std::int64_t, 3>;
 
-/// Adds a quantity of the register to its column and returns the column and what was added.
+/// Adds a quantity of the register to its column and returns the column and what was added. The kind must be a known
+/// one.
 std::pair<Movement, std::int64_t> Add(Quantities& columns, const DocumentKind& kind, std::int64_t kol) {
   const Movement column = kind.by_sign && kol < 1 ? kOtherOut : kind.movement;
   const std::int64_t shown = column == kIncome ? kol : -kol;
@@ -76,7 +77,7 @@ FormTabRun::FormTabRun(Desktop& desktop, const TableTools& tools, ModuleReg& sto
 }
 
 void FormTabRun::Form_Load() {
-  cod_ = 0;
+  cod_.reset();
   Period.Hours.Load();
   Period.Hours.ReadStored();
   Period.SetLatestShift();
@@ -93,7 +94,7 @@ void FormTabRun::BroadcastReciever(std::int32_t cod) {
 }
 
 void FormTabRun::CmdRun_Click() {
-  if (cod_ == 0) {
+  if (!cod_) {
     TheDesktop().MsgBox("Не выбран товар!!!", BoxIcon::kCritical);
     return;
   }
@@ -102,14 +103,15 @@ void FormTabRun::CmdRun_Click() {
   Output.ShowQuery();
   const std::string from = StockMoment(span->first, span->hour);
   Recordset& documents = TheSession().Pool().RsDays;
-  TheSession().BindSet(documents, fmt::format(kDocuments, cod_, from, StockMoment(span->last, span->hour)));
+  TheSession().BindSet(documents, fmt::format(kDocuments, *cod_, from, StockMoment(span->last, span->hour)));
   Output.ShowBuilding();
   if (documents.RecordCount() == 0) {
     Output.TellNoData();
   } else {
-    Send(fmt::format("Tovar_{}", cod_),
-         fmt::format("ДВИЖЕНИЕ ТОВАРА {} {} ПО ДОКУМЕНТАМ", LblCod.Caption(), LblTov.Caption()), *span, ";;",
-         DocumentTable(documents, from), kDocumentLook);
+    Send(
+        fmt::format("Tovar_{}", *cod_),
+        fmt::format("ДВИЖЕНИЕ ТОВАРА {} {} ПО ДОКУМЕНТАМ", LblCod.Caption(), LblTov.Caption()), *span, ";;",
+        [&] { return DocumentTable(documents, *cod_, from); }, kDocumentLook);
   }
   Output.ShowDone();
   documents.Close();
@@ -127,25 +129,28 @@ void FormTabRun::CmdRunAll_Click() {
   if (turnover.RecordCount() == 0) {
     Output.TellNoData();
   } else {
-    Send("Tovar_ALL", "ДВИЖЕНИЕ ТОВАРА", *span, ";", TurnoverTable(turnover, from, to), kTurnoverLook);
+    Send(
+        "Tovar_ALL", "ДВИЖЕНИЕ ТОВАРА", *span, ";", [&] { return TurnoverTable(turnover, from, to); }, kTurnoverLook);
   }
   Output.ShowDone();
   turnover.Close();
 }
 
-ReportTable FormTabRun::DocumentTable(const Recordset& documents, const std::string& from) {
+ReportTable FormTabRun::DocumentTable(const Recordset& documents, std::int32_t cod, const std::string& from) {
   enum { kDoctyp, kDoc, kDatedoc, kKol, kOstkol };
   const RegionalFormat& format = TheSession().Format();
   ReportTable table{
       {"Документ", "№", "ДатаВремя", "ОстатокНАЧ", "Приход", "Реализац", "РасходПроч", "ОстатокКОН"}, {}, true};
-  const std::int64_t start = stock_.GetOstAtDate(cod_, from);
+  const std::int64_t start = stock_.GetOstAtDate(cod, from);
   std::int64_t balance = start;
   Quantities sums{};
   for (int row = 1; row <= documents.RecordCount(); ++row) {
     const DocumentKind& kind = KindOf(documents.At(row, kDoctyp));
-    const auto [column, moved] = Add(sums, kind, documents.At(row, kKol).Int());
     std::array<std::string, 3> moves;
-    moves.at(column) = Quantity(moved, format);
+    if (kind.movement != kNone) {
+      const auto [column, moved] = Add(sums, kind, documents.At(row, kKol).Int());
+      moves.at(column) = Quantity(moved, format);
+    }
     const std::int64_t after = documents.At(row, kOstkol).Int();
     table.rows.push_back({kind.name, documents.At(row, kDoc).Text(), documents.At(row, kDatedoc).Display(format),
                           Quantity(balance, format), moves[kIncome], moves[kSales], moves[kOtherOut],
@@ -167,7 +172,8 @@ ReportTable FormTabRun::TurnoverTable(const Recordset& turnover, const std::stri
     const std::string name = turnover.At(row, kName).TextOrEmpty();
     Quantities sums{};
     for (; row <= turnover.RecordCount() && turnover.At(row, kCod).Int() == cod; ++row) {
-      Add(sums, KindOf(turnover.At(row, kDoctyp)), turnover.At(row, kKol).Int());
+      const DocumentKind& kind = KindOf(turnover.At(row, kDoctyp));
+      if (kind.movement != kNone) Add(sums, kind, turnover.At(row, kKol).Int());
     }
     table.rows.push_back({std::to_string(cod), name, Quantity(stock_.GetOstAtDate(cod, from), format),
                           Quantity(sums[kIncome], format), Quantity(sums[kSales], format),
@@ -177,14 +183,15 @@ ReportTable FormTabRun::TurnoverTable(const Recordset& turnover, const std::stri
 }
 
 void FormTabRun::Send(const std::string& prefix, const std::string& title, const ReportSpan& span,
-                      const std::string& blanks, const ReportTable& table, const SheetLook& look) {
+                      const std::string& blanks, const std::function<ReportTable()>& make_table,
+                      const SheetLook& look) {
   const RegionalFormat& format = TheSession().Format();
   const std::string period =
       fmt::format("за период с {} по {}", format.DateText(span.first), format.DateText(span.last));
   if (Output.ToWorkbook()) {
-    Output.OpenWorkbook({title, period}, table, look);
+    Output.OpenWorkbook({title, period}, make_table, look);
   } else {
-    Output.SaveCsv(prefix, {blanks + title, blanks + period}, table);
+    Output.SaveCsv(prefix, {blanks + title, blanks + period}, make_table());
   }
 }
 

@@ -26,15 +26,15 @@ class FormTabRun final : public TableScreen {
   /// A product was picked.
   void BroadcastReciever(std::int32_t cod);
 
-  ReportTable DocumentTable(const Recordset& documents, const std::string& from);
+  ReportTable DocumentTable(const Recordset& documents, std::int32_t cod, const std::string& from);
   ReportTable TurnoverTable(const Recordset& turnover, const std::string& from, const std::string& to);
   /// Sends the table where the operator wants it; `blanks` are the separators before a title of the file.
   void Send(const std::string& prefix, const std::string& title, const ReportSpan& span, const std::string& blanks,
-            const ReportTable& table, const SheetLook& look);
+            const std::function<ReportTable()>& make_table, const SheetLook& look);
 
   ModuleReg& stock_;
   ProductPicker& picker_;
-  std::int32_t cod_ = 0;  ///< product chosen, 0 for none
+  std::optional<std::int32_t> cod_;  ///< product chosen
 };
 
 }  // namespace zrt

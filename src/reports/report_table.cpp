@@ -44,9 +44,21 @@ std::map<std::string, Cell> FirstByCode(const Recordset& totals) {
   return found;
 }
 
-/// A value in thousandths, 0 where nothing was summed.
-double Thousandths(const Cell& value) {
-  return value.IsNull() ? 0 : value.Number();
+/// A value in thousandths grows the total of a day, which is kept whole.
+void AddWhole(std::int64_t& total, const Cell& value) {
+  if (value.IsNull()) return;  // lines whose sum isn't known
+  total = static_cast<std::int64_t>(RoundHalfEven(static_cast<double>(total) + value.Number()));
+}
+
+/// The sum of all totals, thousandths. It is taken together in millionths, in which a quantity times its price is
+/// whole, so that nothing is rounded on the way.
+double GrandTotal(const Recordset& totals) {
+  std::int64_t millionths = 0;
+  for (int row = 1; row <= totals.RecordCount(); ++row) {
+    const Cell total = totals.At(row, kValue);
+    if (!total.IsNull()) millionths += static_cast<std::int64_t>(RoundHalfEven(total.Number() * scale::kProd));
+  }
+  return static_cast<double>(millionths) / scale::kProd;
 }
 
 }  // namespace
@@ -61,7 +73,7 @@ void WriteCsv(const DriveMap& drives, const std::string& drive_path, const std::
 }
 
 Workbook MakeWorkbook(const std::vector<std::string>& titles, const ReportTable& table, const SheetLook& look) {
-  Workbook book;
+  Workbook book;  // its columns are aligned as a new book aligns them: that default is what is wanted
   book.StatusBar.push_back("ВЫПОЛНЯЕТСЯ ОБРАБОТКА!");
   for (std::size_t i = 0; i < titles.size(); ++i) book.Cell(static_cast<int>(i) + 1, 1, titles[i], i == 0);
   book.ColumnWidths = look.widths;
@@ -95,7 +107,7 @@ ReportTable PivotByDay(const Recordset& days, const Recordset& totals, std::vect
   const std::size_t columns = table.headers.size();
 
   const std::map<std::string, Cell> total_of = FirstByCode(totals);
-  std::vector<double> day_totals(columns);
+  std::vector<std::int64_t> day_totals(columns);
   std::optional<std::string> last_code;
   for (int row = 1; row <= days.RecordCount(); ++row) {
     const std::string code = days.At(row, kCod).TextOrEmpty();
@@ -110,20 +122,17 @@ ReportTable PivotByDay(const Recordset& days, const Recordset& totals, std::vect
     const Cell value = days.At(row, kValue);
     const std::size_t column = DayColumn(days.At(row, kDay).Text(), first);
     table.rows.back().at(column) = shown(value);
-    // The total of a day is kept in whole thousandths as it grows; that of the whole table is exact.
-    if (kind == DayValue::kMoney) {
-      day_totals.at(column) = RoundHalfEven(day_totals.at(column) + Thousandths(value));
-    }
+    if (kind == DayValue::kMoney) AddWhole(day_totals.at(column), value);
   }
   if (kind == DayValue::kText) return table;
 
   std::vector<std::string> whole(columns);
   whole[kNameColumn] = "ИТОГО";
-  double all = 0;
-  for (int row = 1; row <= totals.RecordCount(); ++row) all += Thousandths(totals.At(row, kValue));
-  const auto in_money = [&](double thousandths) { return AmountText(format, thousandths / scale::kProd); };
-  whole[kTotalColumn] = in_money(all);
-  for (std::size_t column = kDayColumns; column < columns; ++column) whole[column] = in_money(day_totals[column]);
+  const auto in_money = [&](double thousandths) { return format.FormatNumber(thousandths / scale::kProd, 2); };
+  whole[kTotalColumn] = in_money(GrandTotal(totals));
+  for (std::size_t column = kDayColumns; column < columns; ++column) {
+    whole[column] = in_money(static_cast<double>(day_totals[column]));
+  }
   table.rows.push_back(std::move(whole));
   table.has_totals = true;
   return table;

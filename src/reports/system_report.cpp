@@ -18,12 +18,14 @@ bool CountedRow(ReportLines& lines, const Figures& figures, const char* label, c
 }
 
 void Takings(ReportLines& lines, const Figures& figures) {
-  const std::string orders = CountText(figures.Count(figure::CountAll));
+  const auto row = [&](const char* label, const figure::Count& count, const figure::Sum& sum) {
+    const std::string orders = CountText(figures.Count(count));
+    lines.Line(label + orders + figures.Sum(sum));
+  };
   lines.SingleRule();
-  lines.Line("ВСЕГО (без учёта скидок): " + orders + figures.Sum(figure::SumAllGross));
-  lines.Line("ВСЕГО (со скидками):      " + orders + figures.Sum(figure::SumAllNet));
-  lines.Line("Закрыто заказов за наличн:" + CountText(figures.Count(figure::CountPaidCash)) +
-             figures.Sum(figure::SumPaidCash));
+  row("ВСЕГО (без учёта скидок): ", figure::CountAll, figure::SumAllGross);
+  row("ВСЕГО (со скидками):      ", figure::CountAll, figure::SumAllNet);
+  row("Закрыто заказов за наличн:", figure::CountPaidCash, figure::SumPaidCash);
   CountedRow(lines, figures, "Закрыто без опл./терминал:", figure::CountPaidOther, figure::SumPaidOther);
   if (!CountedRow(lines, figures, "НЕ ЗАКРЫТЫ:               ", figure::CountOpen, figure::SumOpen)) {
     lines.Line("     на текущий момент все заказы закрыты!");
@@ -56,12 +58,14 @@ void CardKinds(ReportLines& lines, const Figures& figures, Session& session) {
                   "SELECT SUM(PROD.SKID),DISCOUNT.PROZ,SUM((PROD.KOL*PROD.PRISE/1000)-PROD.SKID) FROM PROD,DISCOUNT "
                   "WHERE PROD.SKID>0 AND PROD.REZ=DISCOUNT.REZ AND PROD.DATETIME " +
                       figures.Between() + " GROUP BY DISCOUNT.PROZ");
-  const auto amount = [&](int row, int field) {
-    return PadLeftTo(AmountText(session.Format(), kinds.At(row, field), scale::kProd), 10);
+  const auto amount = [&](const Cell& sum) {
+    return sum.IsNull() ? std::string() : PadLeftTo(AmountText(session.Format(), sum.Number() / scale::kProd), 10);
   };
   for (int row = 1; row <= kinds.RecordCount(); ++row) {
-    const std::string proz = kinds.At(row, 1).Text();
-    lines.Line("д.карта вид " + proz + CountText(figures.CountCardKind(proz)) + amount(row, 0) + amount(row, 2));
+    const Cell proz = kinds.At(row, 1);
+    // Cards whose percentage was never filled in have a row, but no kind by which their orders could be counted.
+    const std::string orders = proz.IsNull() ? PadLeftTo("", 4) : CountText(figures.CountCardKind(proz.Text()));
+    lines.Line("д.карта вид " + proz.TextOrEmpty() + orders + amount(kinds.At(row, 0)) + amount(kinds.At(row, 2)));
   }
 }
 

@@ -1,5 +1,6 @@
 #include "reports/table_output.h"
 
+#include "core/errors.h"
 #include "ui/desktop.h"
 
 namespace zrt {
@@ -39,9 +40,13 @@ void TableOutput::SaveCsv(const std::string& prefix, const std::vector<std::stri
                             BoxButtons::kOk, "DESKOR");
 }
 
-void TableOutput::OpenWorkbook(const std::vector<std::string>& titles, const ReportTable& table,
+void TableOutput::OpenWorkbook(const std::vector<std::string>& titles, const std::function<ReportTable()>& make_table,
                                const SheetLook& look) {
-  tools_.spreadsheet.Open(MakeWorkbook(titles, table, look));
+  try {
+    tools_.spreadsheet.Open(MakeWorkbook(titles, make_table(), look));
+  } catch (const Error&) {
+    // A book that can't be made doesn't come, as one without a spreadsheet program doesn't.
+  }
 }
 
 void TableOutput::Check3_Click() {

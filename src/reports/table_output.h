@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -50,7 +51,9 @@ class TableOutput {
   /// Writes the table into a file whose name begins with `prefix` and ends with the present moment, and says where.
   /// Throws FileError.
   void SaveCsv(const std::string& prefix, const std::vector<std::string>& titles, const ReportTable& table);
-  void OpenWorkbook(const std::vector<std::string>& titles, const ReportTable& table, const SheetLook& look);
+  /// Makes the table and opens it as a new workbook. Whatever fails on the way ends in silence, without a book.
+  void OpenWorkbook(const std::vector<std::string>& titles, const std::function<ReportTable()>& make_table,
+                    const SheetLook& look);
 
  private:
   void Check3_Click();

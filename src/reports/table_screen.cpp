@@ -60,14 +60,18 @@ void PivotScreen::ShowPivot(const Pivot& pivot, const ReportSpan& span) {
   if (days.RecordCount() == 0) {
     Output.TellNoData();
   } else {
-    const ReportTable table =
-        PivotByDay(days, totals, pivot.headers, span.first, span.last, pivot.kind, TheSession().Format());
+    const auto table = [&] {
+      return PivotByDay(days, totals, pivot.headers, span.first, span.last, pivot.kind, TheSession().Format());
+    };
+    const auto sheet = [&] {
+      ReportTable in_book = WithoutNumbers(table());
+      in_book.headers[kTotalColumnInBook - 1] = pivot.total_header_in_book;
+      return in_book;
+    };
     if (Output.ToWorkbook()) {
-      ReportTable sheet = WithoutNumbers(table);
-      sheet.headers[kTotalColumnInBook - 1] = pivot.total_header_in_book;
       Output.OpenWorkbook({pivot.title, pivot.period_text}, sheet, {kWidths, kTotalColumnInBook, {}});
     } else {
-      Output.SaveCsv(pivot.file_prefix, {";;" + pivot.title, ";;" + pivot.period_text}, table);
+      Output.SaveCsv(pivot.file_prefix, {";;" + pivot.title, ";;" + pivot.period_text}, table());
     }
   }
   Output.ShowDone();

@@ -16,7 +16,8 @@ constexpr int kDeletionsKept = 100;
 ClearingForm::ClearingForm(Desktop& desktop, std::string name, Session& session, std::string state_statement)
     : Form(desktop, std::move(name)), session_(session), state_statement_(std::move(state_statement)) {
   Load = [this] {
-    Text4.Text = session_.Format().DateText(AddDays(session_.StoredDate, -kDaysKept));
+    // Counted from the start's day: a day looked at in the calendar mustn't move what goes.
+    Text4.Text = session_.Format().DateText(AddDays(session_.StartDay, -kDaysKept));
     ShowState();
   };
   CmdPlusD.Click = [this] { CmdPlusD_Click(); };

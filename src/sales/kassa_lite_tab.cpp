@@ -89,6 +89,7 @@ void KassaLiteTab::CmdDatLite_Click() {
     Open(" AND " + WithinShift());
     ShowTotal(WithinShift());
     session_.PeriodAll = false;
+    ClearFieldsBut(nullptr);
     LblInfLite.Caption = TextDateLite.Caption();
   } catch (const Error&) {
     WarnOfDate();
@@ -96,7 +97,6 @@ void KassaLiteTab::CmdDatLite_Click() {
 }
 
 void KassaLiteTab::CmdAllLite_Click() {
-  TextDateLite.Caption = session_.Format().DateText(session_.StoredDate);
   BeginQuery();
   Open("");
   TextDateLite.Caption = "весь период";
@@ -124,12 +124,16 @@ void KassaLiteTab::RunFilter(const sales::LiteFilter& filter, TextBox* field) {
     Open(" AND " + condition);
     if (!session_.PeriodAll) ShowTotal(condition);
 
-    for (TextBox* other : {&Text4, &Text8, &Text9}) {
-      if (other != field) other->Text = {};
-    }
+    ClearFieldsBut(field);
     LblInfLite.Caption = fmt::format("{}{}{}", TextDateLite.Caption(), filter.suffix, value);
   } catch (const Error&) {
     WarnOfDate();
+  }
+}
+
+void KassaLiteTab::ClearFieldsBut(const TextBox* field) {
+  for (TextBox* other : {&Text4, &Text8, &Text9}) {
+    if (other != field) other->Text = {};
   }
 }
 

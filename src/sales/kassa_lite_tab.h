@@ -53,6 +53,7 @@ class KassaLiteTab {
   /// `field` is the filter's own, nullptr for one without; the others are cleared. Whatever fails, the operator is told
   /// that the date is wrong.
   void RunFilter(const sales::LiteFilter& filter, TextBox* field);
+  void ClearFieldsBut(const TextBox* field);
   void WarnOfDate();
 
   /// The label that a query is under way, no sum.

@@ -25,7 +25,8 @@ struct KeyTriggSizes {
 KeyTriggSizes KeyTriggSizesOf(std::int16_t size_width, std::int16_t size_height);
 
 /// The program's own two-position key: one wide button with two halves, each with a picture; its caption says which
-/// half is on. All its properties are stored in the form's definition under their names.
+/// half is on. All its properties are stored in the form's definition under their names; what is to be stored is told
+/// by the values alone, so that assigning the value that a property has marks nothing as changed.
 class CmdKeyTrigg final : public Control {
  public:
   /// Takes the stored properties from the definition. Throws as ReadProperties.

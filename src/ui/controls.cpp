@@ -282,7 +282,7 @@ void ListBox::UserDblClick() {
   if (IsUsable()) DblClick.Raise();
 }
 
-// Folders, drives, calendar, progress
+// Folders, drives, files, calendar, progress
 
 DirListBox::DirListBox(Form& form, std::string name) : Control(form, std::move(name), {"QTreeWidget"}) {}
 
@@ -298,6 +298,14 @@ void DriveListBox::UserChoose(const std::string& drive) {
   if (!IsUsable()) return;
   Drive = drive;
   Change.Raise();
+}
+
+FileListBox::FileListBox(Form& form, std::string name) : Control(form, std::move(name), {"QListWidget/files"}) {}
+
+void FileListBox::UserChoose(const std::string& file_name) {
+  if (!IsUsable()) return;
+  FileName = file_name;
+  Click.Raise();
 }
 
 MonthView::MonthView(Form& form, std::string name) : Control(form, std::move(name), {"QCalendarWidget"}) {}

@@ -226,6 +226,19 @@ class DriveListBox final : public Control {
   void UserSet(const std::string& value) override { UserChoose(value); }
 };
 
+/// The files of a folder whose names fit a pattern; choosing one raises Click.
+class FileListBox final : public Control {
+ public:
+  FileListBox(Form& form, std::string name);
+  Property<std::string> Path{*this, "Path"};          ///< a drive path, "C:\\Korvina\\Report"
+  Property<std::string> Pattern{*this, "Pattern"};    ///< "*.txt*"; "*" stands for any text, case is ignored
+  Property<std::string> FileName{*this, "FileName"};  ///< the file chosen, "" if none is
+  Event<> Click{*this, "Click"};
+
+  void UserChoose(const std::string& file_name);
+  void UserSet(const std::string& value) override { UserChoose(value); }
+};
+
 /// A month's calendar. Picking a day raises DateClick.
 class MonthView final : public Control {
  public:

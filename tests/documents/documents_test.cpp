@@ -1,29 +1,19 @@
 #include "documents/documents.h"
 
-#include <gtest/gtest.h>
-
 #include <random>
 
-#include "app/app.h"
 #include "core/errors.h"
 #include "core/numbers.h"
-#include "support/scripted_desktop.h"
-#include "support/scripted_faults.h"
-#include "support/test_database.h"
+#include "support/program_test.h"
 
 namespace zrt {
 namespace {
 
-using test::FixedClock;
-using test::KeyByName;
-using test::ScriptedDesktop;
-using test::ScriptedFaults;
-using test::Stage;
-using test::TestDatabase;
+using test::ProgramTest;
 using Texts = std::vector<std::string>;
 
 /// The program on a small shop, the journal in front.
-class DocumentsTest : public testing::Test {
+class DocumentsTest : public ProgramTest {
  protected:
   DocumentsTest() {
     shop_.Sql("UPDATE CONST SET N8=8 WHERE COD=5");
@@ -33,31 +23,20 @@ class DocumentsTest : public testing::Test {
         "(2,1,'Вино',0,0,95000,'4820000000024',1,0,1,12,0,0,0,NULL,''),"
         "(3,1,'Доставка',0,0,10000,'4820000000031',1,0,0,21,0,0,0,0,''),"
         "(4,1,'Вода',0,0,4000,'0',1,0,0,3,0,0,0,NULL,'')");
-    app_.TheSession.MainConnection.SetFaultSource(&faults_);
-    app_.Start();
-    desktop_.UserAction([this] { app_.Splash.Timer1.UserFire(); });
-    desktop_.UserAction([this] { app_.Main.TabStrip1.UserChoose("jurn"); });
+    clock_.Set({{2026, 11, 12}, 12, 0, 0});
+    Start("jurn");
   }
 
-  Documents& Docs() { return app_.StockDocuments; }
+  Documents& Docs() { return app_->StockDocuments; }
   Menu& MenuOf(std::uint8_t number) {
-    const std::array<Menu*, 8> menus = {&app_.Main.mnuDocDO,      &app_.Main.mnuDocPN,      &app_.Main.mnuDocRN,
-                                        &app_.Main.mnuDocSP,      &app_.Main.mnuDocIN,      &app_.Main.mnuPereozenk,
-                                        &app_.Main.mnuDocPERplus, &app_.Main.mnuDocPERminus};
+    const std::array<Menu*, 8> menus = {&app_->Main.mnuDocDO,      &app_->Main.mnuDocPN,      &app_->Main.mnuDocRN,
+                                        &app_->Main.mnuDocSP,      &app_->Main.mnuDocIN,      &app_->Main.mnuPereozenk,
+                                        &app_->Main.mnuDocPERplus, &app_->Main.mnuDocPERminus};
     return *menus[number];
   }
 
-  void Click(Control& control) {
-    desktop_.UserAction([&] { control.UserClick(); });
-  }
-  void Type(Control& control, const std::string& text) {
-    desktop_.UserAction([&] { control.UserSet(text); });
-  }
-  void Press(Control& control, const std::string& key) {
-    desktop_.UserAction([&] { desktop_.PressKey(control, KeyByName(key)); });
-  }
   void Pick(std::uint8_t number, int cod, int kol, int price) {
-    desktop_.UserAction([&] { app_.Stock.BroadcastToForm(cod, kol, price, number); });
+    desktop_.UserAction([&] { app_->Stock.BroadcastToForm(cod, kol, price, number); });
   }
   DocumentForm& Open(std::uint8_t number) {
     Click(MenuOf(number));
@@ -65,8 +44,8 @@ class DocumentsTest : public testing::Test {
   }
   /// Opens document `id` from the journal by Enter.
   DocumentForm& Reopen(int id) {
-    desktop_.UserAction([this] { app_.Main.Journal.Refresh(); });
-    DataGrid& journal = app_.Main.Journal.DataGrid6;
+    desktop_.UserAction([this] { app_->Main.Journal.Refresh(); });
+    DataGrid& journal = app_->Main.Journal.DataGrid6;
     for (int row = 1; row <= journal.Rows(); ++row) {
       if (journal.CellText(row, "Num") != std::to_string(id)) continue;
       desktop_.UserAction([&] { journal.UserRow(row); });
@@ -110,13 +89,6 @@ class DocumentsTest : public testing::Test {
     Post(form);
     Leave(form, BoxAnswer::kOk);
   }
-
-  TestDatabase shop_{Stage::kRegister};
-  FixedClock clock_{{{2026, 11, 12}, 12, 0, 0}};
-  DriveMap drives_{std::filesystem::temp_directory_path() / "zrt_no_such_folder"};
-  ScriptedDesktop desktop_;
-  ScriptedFaults faults_;
-  App app_{desktop_, clock_, drives_, AppSettings{shop_.Address(), "zrt"}};
 };
 
 TEST_F(DocumentsTest, OneDocumentOfEachKindIsOpenAtATime) {
@@ -205,10 +177,10 @@ TEST_F(DocumentsTest, ALineDocumentFromItsFirstLineToItsUnposting) {
     // A scan offers a price and asks the quantity; picked lines come as they are.
     desktop_.ExpectInput("отсканируйте Штрихкод", "4820000000017");
     desktop_.InModal([&](zrt::Form&) {
-      EXPECT_EQ(app_.PickDialog.DialPrice, one.offered);
-      Type(app_.PickDialog.TextKol, "2");
-      Press(app_.PickDialog.TextKol, "Enter");
-      if (app_.PickDialog.IsVisible()) Press(*desktop_.Focused(), "Enter");
+      EXPECT_EQ(app_->PickDialog.DialPrice, one.offered);
+      Type(app_->PickDialog.TextKol, "2");
+      Press(app_->PickDialog.TextKol, "Enter");
+      if (app_->PickDialog.IsVisible()) Press(*desktop_.Focused(), "Enter");
     });
     Click(*form.CmdBar);
     Pick(one.number, 1, 1500, 0);
@@ -249,7 +221,7 @@ TEST_F(DocumentsTest, ALineDocumentFromItsFirstLineToItsUnposting) {
     balance += one.sign * 3500;
     EXPECT_EQ(Register(id), (Texts{row(1, 2000, 2 * one.offered, balance, true, false),
                                    row(1, 1500, 3 * one.price_of_zero / 2, balance, true, false),
-                                   row(3, 3000, 30000, rez ? 0 : app_.Stock.GetOstNow(3), !rez, rez)}));
+                                   row(3, 3000, 30000, rez ? 0 : app_->Stock.GetOstNow(3), !rez, rez)}));
     EXPECT_EQ(form.LblRun.BackColor(), 65280U);
     for (Control* off : std::initializer_list<Control*>{&form.RUNButton, &*form.CmdTov, &*form.CmdBar, &*form.CmdVar,
                                                         &*form.CmdDel, &form.CmdPlus, &*form.TextPrim, &*form.mnuRun}) {
@@ -262,7 +234,7 @@ TEST_F(DocumentsTest, ALineDocumentFromItsFirstLineToItsUnposting) {
     Click(*form.CmdUpd);
     EXPECT_EQ(shop_.Value("SELECT OST FROM TOVAR WHERE COD=1"), std::to_string(balance));
     EXPECT_EQ(shop_.Value("SELECT OST FROM TOVAR WHERE COD=3"),
-              one.updates_no_stock ? std::to_string(app_.Stock.GetOstNow(3)) : "-77777");
+              one.updates_no_stock ? std::to_string(app_->Stock.GetOstNow(3)) : "-77777");
 
     Click(*form.mnuRegistr);
     EXPECT_EQ(Docs().Movements.Caption(), "Движения документа: " + form.Caption());
@@ -278,7 +250,7 @@ TEST_F(DocumentsTest, ALineDocumentFromItsFirstLineToItsUnposting) {
     EXPECT_EQ(again.DocSum, sum + 4000);
     Unpost(again);
     balance -= one.sign * 3500;
-    EXPECT_EQ(app_.Stock.GetOstNow(1), balance);
+    EXPECT_EQ(app_->Stock.GetOstNow(1), balance);
     EXPECT_EQ(shop_.Value(fmt::format("SELECT COUNT(*) FROM REGISTR WHERE DOC={} AND (RUN=1 OR OSTKOL<>0)", id)), "0");
     desktop_.UserAction([&] { again.DataGrid7.UserRow(3); });
     Click(*again.CmdDel);
@@ -286,15 +258,15 @@ TEST_F(DocumentsTest, ALineDocumentFromItsFirstLineToItsUnposting) {
     desktop_.InModal([&](zrt::Form&) {
       // The line is gone already: a change of mind loses it.
       EXPECT_EQ(again.DataGrid7.Rows(), 1);
-      EXPECT_EQ(app_.PickDialog.DialCod, 1);
-      Press(app_.PickDialog.TextKol, "Esc");
+      EXPECT_EQ(app_->PickDialog.DialCod, 1);
+      Press(app_->PickDialog.TextKol, "Esc");
     });
     Press(again.DataGrid7, "Enter");
     desktop_.UserAction([&] { again.DataGrid7.UserRow(1); });
     desktop_.InModal([&](zrt::Form&) {
-      Type(app_.PickDialog.TextKol, "10");
-      Type(app_.PickDialog.TextPrice, "7");
-      Click(app_.PickDialog.OKButton);
+      Type(app_->PickDialog.TextKol, "10");
+      Type(app_->PickDialog.TextPrice, "7");
+      Click(app_->PickDialog.OKButton);
     });
     Click(*again.CmdVar);
     Leave(again, BoxAnswer::kOk);
@@ -430,8 +402,8 @@ TEST_F(DocumentsTest, LinesThatCouldntBeReadAreNeverSavedAsNone) {
   Pick(kind::kOutgoing, 2, 1000, 1000);
   desktop_.ExpectInput("отсканируйте Штрихкод", "4820000000024");
   desktop_.InModal([&](zrt::Form&) {
-    Type(app_.PickDialog.TextKol, "1");
-    Click(app_.PickDialog.OKButton);
+    Type(app_->PickDialog.TextKol, "1");
+    Click(app_->PickDialog.OKButton);
   });
   Click(*invoice.CmdBar);
   EXPECT_EQ(invoice.DataGrid7.Row(), 2);
@@ -444,7 +416,7 @@ TEST_F(DocumentsTest, ClientAndNoteAreTypedLast) {
   DocumentForm& form = Open(kind::kIncoming);
   Pick(kind::kIncoming, 1, 1000, 100000);
   Type(*form.TextPrim, "важно");
-  desktop_.UserAction([&] { desktop_.Activated(app_.Main); });
+  desktop_.UserAction([&] { desktop_.Activated(app_->Main); });
   desktop_.UserAction([&] { desktop_.Activated(form); });
   EXPECT_EQ(form.TextPrim->Text(), "") << "coming back brings back what was there before";
   EXPECT_EQ(form.DataGrid7.Rows(), 1);
@@ -527,7 +499,7 @@ TEST_F(DocumentsTest, AnInventoryBringsTheRegisterToTheCount) {
   count(2, "Вино\r\rучётный остаток = 5,000", "6,5");
   Post(form);
   EXPECT_EQ(Register(id).size(), 2U);
-  EXPECT_EQ(app_.Stock.GetOstNow(2), 6500);
+  EXPECT_EQ(app_->Stock.GetOstNow(2), 6500);
   Leave(form, BoxAnswer::kOk);
 
   // A new one left without saving leaves nothing; zero counts for all lines.
@@ -638,7 +610,7 @@ TEST_F(DocumentsTest, ADailyReportClosesTheShift) {
   Click(form.CmdPlus);
   desktop_.UserAction([&] { form.Month0.UserPick({2026, 10, 1}); });
   EXPECT_EQ(desktop_.Focused(), &form.CmdDat);
-  desktop_.UserAction([&] { desktop_.Activated(app_.Main); });
+  desktop_.UserAction([&] { desktop_.Activated(app_->Main); });
   desktop_.UserAction([&] { desktop_.Activated(form); });
   EXPECT_EQ(form.TextDate.Caption(), "11.11.2026");
   EXPECT_FALSE(form.RUNButton.Enabled());
@@ -682,7 +654,7 @@ TEST_F(DocumentsTest, DeletingDocuments) {
     desktop_.ExpectInput("Введите пароль системного администратора", answer);
   };
   const auto remove = [&] {
-    Click(app_.Main.mnuDelOneDoc);
+    Click(app_->Main.mnuDelOneDoc);
     desktop_.CheckAllCame();
   };
   number("");
@@ -710,19 +682,19 @@ TEST_F(DocumentsTest, DeletingDocuments) {
   remove();
   EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM DOCPRICE"), "0");
   EXPECT_EQ(shop_.Value("SELECT PRISE FROM TOVAR WHERE COD=1"), "500") << "the old price doesn't come back";
-  EXPECT_EQ(app_.Main.Journal.DataGrid6.Rows(), 1);
+  EXPECT_EQ(app_->Main.Journal.DataGrid6.Rows(), 1);
 
   const std::string all = "Удалить ВСЕ документы  и очистить регистр остатков?";
   desktop_.Expect(all, BoxAnswer::kCancel, BoxIcon::kQuestion);
-  Click(app_.Main.mnuClearDoc);
+  Click(app_->Main.mnuClearDoc);
   desktop_.Expect(all, BoxAnswer::kOk);
   password("");
   desktop_.Expect("Пароль неверный!", BoxAnswer::kOk, BoxIcon::kCritical);
-  Click(app_.Main.mnuClearDoc);
+  Click(app_->Main.mnuClearDoc);
   desktop_.Expect(all, BoxAnswer::kOk);
   password("357218");
   desktop_.Expect("Все документы удалены, регистр остатков обнулён!", BoxAnswer::kOk, BoxIcon::kExclamation);
-  Click(app_.Main.mnuClearDoc);
+  Click(app_->Main.mnuClearDoc);
   EXPECT_EQ(shop_.Value("SELECT (SELECT COUNT(*) FROM JOURNAL)+(SELECT COUNT(*) FROM REGISTR)"), "0");
 }
 
@@ -733,21 +705,21 @@ TEST_F(DocumentsTest, TheRegisterIsSeenWholeOrByProduct) {
   Open(kind::kWriteOff);
   Pick(kind::kWriteOff, 1, 1000, 0);
   Leave(Docs().WriteOff, BoxAnswer::kOk);
-  Click(app_.Main.mnuRegistr);
+  Click(app_->Main.mnuRegistr);
   FormJrnl& view = Docs().Register;
   EXPECT_EQ(view.DataGrid88.Rows(), 3) << "posted or not";
   EXPECT_EQ(view.DataGrid88.Row(), 3);
   EXPECT_FALSE(view.CheckRun.Enabled());
   Click(view.CmdTov);
-  Type(app_.Picker.TextFind, "чай");
-  Press(app_.Picker.TextFind, "Enter");
-  Press(app_.Picker.OKButton, "Enter");
+  Type(app_->Picker.TextFind, "чай");
+  Press(app_->Picker.TextFind, "Enter");
+  Press(app_->Picker.OKButton, "Enter");
   EXPECT_EQ(view.LblCod.Caption() + view.LblTov.Caption(), "1Чай");
   Type(view.CheckRun, "on");
   EXPECT_EQ(view.CheckRun.Caption(), "Отключить фильтр");
   EXPECT_EQ(view.DataGrid88.Rows(), 1) << "posted rows of the product";
   EXPECT_EQ(view.DataGrid88.CellText(1, "Docum"), "Приходная накладная");
-  desktop_.UserAction([&] { desktop_.Activated(app_.Main); });
+  desktop_.UserAction([&] { desktop_.Activated(app_->Main); });
   desktop_.UserAction([&] { desktop_.Activated(view); });
   EXPECT_EQ(view.DataGrid88.Rows(), 1);
   Type(view.CheckRun, "off");
@@ -813,7 +785,7 @@ TEST_F(DocumentsTest, ARandomMonthAgreesWithARecount) {
                              std::to_string(count));
         Click(*form.CmdVar);
         const int cod = std::stoi(form.DataGrid7.CellText(row, "Cod"));
-        const std::int64_t difference = 1000 * count - app_.Stock.GetOstNow(cod);
+        const std::int64_t difference = 1000 * count - app_->Stock.GetOstNow(cod);
         if (RoundHalfEven(static_cast<double>(difference) / 1000) != 0) lines.emplace_back(cod, difference);
       }
       if (form.DataGrid7.Rows() > 0) desktop_.Expect("Поместить документ в конец дня (23:59)?", BoxAnswer::kCancel);
@@ -861,8 +833,8 @@ TEST_F(DocumentsTest, ARandomMonthAgreesWithARecount) {
   }
 
   clock_.Set({{2026, 12, 5}, 12, 0, 0});
-  desktop_.UserAction([this] { app_.Main.TabStrip1.UserChoose("sprav"); });
-  Click(app_.Main.Catalogue.CmdRefrTov);
+  desktop_.UserAction([this] { app_->Main.TabStrip1.UserChoose("sprav"); });
+  Click(app_->Main.Catalogue.CmdRefrTov);
   for (int cod = 1; cod <= 4; ++cod) {
     std::int64_t stock = 0;
     for (const Movement& one : movements) stock += one.cod == cod ? one.kol : 0;

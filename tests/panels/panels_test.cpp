@@ -67,8 +67,30 @@ class Panels : public testing::Test {
   }
 
   void Complains(const char* text, const std::function<void()>& action) {
-    desktop_.Expect(text, BoxAnswer::kOk, BoxIcon::kCritical);
+    desktop_.Expect(text, BoxAnswer::kOk, BoxIcon::kCritical, "ZASTAVA");
     Do(action);
+  }
+
+  /// The action ends in a run-time error, for which the test has made the fault.
+  void Fails(const std::function<void()>& action) {
+    desktop_.ExpectRuntimeError();
+    Do(action);
+  }
+
+  /// The keys that are selected.
+  std::string Selected() {
+    std::string keys;
+    for (int key = 1; key <= 30; ++key) keys += KeyOf(key).BackColor() == 0xFF80FF ? std::to_string(key) + " " : "";
+    return keys;
+  }
+
+  /// The buttons of the window for copying whose levels hold a product.
+  static std::string Green(const FormCopy& form) {
+    std::string all;
+    for (const auto& level : form.CmdPan) {
+      for (const Button& button : level) all += button.BackColor() == 49152 ? button.Name().substr(7) + " " : "";
+    }
+    return all;
   }
 
   /// Opens the window for copying and works in it.
@@ -164,26 +186,21 @@ TEST_F(Panels, AKeyIsWrittenWhereItStands) {
 }
 
 TEST_F(Panels, OnlyOneKeyIsSelected) {
-  const auto selected = [this] {
-    std::string keys;
-    for (int key = 1; key <= 30; ++key) keys += KeyOf(key).BackColor() == 0xFF80FF ? std::to_string(key) + " " : "";
-    return keys;
-  };
   Do([&] { KeyOf(7).UserClick(); });
   Do([&] { KeyOf(30).UserClick(); });
-  EXPECT_EQ(selected(), "30 ");
+  EXPECT_EQ(Selected(), "30 ");
   EXPECT_EQ(Tab().DataGrid12.Row(), 30);
   // The list of the keys selects too; then the list moves on alone and nothing may be written.
   Do([&] { Tab().DataGrid12.UserRow(4); });
   Do([&] { desktop_.PressKey(Tab().DataGrid12, {Key::kEnter, {}}); });
-  EXPECT_EQ(selected(), "4 ");
+  EXPECT_EQ(Selected(), "4 ");
   EXPECT_EQ(desktop_.Focused(), &Tab().Text6);
   Do([&] { Tab().DataGrid12.UserRow(5); });
   Complains("Не выбрана кнопка!", [&] { Tab().CmdOk1.UserClick(); });
   Complains("Не выбрана кнопка!", [&] { Tab().CmdClr.UserClick(); });
   // Another level: the entry stays open, no key is selected.
   Do([&] { Tab().Option2[1].UserClick(); });
-  EXPECT_EQ(selected(), "");
+  EXPECT_EQ(Selected(), "");
   Complains("Не выбрана кнопка!", [&] { Tab().CmdOk1.UserClick(); });
   EXPECT_EQ(database_.Rows(kFilledKeys), Rows{});
 }
@@ -280,6 +297,30 @@ TEST_F(Panels, ALevelIsPaintedByWhatStandsOnIt) {
   Do([&] { desktop_.PressKey(Tab().DataGrid12, {Key::kEnter, {}}); });
 }
 
+/// Behind the gap of a lost row a key would write its neighbour.
+TEST_F(Panels, ALevelWithAGapIsWrittenWhereItsKeysAre) {
+  database_.Sql("UPDATE HOTKEYS SET CODE=10 WHERE ID IN (101,104)");
+  database_.Sql("DELETE FROM HOTKEYS WHERE ID=135");
+  Do([&] { KeyOf(1).UserClick(); });
+  Do([&] { Tab().Option2[1].UserClick(); });
+  // The keys show the level before, but none of it is selected, and none can be dragged.
+  EXPECT_EQ(KeyOf(1).Caption(), "10");
+  EXPECT_EQ(Selected(), "");
+  EXPECT_EQ(KeyOf(1).BackColor(), 0x00FF00U);
+  Do([&] { Tab().Text6.UserType("13"); });
+  Complains("Не выбрана кнопка!", [&] { Tab().CmdOk1.UserClick(); });
+  Complains("Не выбрана кнопка!", [&] { Tab().CmdClr.UserClick(); });
+  Do([&] { KeyOf(1).UserDrag(KeyOf(2)); });
+  Put(4, "11");
+  for (const int behind : {5, 10, 30}) {
+    SCOPED_TRACE(behind);
+    Do([=, this] { KeyOf(behind).UserClick(); });
+    EXPECT_EQ(Selected(), "");
+    Complains("Не выбрана кнопка!", [&] { Tab().CmdOk1.UserClick(); });
+  }
+  EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{"101", "10"}, {"104", "10"}, {"134", "11"}}));
+}
+
 TEST_F(Panels, AProductIsChosenByListSearchOrKeyboardAlone) {
   CatalogueTab& catalogue = app_->Main.Catalogue;
   Do([&] { KeyOf(2).UserClick(); });
@@ -317,32 +358,124 @@ TEST_F(Panels, AProductIsChosenByListSearchOrKeyboardAlone) {
 }
 
 TEST_F(Panels, AKeyIsMovedToAnEmptyOneOnly) {
-  Choose(2, 3, 2);
-  Put(1, "10");
-  Put(2, "11");
-  const Rows before = database_.Rows(kAllCodes);
-  Do([&] { KeyOf(1).UserDrag(KeyOf(2)); });  // occupied
-  Do([&] { KeyOf(1).UserDrag(KeyOf(1)); });
-  EXPECT_EQ(KeyOf(1).BackColor(), 0xFF00FFU);
-  Do([&] { KeyOf(5).UserDrag(KeyOf(6)); });  // an empty key isn't dragged
-  desktop_.Expect("Переместить кнопку на указанное место?", BoxAnswer::kCancel, BoxIcon::kQuestion);
-  Do([&] { KeyOf(1).UserDrag(KeyOf(30)); });
-  EXPECT_EQ(database_.Rows(kAllCodes), before);
-  EXPECT_EQ(KeyOf(1).BackColor(), 0x00FF00U);
-  EXPECT_EQ(KeyOf(30).BackColor(), 0x8000000EU);
-  desktop_.Expect("Переместить кнопку на указанное место?", BoxAnswer::kOk, BoxIcon::kQuestion);
-  Do([&] { KeyOf(1).UserDrag(KeyOf(30)); });
-  EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{"1532", "11"}, {"1560", "10"}}));
-  EXPECT_EQ(KeyOf(30).Caption(), "10");
-  EXPECT_EQ(KeyOf(1).Caption(), "");
-  EXPECT_EQ(Tab().DataGrid12.Row(), 1);
+  const char* const question = "Переместить кнопку на указанное место?";
+  struct Level {
+    int menu;
+    const char* first;  ///< IDs of keys 1, 2 and 30
+    const char* second;
+    const char* last;
+  };
+  for (const Level& level : {Level{1, "331", "332", "360"}, Level{2, "1531", "1532", "1560"}}) {
+    SCOPED_TRACE(level.menu);
+    database_.Sql("UPDATE HOTKEYS SET CODE=0");
+    Choose(level.menu, 3, 2);
+    Put(1, "10");
+    Put(2, "11");
+    const Rows before = database_.Rows(kAllCodes);
+    Do([&] { KeyOf(1).UserDrag(KeyOf(2)); });  // occupied
+    Do([&] { KeyOf(1).UserDrag(KeyOf(1)); });
+    EXPECT_EQ(KeyOf(1).BackColor(), 0xFF00FFU);
+    Do([&] { KeyOf(5).UserDrag(KeyOf(6)); });  // an empty key isn't dragged
+    desktop_.Expect(question, BoxAnswer::kCancel, BoxIcon::kQuestion);
+    Do([&] { KeyOf(1).UserDrag(KeyOf(30)); });
+    EXPECT_EQ(database_.Rows(kAllCodes), before);
+    EXPECT_EQ(KeyOf(1).BackColor(), 0x00FF00U);
+    EXPECT_EQ(KeyOf(30).BackColor(), 0x8000000EU);
+    desktop_.Expect(question, BoxAnswer::kOk, BoxIcon::kQuestion);
+    Do([&] { KeyOf(1).UserDrag(KeyOf(30)); });
+    EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{level.second, "11"}, {level.last, "10"}}));
+    EXPECT_EQ(KeyOf(30).Caption(), "10");
+    EXPECT_EQ(KeyOf(1).Caption(), "");
+    EXPECT_EQ(Tab().DataGrid12.Row(), 1);
 
-  // Cut between the two writes the product stands on both keys and is lost on neither.
-  desktop_.Expect("Переместить кнопку на указанное место?", BoxAnswer::kOk);
-  desktop_.ExpectRuntimeError();
-  faults_.FailAt(3);
-  Do([&] { KeyOf(30).UserDrag(KeyOf(1)); });
-  EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{"1531", "10"}, {"1532", "11"}, {"1560", "10"}}));
+    // Stopped at any of its statements the product is lost from neither key, and the keys show what came of it.
+    for (const int statement : {1, 2, 3}) {
+      SCOPED_TRACE(statement);
+      desktop_.Expect(question, BoxAnswer::kOk);
+      faults_.FailAt(statement);
+      Fails([&] { KeyOf(30).UserDrag(KeyOf(1)); });
+      EXPECT_EQ(KeyOf(1).Caption(), statement == 3 ? "10" : "");
+      EXPECT_EQ(KeyOf(30).Caption(), "10");
+      EXPECT_EQ(KeyOf(30).BackColor(), statement == 3 ? 0xFF0000U : 0x00FF00U);
+    }
+    EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{level.first, "10"}, {level.second, "11"}, {level.last, "10"}}));
+  }
+}
+
+/// The level chosen couldn't be read: the keys still show the one before, whose empty places aren't those of this one.
+TEST_F(Panels, AKeyThatShowsAnotherLevelMovesNothing) {
+  struct Choice {
+    const char* first;  ///< IDs of keys 1 and 2 of the level that is chosen
+    const char* second;
+    std::function<void()> choose;
+  };
+  const Choice kChoices[] = {{"131", "132", [this] { Tab().Option2[1].UserClick(); }},
+                             {"201", "202", [this] { Tab().Option1[1].UserClick(); }},
+                             {"1301", "1302", [this] { Tab().CmdMenu.UserPress(2); }}};
+  for (const Choice& choice : kChoices) {
+    for (const bool cut : {false, true}) {
+      SCOPED_TRACE(fmt::format("{} {}", choice.first, cut));
+      database_.Sql("UPDATE HOTKEYS SET CODE=0");
+      database_.Sql("UPDATE HOTKEYS SET CODE=10 WHERE ID=101");
+      database_.Sql(fmt::format("UPDATE HOTKEYS SET CODE=11 WHERE ID={}", choice.first));
+      database_.Sql(fmt::format("UPDATE HOTKEYS SET CODE=12 WHERE ID={}", choice.second));
+      const Rows before = database_.Rows(kAllCodes);
+      Choose(1, 1, 1);
+      if (cut) {
+        faults_.CutAt(1);
+      } else {
+        faults_.FailAt(1);
+      }
+      Fails(choice.choose);
+      EXPECT_EQ(KeyOf(1).Caption(), "10");
+      EXPECT_EQ(KeyOf(2).Caption(), "");
+      Do([&] { KeyOf(1).UserDrag(KeyOf(2)); });  // no question
+      EXPECT_EQ(database_.Rows(kAllCodes), before);
+      // Pressing a key reads the level after all, and so does Enter in the list, which chooses nothing yet.
+      if (cut) {
+        Do([&] { desktop_.PressKey(Tab().DataGrid12, {Key::kEnter, {}}); });
+        EXPECT_EQ(KeyOf(2).Caption(), "12");
+        EXPECT_EQ(Selected(), "");
+      }
+      Do([&] { KeyOf(2).UserClick(); });
+      EXPECT_EQ(KeyOf(1).Caption(), "11");
+      EXPECT_EQ(KeyOf(2).Caption(), "12");
+      EXPECT_EQ(Selected(), "2 ");
+      EXPECT_EQ(Tab().DataGrid12.Row(), 2);
+    }
+  }
+}
+
+TEST_F(Panels, AWriteWhoseLevelIsNotReadAgainIsOver) {
+  database_.Sql("UPDATE HOTKEYS SET CODE=10 WHERE ID=101");
+  Choose(1, 1, 1);
+  Do([&] { KeyOf(2).UserClick(); });
+  Do([&] { Tab().Text6.UserType("13"); });
+  faults_.FailAt(2);
+  Fails([&] { Tab().CmdOk1.UserClick(); });
+  EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{"101", "10"}, {"102", "13"}}));
+  EXPECT_EQ(Tab().Text6.Text(), "");
+  EXPECT_FALSE(Tab().CmdOk1.Enabled() || Tab().CmdClr.Enabled() || Tab().Text6.Enabled());
+  EXPECT_EQ(desktop_.Focused(), &KeyOf(2));
+  EXPECT_EQ(Selected(), "");
+  Do([&] { KeyOf(1).UserDrag(KeyOf(2)); });  // key 2 only looks empty
+  EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{"101", "10"}, {"102", "13"}}));
+  Do([&] { KeyOf(2).UserClick(); });
+  EXPECT_EQ(KeyOf(2).Caption(), "13");
+  // The same when a key can't be selected: the level is read for that.
+  database_.Sql("UPDATE HOTKEYS SET CODE=12 WHERE ID=103");
+  faults_.FailAt(1);
+  Fails([&] { KeyOf(1).UserClick(); });
+  Do([&] { KeyOf(1).UserDrag(KeyOf(3)); });
+  // And when all panels are cleared.
+  Do([&] { KeyOf(1).UserClick(); });
+  desktop_.ExpectInput("Для очистки всех панелей введите пароль администратора:", "357218");
+  desktop_.Expect("Подтвердите очистку ВСЕХ панелей!");
+  faults_.FailAt(2);
+  Fails([&] { Tab().CmdClrAll.UserClick(); });
+  database_.Sql("UPDATE HOTKEYS SET CODE=11 WHERE ID=104");
+  Do([&] { KeyOf(1).UserDrag(KeyOf(4)); });
+  EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{"104", "11"}}));
 }
 
 TEST_F(Panels, NamesOfPanelsAndMenus) {
@@ -370,6 +503,138 @@ TEST_F(Panels, NamesOfPanelsAndMenus) {
   desktop_.ExpectRuntimeError();
   Do([&] { Tab().CmdName.UserClick(); });
   EXPECT_EQ(Tab().Option1[11].Caption(), "Панель № 12");
+  // The panel is renamed when its menu can't be.
+  Do([&] { Tab().TextName.UserType("Гриль"); });
+  faults_.FailAt(2);
+  Fails([&] { Tab().CmdName.UserClick(); });
+  EXPECT_EQ(database_.Value("SELECT T9 FROM CONST WHERE COD=24"), "Гриль");
+  EXPECT_EQ(Tab().Option1[11].Caption(), "Гриль");
+}
+
+/// After a panel that couldn't be shown the name of the one before is still there.
+TEST_F(Panels, APanelDoesNotGetTheNameOfAnother) {
+  database_.Sql("UPDATE CONST SET T9=CONCAT('П',COD) WHERE COD<=24");
+  struct Choice {
+    int row;        ///< of the panel that is chosen
+    int statement;  ///< that fails
+    std::function<void()> choose;
+  };
+  const auto panel = [this] { Tab().Option1[1].UserClick(); };
+  const auto menu = [this] { Tab().CmdMenu.UserPress(2); };
+  const Choice kChoices[] = {{2, 1, panel}, {2, 2, panel}, {13, 1, menu}, {13, 2, menu}};
+  for (const Choice& choice : kChoices) {
+    SCOPED_TRACE(fmt::format("{} {}", choice.row, choice.statement));
+    Choose(1, 1, 1);
+    EXPECT_EQ(Tab().TextName.Text(), "П1");
+    faults_.FailAt(choice.statement);
+    Fails(choice.choose);
+    Do([&] { Tab().CmdName.UserClick(); });
+    EXPECT_EQ(database_.Value("SELECT COUNT(*) FROM CONST WHERE COD<=24 AND T9=CONCAT('П',COD)"), "24");
+    EXPECT_EQ(Tab().TextName.Text(), fmt::format("П{}", choice.row));
+    // The true name has been seen: now it can be changed.
+    Do([&] { Tab().TextName.UserType("Бар"); });
+    Do([&] { Tab().CmdName.UserClick(); });
+    EXPECT_EQ(database_.Value(fmt::format("SELECT T9 FROM CONST WHERE COD={}", choice.row)), "Бар");
+    database_.Sql(fmt::format("UPDATE CONST SET T9='П{0}' WHERE COD={0}", choice.row));
+  }
+  // Nor do the buttons keep the names of the other menu: that of a row which is gone, and all while they can't be read.
+  database_.Sql("DELETE FROM CONST WHERE COD=16");
+  Choose(1, 1, 1);
+  EXPECT_EQ(Tab().Option1[3].Caption(), "П4");
+  Do(menu);
+  EXPECT_EQ(Tab().Option1[2].Caption(), "П15");
+  EXPECT_EQ(Tab().Option1[3].Caption(), "Панель № 4");
+  for (const int statement : {1, 2, 3}) {
+    Choose(1, 1, 1);
+    faults_.FailAt(statement);
+    Fails(menu);
+    EXPECT_EQ(Tab().Option1[2].Caption(), "Панель № 3");
+  }
+}
+
+/// The shop's older schema, which has one menu, without a number.
+TEST_F(Panels, TheOnlyMenuHasNoNameAndNothingIsMovedInIt) {
+  app_->TheSession.CurrentMenu = 0;
+  Do([&] { Tab().Option1[4].UserClick(); });
+  Do([&] { Tab().Option2[1].UserClick(); });
+  Put(3, "10");
+  EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{"533", "10"}}));
+  desktop_.Expect("Переместить кнопку на указанное место?");
+  Do([&] { KeyOf(3).UserDrag(KeyOf(4)); });
+  EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{"533", "10"}}));
+  Do([&] { Tab().TextName.UserType("Бар"); });
+  faults_.Forget();
+  Do([&] { Tab().CmdName.UserClick(); });
+  EXPECT_EQ(faults_.Statements(), (std::vector<std::string>{"UPDATE CONST SET T9='Бар' WHERE COD=5"}));
+  EXPECT_EQ(Tab().Option1[4].Caption(), "Бар");
+}
+
+/// What each action sends, to the letter and in this order.
+TEST_F(Panels, TheStatementsOfTheActions) {
+  using Texts = std::vector<std::string>;
+  const auto level = [](int rez, int lv) {
+    return fmt::format(
+        "SELECT HOTKEYS.ID As 'id',RIGHT(HOTKEYS.ID,2) As 'N',HOTKEYS.CODE As 'cod',TOVAR.NAME As 'name',"
+        "ROUND(TOVAR.PRISE/100,2) As 'price',ROUND(TOVAR.N7/1000,3) As 'part' FROM HOTKEYS,TOVAR WHERE "
+        "HOTKEYS.CODE=TOVAR.COD AND HOTKEYS.REZ={0} AND HOTKEYS.LV={1} GROUP BY id UNION SELECT HOTKEYS.ID As 'id',"
+        "RIGHT(HOTKEYS.ID,2) As 'N',HOTKEYS.CODE As 'cod',TOVAR.NAME As 'name',ROUND(TOVAR.PRISE/100,2) As 'price',"
+        "ROUND(TOVAR.N7/1000,3) As 'part' FROM HOTKEYS LEFT JOIN TOVAR ON HOTKEYS.CODE=TOVAR.COD WHERE "
+        "HOTKEYS.REZ={0} AND HOTKEYS.LV={1} GROUP BY id ORDER BY id",
+        rez, lv);
+  };
+  const auto sends = [this](const std::function<void()>& action, const Texts& statements) {
+    faults_.Forget();
+    Do(action);
+    EXPECT_EQ(faults_.Statements(), statements);
+  };
+  sends([&] { Tab().CmdMenu.UserPress(2); },
+        {level(13, 1), "SELECT T9 FROM CONST WHERE COD=13", "SELECT COD, T9 FROM CONST WHERE COD BETWEEN 13 AND 24"});
+  sends([&] { Tab().Option1[4].UserClick(); }, {level(17, 1), "SELECT T9 FROM CONST WHERE COD=17"});
+  sends([&] { Tab().Option2[1].UserClick(); }, {level(17, 2)});
+  sends([&] { KeyOf(3).UserClick(); }, {level(17, 2)});
+  Do([&] { Tab().Text6.UserType("10"); });
+  sends([&] { Tab().CmdOk1.UserClick(); }, {"UPDATE HOTKEYS SET CODE = 10 WHERE ID = 1733", level(17, 2)});
+  desktop_.Expect("Переместить кнопку на указанное место?");
+  sends([&] { KeyOf(3).UserDrag(KeyOf(4)); },
+        {"SELECT CODE FROM HOTKEYS WHERE ID=1733", "UPDATE HOTKEYS SET CODE=10 WHERE ID=1734",
+         "UPDATE HOTKEYS SET CODE=0 WHERE ID=1733", level(17, 2)});
+  Do([&] { KeyOf(4).UserClick(); });
+  sends([&] { Tab().CmdClr.UserClick(); }, {"UPDATE HOTKEYS SET CODE = 0 WHERE ID = 1734", level(17, 2)});
+  Do([&] { Tab().TextName.UserType("Бар"); });
+  sends([&] { Tab().CmdName.UserClick(); },
+        {"UPDATE CONST SET T9='Бар' WHERE COD=17", "UPDATE CONST SET N2='меню-2' WHERE COD=7"});
+  desktop_.ExpectInput("Для очистки всех панелей введите пароль администратора:", "357218");
+  desktop_.Expect("Подтвердите очистку ВСЕХ панелей!");
+  sends([&] { Tab().CmdClrAll.UserClick(); }, {"UPDATE HOTKEYS SET CODE=0 WHERE id>100", level(17, 2), level(17, 2)});
+
+  const std::string paint = "SELECT SUM(CODE),LV*100+REZ FROM HOTKEYS WHERE ID>100 GROUP BY REZ,LV";
+  faults_.Forget();
+  InCopying([&](FormCopy& form) {
+    EXPECT_EQ(faults_.Statements(),
+              (Texts{"SELECT COD, T9 FROM CONST", "SELECT N1, N2 FROM CONST WHERE COD=7", paint}));
+    Texts copying = {"SELECT ID,CODE FROM HOTKEYS WHERE REZ=1 AND LV=1"};
+    for (int id = 1461; id <= 1490; ++id) {
+      copying.push_back(fmt::format("UPDATE HOTKEYS SET CODE ={} WHERE ID={}", id == 1463 ? 5 : 0, id));
+    }
+    copying.push_back(paint);
+    database_.Sql("UPDATE HOTKEYS SET CODE=5 WHERE ID=103");
+    faults_.Forget();
+    form.CopyPanelLevel(101, 314);
+    form.PaintPanButtons();
+    EXPECT_EQ(faults_.Statements(), copying);
+    std::ofstream(LayoutFile()) << "101,1\n2490,2\n";
+    faults_.Forget();
+    Import(form);
+    EXPECT_EQ(faults_.Statements(),
+              (Texts{"UPDATE HOTKEYS SET CODE=0 WHERE ID>100", "UPDATE HOTKEYS SET CODE=1 WHERE ID=101",
+                     "UPDATE HOTKEYS SET CODE=2 WHERE ID=2490", paint}));
+    faults_.Forget();
+    desktop_.Expect("Выгружен файл 'C:/Korvina/hotkeys.txt'");
+    desktop_.UserAction([&] { form.CmdExportMenu.UserClick(); });
+    EXPECT_EQ(faults_.Statements(), (Texts{"SELECT ID,CODE FROM HOTKEYS WHERE ID>100 AND CODE>0"}));
+    faults_.Forget();
+  });
+  EXPECT_EQ(faults_.Statements(), (Texts{level(17, 2)}));  // the editor shows what was loaded
 }
 
 TEST_F(Panels, ClearingAllAndCopyingWantThePassword) {
@@ -401,14 +666,7 @@ TEST_F(Panels, LevelsAreCopiedWholeAndShownByTheirButtons) {
   database_.Sql("UPDATE HOTKEYS SET CODE=10 WHERE ID IN (101,103,130)");
   database_.Sql("UPDATE HOTKEYS SET CODE=20 WHERE REZ=14 AND LV=2");
   InCopying([this](FormCopy& form) {
-    const auto green = [&] {
-      std::string all;
-      for (const auto& level : form.CmdPan) {
-        for (const Button& button : level) all += button.BackColor() == 49152 ? button.Name().substr(7) + " " : "";
-      }
-      return all;
-    };
-    EXPECT_EQ(green(), "101 214 ");
+    EXPECT_EQ(Green(form), "101 214 ");
     EXPECT_EQ(form.LabelPan[0].Caption(), "  Бар");
     EXPECT_EQ(form.LabelPan[13].Caption(), "  Панель № 2");
     EXPECT_EQ(form.LabelMenu[0].Caption(), "меню-1");
@@ -431,13 +689,13 @@ TEST_F(Panels, LevelsAreCopiedWholeAndShownByTheirButtons) {
     // An empty level onto a full one empties it.
     desktop_.Expect("Дублировать все данные \n\rиз панели резерв уровень 3\n\rв панель Панель № 2 уровень 2 ?");
     desktop_.UserAction([&] { form.CmdPan[2][23].UserDrag(full); });
-    EXPECT_EQ(green(), "101 ");
+    EXPECT_EQ(Green(form), "101 ");
     EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{"101", "10"}, {"103", "10"}, {"130", "10"}}));
 
     // What another work place does is seen at the button's word.
     database_.Sql("UPDATE HOTKEYS SET CODE=5 WHERE ID=2490");
     desktop_.UserAction([&] { form.CmrRefr.UserClick(); });
-    EXPECT_EQ(green(), "101 324 ");
+    EXPECT_EQ(Green(form), "101 324 ");
   });
 }
 
@@ -532,9 +790,37 @@ TEST_F(Panels, NoFileAndNoServerOnTheWay) {
     desktop_.ExpectRuntimeError();
     Import(form, false);
     EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{"101", "1"}, {"102", "2"}}));
+    EXPECT_EQ(Green(form), "101 ");
+    // Loaded, but the buttons can't be painted: the operator is told that it is loaded.
+    faults_.FailAt(5);
+    desktop_.ExpectRuntimeError();
     Import(form);
     EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{"101", "1"}, {"102", "2"}, {"103", "3"}}));
+
+    // A copy that ends half-way shows what has come over.
+    faults_.FailAt(3);
+    desktop_.ExpectRuntimeError();
+    desktop_.Expect("Дублировать все данные \n\rиз панели Панель № 1 уровень 1\n\rв панель Панель № 2 уровень 3 ?");
+    desktop_.UserAction([&] { form.CmdPan[0][0].UserDrag(form.CmdPan[2][1]); });
+    EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{"101", "1"}, {"102", "2"}, {"103", "3"}, {"261", "1"}}));
+    EXPECT_EQ(Green(form), "101 302 ");
   });
+}
+
+/// The window comes up all the same, and what is done in it is seen in the editor.
+TEST_F(Panels, TheWindowForCopyingWithoutItsNames) {
+  database_.Sql("UPDATE HOTKEYS SET CODE=10 WHERE ID=201");
+  FormCopy& form = app_->PanelCopy;
+  desktop_.ExpectInput("Введите пароль администратора:", "357218");
+  faults_.FailAt(1);
+  Fails([&] { Tab().CmdCopyAll.UserClick(); });
+  ASSERT_TRUE(form.IsVisible());
+  desktop_.Expect("Дублировать все данные \n\rиз панели Панель № 2 уровень 1\n\rв панель Панель № 1 уровень 1 ?");
+  Do([&] { form.CmdPan[0][1].UserDrag(form.CmdPan[0][0]); });
+  EXPECT_EQ(KeyOf(1).Caption(), "");
+  Do([&] { desktop_.PressKey(form.CmrRefr, {Key::kEscape, {}}); });
+  EXPECT_FALSE(form.IsVisible());
+  EXPECT_EQ(KeyOf(1).Caption(), "10");
 }
 
 }  // namespace

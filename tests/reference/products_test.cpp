@@ -1,20 +1,10 @@
-#include <gtest/gtest.h>
-
-#include "app/app.h"
 #include "core/errors.h"
-#include "support/scripted_desktop.h"
-#include "support/scripted_faults.h"
-#include "support/test_database.h"
+#include "support/program_test.h"
 
 namespace zrt {
 namespace {
 
-using test::FixedClock;
-using test::KeyByName;
-using test::ScriptedDesktop;
-using test::ScriptedFaults;
-using test::Stage;
-using test::TestDatabase;
+using test::ProgramTest;
 using Texts = std::vector<std::string>;
 
 TEST(ProductCodes, LocationAndExcise) {
@@ -35,18 +25,13 @@ TEST(ProductCodes, LocationAndExcise) {
 }
 
 /// The program on a small catalogue, the tab of the reference data in front.
-class Products : public testing::Test {
+class Products : public ProgramTest {
  protected:
   void Start(const std::string& rows = kFew) {
     if (!rows.empty()) {
       shop_.Sql("INSERT INTO TOVAR (COD,COD1,NAME,OST,KOL,PRISE,BARCODE,NDS,REZ,N1,N2,N4,N5,N7,N6,UKT) VALUES " + rows);
     }
-    app_ = std::make_unique<App>(desktop_, clock_, drives_, AppSettings{shop_.Address(), "zrt"});
-    app_->TheSession.MainConnection.SetFaultSource(&faults_);
-    app_->Start();
-    desktop_.UserAction([this] { app_->Splash.Timer1.UserFire(); });
-    desktop_.UserAction([this] { app_->Main.TabStrip1.UserChoose("sprav"); });
-    faults_.Forget();
+    ProgramTest::Start("sprav");
   }
 
   CatalogueTab& Tab() { return app_->Main.Catalogue; }
@@ -54,15 +39,6 @@ class Products : public testing::Test {
   frmPLUpodb& Picker() { return app_->Picker; }
   frmPLUdial& Dialog() { return app_->PickDialog; }
 
-  void Click(Control& control) {
-    desktop_.UserAction([&] { control.UserClick(); });
-  }
-  void Type(Control& control, const std::string& text) {
-    desktop_.UserAction([&] { control.UserSet(text); });
-  }
-  void Press(Control& control, const std::string& key) {
-    desktop_.UserAction([&] { desktop_.PressKey(control, KeyByName(key)); });
-  }
   void GoTo(DataGrid& grid, int row) {
     desktop_.UserAction([&] { grid.UserRow(row); });
   }
@@ -88,13 +64,6 @@ class Products : public testing::Test {
       "(7,1,'чайник',0,0,0,'4820000000024',1,0,0,0,17,NULL,NULL,0,''),"
       "(5,1,'Вода',-2500,0,4000,'',NULL,NULL,NULL,NULL,NULL,0,NULL,NULL,NULL),"
       "(5,2,'Вода',-2500,0,4000,'',0,0,0,0,0,0,0,NULL,'')";
-
-  TestDatabase shop_{Stage::kRegister};
-  FixedClock clock_;
-  DriveMap drives_{std::filesystem::temp_directory_path() / "zrt_no_such_folder"};
-  ScriptedDesktop desktop_;
-  ScriptedFaults faults_;
-  std::unique_ptr<App> app_;
 };
 
 TEST_F(Products, EachSortAsksTheDatabaseAnew) {

@@ -83,17 +83,36 @@ class Shop:
     # Sums
 
     @staticmethod
-    def gross(rows):
-        return sum((row["KOL"] * row["PRISE"] / 1000 for row in rows), Decimal(0)) / 1000
+    def total(terms):
+        """The sum of what is known, and None where nothing is."""
+        known = [term for term in terms if term is not None]
+        return sum(known, Decimal(0)) if known else None
+
+    @staticmethod
+    def takings(row):
+        """Thousandths of a line before its discount."""
+        return None if row["KOL"] is None or row["PRISE"] is None else row["KOL"] * row["PRISE"] / 1000
+
+    @classmethod
+    def gross(cls, rows):
+        whole = cls.total(cls.takings(row) for row in rows)
+        return None if whole is None else whole / 1000
 
     @classmethod
     def net(cls, rows):
-        return cls.gross(rows) - sum((row["SKID"] for row in rows), Decimal(0)) / 1000
+        def left(row):
+            return None if cls.takings(row) is None or row["SKID"] is None else cls.takings(row) - row["SKID"]
+
+        whole = cls.total(left(row) for row in rows)
+        return None if whole is None else whole / 1000
 
     @classmethod
     def pair(cls, rows):
         """Both sums in 21 characters, or nothing where nothing was sold."""
-        return (amount(cls.net(rows)) + amount(cls.gross(rows)).rjust(11)).rjust(21) if rows else ""
+        net, gross = cls.net(rows), cls.gross(rows)
+        if gross is None:
+            return ""
+        return (("" if net is None else amount(net)) + amount(gross).rjust(11)).rjust(21)
 
     def places(self):
         """(category, label of 21 characters) of kitchens and workshops."""
@@ -111,11 +130,11 @@ class Shop:
 
     @staticmethod
     def of_place(rows, category):
-        return [row for row in rows if row["N5"] == category and row["COD"] != 0]
+        return [row for row in rows if row["N5"] == category and row["COD"] not in (None, 0)]
 
     @staticmethod
     def with_excise(rows):
-        return [row for row in rows if (row["N1"] or 0) > 0 and row["COD"] != 0]
+        return [row for row in rows if (row["N1"] or 0) > 0 and row["COD"] not in (None, 0)]
 
     # The system report
 
@@ -126,53 +145,53 @@ class Shop:
         def orders(some):
             return str(len({row["NUM"] for row in some})).rjust(5)
 
-        def money(value, some):
-            return amount(value).rjust(11) if some else ""
+        def money(value):
+            return "" if value is None else amount(value).rjust(11)
 
         def skid(some):
-            return sum((row["SKID"] for row in some), Decimal(0)) / 1000
+            return money(self.total(row["SKID"] and row["SKID"] / 1000 for row in some))
 
         def operations(label, some):
-            return label + str(len([r for r in some if r["N2"] is not None])).rjust(5) + money(
-                sum((row["N2"] or 0 for row in some), Decimal(0)) / 100, some)
+            paid = [row["N2"] / 100 for row in some if row["N2"] is not None]
+            return label + str(len(paid)).rjust(5) + money(self.total(paid))
 
-        lines = ["-" * 42, "ВСЕГО (без учёта скидок): " + orders(rows) + money(self.gross(rows), rows),
-                 "ВСЕГО (со скидками):      " + orders(rows) + money(self.net(rows), rows),
+        lines = ["-" * 42, "ВСЕГО (без учёта скидок): " + orders(rows) + money(self.gross(rows)),
+                 "ВСЕГО (со скидками):      " + orders(rows) + money(self.net(rows)),
                  operations("Закрыто заказов за наличн:", [r for r in closed if (r["SUM2"] or 0) > 0])]
         by_terminal = [r for r in closed if r["SUM2"] == 0]
-        if by_terminal:
+        if any(r["N2"] is not None for r in by_terminal):
             lines.append(operations("Закрыто без опл./терминал:", by_terminal))
         unclosed = [r for r in rows if r["N4"] is not None and r["N4"] < 3]
         if unclosed:
-            lines.append("НЕ ЗАКРЫТЫ:               " + orders(unclosed) + money(self.net(unclosed), unclosed))
+            lines.append("НЕ ЗАКРЫТЫ:               " + orders(unclosed) + money(self.net(unclosed)))
         else:
             lines.append("     на текущий момент все заказы закрыты!")
         lines += ["", "", "наценки и скидки       нац/скид  ост.сумма", "-" * 42]
         surcharge = [r for r in rows if r["COD"] == 0]
         if surcharge:
-            lines += ["наценка % от суммы        " + orders(surcharge) + money(self.net(surcharge), surcharge), "-" * 42]
-        given = [r for r in rows if r["SKID"] > 0]
+            lines += ["наценка % от суммы        " + orders(surcharge) + money(self.net(surcharge)), "-" * 42]
+        given = [r for r in rows if (r["SKID"] or 0) > 0]
         by_hand = [r for r in given if r["REZ"] == 0]
-        counted = [r for r in rows if (r["SKID"] > 0 and r["REZ"] == 0) or r["REZ"] > 0]
+        counted = by_hand + [r for r in rows if (r["REZ"] or 0) > 0]
         if counted:
-            lines += ["Cкидки всего:  " + orders(counted) + money(skid(given), given) + money(self.net(given), given), "-" * 42]
+            lines += ["Cкидки всего:  " + orders(counted) + skid(given) + money(self.net(given)), "-" * 42]
         if by_hand:
-            lines.append("в т.ч. скидка %" + orders(by_hand) + money(skid(by_hand), by_hand) + money(self.net(by_hand), by_hand))
+            lines.append("в т.ч. скидка %" + orders(by_hand) + skid(by_hand) + money(self.net(by_hand)))
         kind_of = {}
         for card in self.cards:
             kind_of.setdefault(card["REZ"], []).append(card["PROZ"])
-        kinds = sorted({kind for row in given for kind in kind_of.get(row["REZ"], [])})
-        for kind in kinds:
+        kinds = {kind for row in given for kind in kind_of.get(row["REZ"], [])}
+        for kind in sorted(kinds, key=lambda kind: (kind is not None, kind)):
             mine = [r for r in given if kind in kind_of.get(r["REZ"], [])]
             everyone = [r for r in rows if kind in kind_of.get(r["REZ"], [])]
-            lines.append(f"д.карта вид {kind}" + orders(everyone) + money(skid(mine), mine) + money(self.net(mine), mine))
+            # Cards without a percentage are of no kind whose orders could be counted.
+            what = " " * 5 if kind is None else str(kind) + orders(everyone)
+            lines.append("д.карта вид " + what + skid(mine) + money(self.net(mine)))
         lines += ["", "", "по категориям          со скидк. без скид.", "-" * 42,
                   "Бар".ljust(21) + self.pair(self.of_place(rows, 0))]
-        if self.with_excise(rows):
-            lines.append("в т.ч. алк. + сиг.".ljust(21) + self.pair(self.with_excise(rows)))
-        for category, label in self.places():
-            if self.of_place(rows, category):
-                lines.append(label + self.pair(self.of_place(rows, category)))
+        parts = [("в т.ч. алк. + сиг.".ljust(21), self.with_excise(rows))]
+        parts += [(label, self.of_place(rows, category)) for category, label in self.places()]
+        lines += [label + self.pair(some) for label, some in parts if self.pair(some)]
         return lines + ["", "=" * 42]
 
     @staticmethod
@@ -204,7 +223,7 @@ class Shop:
                  "Категория".ljust(23 + more) + "со скидк. без скид.", "-" * (42 + more)]
         for category, label in [(0, "Бар".ljust(21))] + self.places():
             mine = self.of_place(rows, category)
-            if not mine:
+            if not self.pair(mine):
                 continue
             lines += ["", label + " " * more + self.pair(mine), "-" * (42 + more)]
             products = {}
@@ -213,7 +232,9 @@ class Shop:
             # One product has one name, but for those that were renamed; the shop here has none.
             for sold in sorted(products.values(), key=lambda some: some[0]["NAME"].encode("cp1251")):
                 name = sold[0]["NAME"][:21 + more].ljust(25 + more)
-                lines.append(name + amount(sum(r["KOL"] for r in sold) / 1000).rjust(7) + amount(self.gross(sold)).rjust(10))
+                kol, money = self.total(r["KOL"] for r in sold), self.gross(sold)
+                lines.append(name + ("" if kol is None else amount(kol / 1000)).rjust(7) +
+                             ("" if money is None else amount(money)).rjust(10))
         return lines + ["", "=" * (42 + more)]
 
     def waiters_block(self, first, last, hour):
@@ -221,14 +242,14 @@ class Shop:
         lines = ["=" * 42, "Имя\\категория          со скидк. без скид.", "-" * 42]
         for waiter in sorted(self.waiters, key=lambda w: w["COD"]):
             mine = [r for r in rows if r["PERS"] == waiter["COD"]]
-            if not mine:
+            if not self.pair(mine):
                 continue
             head = f"{waiter['COD']}  {waiter['NAME'] or ''}"[:21].ljust(21)
             lines += ["", head + self.pair(mine), "-" * 42]
             parts = [("Бар", self.of_place(mine, 0)), ("в т.ч. алк. + сиг.", self.with_excise(mine))]
             parts += [(label, self.of_place(mine, category)) for category, label in self.places()]
             parts += [("ДОПОЛН. НАЦЕНКА", [r for r in mine if r["COD"] == 0])]
-            lines += [label.ljust(21) + self.pair(some) for label, some in parts if some]
+            lines += [label.ljust(21) + self.pair(some) for label, some in parts if self.pair(some)]
             lines.append("-" * 42)
         return lines + ["=" * 42]
 
@@ -278,7 +299,7 @@ class Shop:
                 for sums in (totals, everything):
                     for column, value in ((0, total), (1, payment), (3 if by_terminal else 2, payment)):
                         sums[column] = single(sums[column] + float(value))
-            discount = sum((r["SKID"] for r in mine), Decimal(0)) / 1000
+            discount = (self.total(r["SKID"] for r in mine) or 0) / 1000
             lines += ["-" * 42, "ИТОГО:         " + amount(totals[0]).rjust(9) + " " + amount(totals[1]).rjust(9) + " " +
                       (amount(discount) if discount else "").rjust(7)]
         orders, payments, cash, by_terminal = everything
@@ -299,8 +320,21 @@ class Shop:
     def shift_day(self, row, hour):
         return (datetime.datetime.fromisoformat(row["DATETIME"]) - datetime.timedelta(hours=hour)).date()
 
-    def pivot(self, first, last, hour, column, names, headers, value, total=None):
-        """Header row and rows; `value` makes the text of some sold rows, `total` their sum where there are totals."""
+    def taken(self, rows, before):
+        """Takings as a cell shows them, those of nothing too."""
+        return amount((self.gross(rows) if before else self.net(rows)) or 0)
+
+    def whole_taken(self, codes, before):
+        """Takings of a day, which grow code by code in whole thousandths."""
+        whole = Decimal(0)
+        for rows in codes:
+            whole = (whole + ((self.gross(rows) if before else self.net(rows)) or 0) * 1000).quantize(
+                Decimal(1), ROUND_HALF_EVEN)
+        return amount(whole / 1000)
+
+    def pivot(self, first, last, hour, column, names, headers, value, day_total=None):
+        """Header row and rows; `value` makes the text of some sold rows, `day_total` that of a day from the sold rows of
+        each code."""
         rows = self.sold(first, last, hour)
         days = self.days(first, last)
         table = [headers + [day_text(day) for day in days]]
@@ -312,25 +346,19 @@ class Shop:
                 some = [r for r in mine if self.shift_day(r, hour) == day]
                 cells.append(value(some) if some else "")
             table.append(cells)
-        if total:
-            whole = ["", "", "ИТОГО", value(rows)]
-            for day in days:
-                # Kept in whole thousandths while it grows from person to person.
-                grown = Decimal(0)
-                for code in codes:
-                    some = [r for r in rows if r[column] == code and self.shift_day(r, hour) == day]
-                    grown = (grown + 1000 * total(some)).quantize(Decimal(1), ROUND_HALF_EVEN)
-                whole.append(amount(grown / 1000))
-            table.append(whole)
+        if day_total:
+            table.append(["", "", "ИТОГО", value(rows)] +
+                         [day_total([[r for r in rows if r[column] == code and self.shift_day(r, hour) == day]
+                                     for code in codes]) for day in days])
         return table
 
     def staff(self, cashiers):
         return {row["COD"]: row["NAME"] for row in (self.cashiers if cashiers else self.waiters)}
 
     def tabel(self, first, last, hour, cashiers, before):
-        total = self.gross if before else self.net
-        value = lambda rows: amount(total(rows))
-        return self.pivot(first, last, hour, "PERS", self.staff(cashiers), ["№", "Код", "Имя", "СУММА"], value, total)
+        value = lambda rows: self.taken(rows, before)
+        return self.pivot(first, last, hour, "PERS", self.staff(cashiers), ["№", "Код", "Имя", "СУММА"], value,
+                          lambda codes: self.whole_taken(codes, before))
 
     def average(self, first, last, hour, cashiers, before):
         def value(rows):
@@ -342,17 +370,17 @@ class Shop:
         return self.pivot(first, last, hour, "PERS", self.staff(cashiers), ["№", "Код", "Имя", "Длина*Сумма"], value)
 
     def discounts(self, first, last, hour, before):
-        total = self.gross if before else self.net
-        value = lambda rows: amount(total(rows))
+        value = lambda rows: self.taken(rows, before)
         barcodes = {row["REZ"]: row["BARCODE"] for row in self.cards}
-        return self.pivot(first, last, hour, "REZ", barcodes, ["№", "Код", "Штрих", "СУММА"], value, total)
+        return self.pivot(first, last, hour, "REZ", barcodes, ["№", "Код", "Штрих", "СУММА"], value,
+                          lambda codes: self.whole_taken(codes, before))
 
     def hours(self, first, last, hour, count, before=False):
         """Takings or orders by shift day and hour of the shift."""
         def value(rows):
             if count:
                 return amount(len({(r["TER"], r["NUM"]) for r in rows}))
-            return amount(self.gross(rows) if before else self.net(rows))
+            return self.taken(rows, before)
 
         def shift_hour(row):
             return (int(row["DATETIME"][11:13]) - hour) % 24

@@ -238,6 +238,34 @@ TEST_F(Sales, AFiscalFilterKeepsToThePeriodLastShown) {
   EXPECT_EQ(tab.LblInf.Caption(), "01.11.2026 фискальные ФП-1:Акцизный");
   Click(tab.CmdNOpl);
   EXPECT_EQ(app_->TheSession.ShiftPeriod.From, "2026-11-01 08:00:00");
+  // All others count the day picked at once.
+  Click(tab.CmdPlus);
+  desktop_.UserAction([&] { tab.Month0.UserPick({2026, 11, 2}); });
+  Type(tab.Text7, "1");
+  Click(tab.CmdTerm);
+  EXPECT_EQ(app_->TheSession.ShiftPeriod.From, "2026-11-02 08:00:00");
+}
+
+TEST_F(Sales, AQueryPutsTheCalendarAwayAndWhatStoodInTheTotals) {
+  database_.Sql(
+      "INSERT INTO PROD (COD,NAME,KOL,PRISE,SKID,TER,DATETIME,N1) VALUES (1,'Чай',1500,2000,0,1,'2026-11-12 "
+      "09:00:00',2),"
+      "(2,'Сок',1000,5000,0,1,'2026-11-12 09:00:00',0)");
+  Start();
+  SalesTab& tab = Tab();
+  desktop_.UserAction([&] { tab.Combo2.UserChoose("Сигареты"); });
+  for (Button* button : {&tab.CmdDat, &tab.CmdAll}) {
+    SCOPED_TRACE(button->Name());
+    Type(tab.Text1, "1");
+    Click(tab.CmdFiltr);
+    EXPECT_EQ(tab.LblKol.Caption(), "1,500");
+    Click(tab.CmdPlus);
+    EXPECT_TRUE(tab.Month0.Visible());
+    Click(*button);
+    EXPECT_FALSE(tab.Month0.Visible());
+    EXPECT_EQ(tab.LblKol.Caption(), "");
+    EXPECT_EQ(tab.LblSum.Caption(), button == &tab.CmdDat ? "3,00" : "");
+  }
 }
 
 TEST_F(Sales, AnImpossibleDateKeepsThePeriod) {
@@ -280,7 +308,7 @@ TEST_F(Sales, FieldsThatHoldNoNumberAreRefused) {
     EXPECT_EQ(tab.LblInf.Caption(), "12.11.2026");
     Sent();
   }
-  desktop_.Expect("Выберите фискальный регистратор!", BoxAnswer::kOk, BoxIcon::kNone);
+  desktop_.Expect("Выберите фискальный регистратор!", BoxAnswer::kOk, BoxIcon::kNone, "DESKOR");
   Click(tab.CmdFisk);
   EXPECT_TRUE(Sent().empty());
 }
@@ -434,7 +462,7 @@ class SalesFiles : public Sales {
   /// The operator's second press: the file that appears in the folder, "" if none does.
   void Save(const std::string& name) {
     desktop_.Expect("Выгрузка в файл C:\\Korvina\\Report\\" + name + "\nуспешно завершена!", BoxAnswer::kOk,
-                    BoxIcon::kExclamation);
+                    BoxIcon::kExclamation, "DESKOR");
     Click(Tab().CmdFileCSV);
   }
   std::vector<std::string> Files() {
@@ -592,8 +620,8 @@ TEST_F(Sales, DeletionsAreTrimmedAboveAThousandRows) {
     Start();
     Click(app_->Main.mnuClearProd);
     desktop_.UserAction([&] { app_->Clear.Check2.UserTick(true); });
-    desktop_.Expect("Удалить записи по 23:59:59 05.11.2026 ?");
-    desktop_.Expect("Удалены записи по 23:59:59 05.11.2026");
+    desktop_.Expect("Удалить записи по 23:59:59 05.11.2026 ?", BoxAnswer::kOk, BoxIcon::kQuestion, "KORVINA");
+    desktop_.Expect("Удалены записи по 23:59:59 05.11.2026", BoxAnswer::kOk, BoxIcon::kExclamation, "KORVINA");
     Click(app_->Clear.CmdDel);
     EXPECT_EQ(database_.Value("SELECT COUNT(*) FROM SPION"), std::to_string(size.left));
     EXPECT_EQ(database_.Value("SELECT MIN(COD) FROM SPION"), "1");
@@ -609,6 +637,13 @@ TEST_F(Sales, AnAnnulmentIsLoggedBeforeTheLineGoes) {
   frmDelChek& window = app_->DelChek;
   Click(window.CmdKas[2]);
 
+  /// Counts how often the time that a receipt stays in view is begun or ended.
+  struct Clockwork final : ElementView {
+    int turned = 0;
+    void Show(const PropertyBase&) override { ++turned; }
+  } clockwork;
+  window.Timer1.SetView(&clockwork);
+  clockwork.turned = 0;
   // The server dies between the log and the removal: the line is logged and stays.
   faults_.CutAt(2);
   desktop_.ExpectRuntimeError();
@@ -622,6 +657,14 @@ TEST_F(Sales, AnAnnulmentIsLoggedBeforeTheLineGoes) {
   desktop_.UserAction([&] { window.DataGrid1.UserDblClick(); });
   EXPECT_EQ(database_.Value("SELECT COUNT(*) FROM SPION"), "1");
   EXPECT_EQ(database_.Value("SELECT COUNT(*) FROM CHECK3"), "2");
+
+  // Only the press of a terminal's button begins it anew.
+  desktop_.UserAction([&] { window.DeleteCheckRow(77); });
+  desktop_.UserAction([&] { window.DataGrid1.UserRow(1); });
+  EXPECT_EQ(clockwork.turned, 0);
+  Click(window.CmdKas[2]);
+  EXPECT_EQ(clockwork.turned, 2);
+  window.Timer1.SetView(nullptr);
 
   // A terminal without a table: nothing of another one's receipt is left under its name.
   database_.Sql("DROP TABLE CHECK9");

@@ -8,12 +8,13 @@ ScriptedDesktop::~ScriptedDesktop() {
   CheckAllCame();
 }
 
-void ScriptedDesktop::Expect(std::string text, BoxAnswer answer, std::optional<BoxIcon> icon) {
-  boxes_.push_back({std::move(text), answer, icon, {}});
+void ScriptedDesktop::Expect(std::string text, BoxAnswer answer, std::optional<BoxIcon> icon,
+                             std::optional<std::string> title) {
+  boxes_.push_back({std::move(text), answer, icon, std::move(title), {}});
 }
 
 void ScriptedDesktop::ExpectInput(std::string prompt, std::string entry) {
-  boxes_.push_back({std::move(prompt), BoxAnswer::kOk, {}, std::move(entry)});
+  boxes_.push_back({std::move(prompt), BoxAnswer::kOk, {}, {}, std::move(entry)});
 }
 
 void ScriptedDesktop::InModal(std::function<void(Form&)> work) {
@@ -41,11 +42,15 @@ std::optional<ScriptedDesktop::Box> ScriptedDesktop::Next(const std::string& tex
   return box;
 }
 
-BoxAnswer ScriptedDesktop::DoMsgBox(const std::string& text, BoxIcon icon, BoxButtons buttons, const std::string&) {
+BoxAnswer ScriptedDesktop::DoMsgBox(const std::string& text, BoxIcon icon, BoxButtons buttons,
+                                    const std::string& title) {
   const std::optional<Box> box = Next(text, false);
   if (!box) return buttons == BoxButtons::kYesNo ? BoxAnswer::kNo : BoxAnswer::kCancel;
   if (box->icon) {
     EXPECT_EQ(*box->icon, icon) << text;
+  }
+  if (box->title) {
+    EXPECT_EQ(*box->title, title) << text;
   }
   EXPECT_TRUE(Offers(buttons, box->answer)) << "no such button: " << text;
   return box->answer;

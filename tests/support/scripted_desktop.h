@@ -16,8 +16,10 @@ class ScriptedDesktop final : public HeadlessDesktop {
  public:
   ~ScriptedDesktop() override;
 
-  /// The next box must say `text`; it is answered with `answer`. Boxes come in the order of the announcements.
-  void Expect(std::string text, BoxAnswer answer = BoxAnswer::kOk, std::optional<BoxIcon> icon = {});
+  /// The next box must say `text`, with this icon and title where they are given; it is answered with `answer`. Boxes
+  /// come in the order of the announcements.
+  void Expect(std::string text, BoxAnswer answer = BoxAnswer::kOk, std::optional<BoxIcon> icon = {},
+              std::optional<std::string> title = {});
   /// The next input box must ask `prompt`; the operator enters `entry`, "" for Cancel.
   void ExpectInput(std::string prompt, std::string entry);
   /// What the operator does in the next modal form. The form must be hidden afterwards.
@@ -39,6 +41,7 @@ class ScriptedDesktop final : public HeadlessDesktop {
     std::string text;
     BoxAnswer answer = BoxAnswer::kOk;
     std::optional<BoxIcon> icon;
+    std::optional<std::string> title;
     std::optional<std::string> entry;  ///< given: an input box
   };
 

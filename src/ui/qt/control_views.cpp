@@ -20,6 +20,7 @@
 #include <QRadioButton>
 #include <QScopedValueRollback>
 #include <QSignalBlocker>
+#include <QStyledItemDelegate>
 #include <QTabBar>
 #include <QTableView>
 #include <QTimer>
@@ -247,7 +248,9 @@ class TextBoxView final : public ControlView {
 class CheckBoxView final : public ControlView {
  public:
   CheckBoxView(CheckBox& box, QCheckBox* widget) : ControlView(box, widget), box_(box), widget_(widget) {
-    connect(widget, &QCheckBox::clicked, this, [this](bool on) {
+    // The mouse, the keyboard and the accessibility bus all end here; so does what the program itself shows.
+    connect(widget, &QCheckBox::toggled, this, [this](bool on) {
+      if (on == box_.Value()) return;
       Act([&] { box_.UserTick(on); });
       if (IsAlive()) widget_->setChecked(box_.Value());
     });
@@ -271,7 +274,16 @@ class OptionView final : public ControlView {
       : ControlView(option, widget), option_(option), widget_(widget) {
     // Which options exclude each other is the control's rule and not that of the boxes drawn around them.
     Group()->addButton(widget);
-    connect(widget, &QRadioButton::clicked, this, [this] { Act([this] { option_.UserClick(); }); });
+    connect(widget, &QRadioButton::pressed, this, [this] { chosen_ = false; });
+    // Over the accessibility bus it is switched on without a press.
+    connect(widget, &QRadioButton::toggled, this, [this](bool on) {
+      if (!on || option_.Value()) return;
+      chosen_ = true;
+      Act([this] { option_.UserClick(); });
+    });
+    connect(widget, &QRadioButton::clicked, this, [this] {
+      if (!chosen_) Act([this] { option_.UserClick(); });
+    });
     WatchKeys(widget);
     Start();
   }
@@ -300,6 +312,7 @@ class OptionView final : public ControlView {
 
   OptionButton& option_;
   QRadioButton* widget_;
+  bool chosen_ = false;  ///< by the press under way
 };
 
 class ComboView final : public ControlView {
@@ -405,6 +418,33 @@ class ComboView final : public ControlView {
   bool busy_ = false;
 };
 
+/// Gives all lines of a list the size of its widest one. One size for all keeps a list quick that grows by thousands of
+/// lines; left to itself, it would be that of the last line, and any wider one would be cut short without a way to
+/// scroll there.
+class WidestLine final : public QStyledItemDelegate {
+ public:
+  explicit WidestLine(QListWidget* list) : QStyledItemDelegate(list), list_(list) {
+    list->setUniformItemSizes(true);
+    list->setItemDelegate(this);
+    connect(list->model(), &QAbstractItemModel::modelReset, this, [this] { widest_ = 0; });
+    connect(list->model(), &QAbstractItemModel::rowsInserted, this, [this](const QModelIndex&, int first, int last) {
+      for (int row = first; row <= last; ++row) {
+        if (WidthOf(row) > WidthOf(widest_)) widest_ = row;
+      }
+    });
+  }
+
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    return QStyledItemDelegate::sizeHint(option, index.siblingAtRow(widest_));
+  }
+
+ private:
+  int WidthOf(int row) const { return list_->fontMetrics().horizontalAdvance(list_->item(row)->text()); }
+
+  QListWidget* list_;
+  int widest_ = 0;
+};
+
 class ListView final : public ControlView {
  public:
   ListView(ListBox& list, QListWidget* widget) : ControlView(list, widget), list_(list), widget_(widget) {
@@ -415,7 +455,7 @@ class ListView final : public ControlView {
     connect(widget, &QListWidget::clicked, this, [this](const QModelIndex& index) { Choose(index.row()); });
     connect(widget, &QListWidget::doubleClicked, this, [this] { Act([this] { list_.UserDblClick(); }); });
     list.OnAdded = [this] { widget_->addItem(ToQt(list_.Items().back())); };
-    widget->setUniformItemSizes(true);
+    new WidestLine(widget);
     WatchKeys(widget);
     Start();
   }
@@ -437,12 +477,17 @@ class ListView final : public ControlView {
     }
   }
 
-  /// A list that grows is drawn as often as the eye can follow; drawing it for every line costs more than its query.
+  /// A list that grows may be drawn for a fifth of the time, as drawing every line can cost more than its query. While
+  /// the queries are slow that is enough for each line, so the operator reads the newest one during the next query;
+  /// what quick ones add is seen a few milliseconds late.
   bool RepaintAlone() override {
-    constexpr int kFrame = 40;  // milliseconds
-    if (drawn_.isValid() && drawn_.elapsed() < kFrame) return true;
+    constexpr qint64 kShare = 5;
+    constexpr qint64 kMostSaved = 40'000'000;  // nanoseconds
+    if (drawn_.isValid()) saved_ = std::min(kMostSaved, saved_ + drawn_.nsecsElapsed() / kShare);
     drawn_.start();
+    if (saved_ < 0) return true;
     widget_->viewport()->repaint();
+    saved_ -= drawn_.nsecsElapsed();
     return true;
   }
 
@@ -456,7 +501,8 @@ class ListView final : public ControlView {
 
   ListBox& list_;
   QListWidget* widget_;
-  QElapsedTimer drawn_;
+  QElapsedTimer drawn_;  ///< since the last line was to be drawn
+  qint64 saved_ = 0;     ///< time that drawing may still take, nanoseconds; below zero after a drawing that took more
   bool busy_ = false;
 };
 
@@ -565,6 +611,52 @@ class DriveView final : public ControlView {
  private:
   DriveListBox& list_;
   QComboBox* widget_;
+};
+
+/// The files of a folder, read again whenever the list comes into sight.
+class FileListView final : public ControlView {
+ public:
+  FileListView(FileListBox& list, QListWidget* widget, const DriveMap& drives)
+      : ControlView(list, widget), list_(list), widget_(widget), drives_(drives) {
+    new WidestLine(widget);
+    connect(widget, &QListWidget::currentItemChanged, this, [this](QListWidgetItem* item) {
+      if (!busy_ && item != nullptr) Act([&] { list_.UserChoose(item->text().toStdString()); });
+    });
+    WatchKeys(widget);
+    Start();
+  }
+
+  void Show(const PropertyBase& property) override {
+    if (&property == &list_.Path || &property == &list_.Pattern) return Fill();
+    if (&property == &list_.FileName) return ShowChosen();
+    ControlView::Show(property);
+  }
+
+ protected:
+  void ShowVisible(bool visible) override {
+    if (visible) Fill();
+    ControlView::ShowVisible(visible);
+  }
+
+ private:
+  void Fill() {
+    const Quiet quiet(busy_, true);
+    widget_->clear();
+    if (list_.Path().empty()) return;
+    for (const std::string& file : drives_.Files(list_.Path(), list_.Pattern())) widget_->addItem(ToQt(file));
+    ShowChosen();
+  }
+
+  void ShowChosen() {
+    const Quiet quiet(busy_, true);
+    const QList<QListWidgetItem*> found = widget_->findItems(ToQt(list_.FileName()), Qt::MatchFixedString);
+    widget_->setCurrentItem(found.isEmpty() ? nullptr : found.first());
+  }
+
+  FileListBox& list_;
+  QListWidget* widget_;
+  const DriveMap& drives_;
+  bool busy_ = false;
 };
 
 /// A calendar; one whose definition names a control with `below` opens over the window beneath that control.
@@ -793,6 +885,7 @@ std::unique_ptr<ControlView> MakeView(Control& control, QObject* object, const D
                      TryKind<ListBox, ListView, QListWidget>(view, control, object) ||
                      TryKind<DirListBox, DirListView, QTreeWidget>(view, control, object, drives) ||
                      TryKind<DriveListBox, DriveView, QComboBox>(view, control, object, drives) ||
+                     TryKind<FileListBox, FileListView, QListWidget>(view, control, object, drives) ||
                      TryKind<MonthView, MonthViewView, QCalendarWidget>(view, control, object) ||
                      TryKind<ProgressBar, ProgressView, QProgressBar>(view, control, object) ||
                      TryKind<TabStrip, TabStripView, QTabBar>(view, control, object) ||

@@ -6,7 +6,7 @@
 #include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <QPrinterInfo>
-#include <optional>
+#include <exception>
 
 #include "core/errors.h"
 #include "ui/qt/qt_text.h"
@@ -38,11 +38,8 @@ QFont PrintFont(int points, QPrinter& paper) {
 void PaintJob(const PrintJob& job, QPrinter& paper) {
   paper.setFullPage(true);
   paper.setDocName(ToQt(job.title));
-  QPainter painter(&paper);
-  if (!painter.isActive()) {
-    const QString file = paper.outputFileName();
-    throw FileError((file.isEmpty() ? paper.printerName() : file).toStdString(), "can't be printed on");
-  }
+  QPainter painter;
+  if (!painter.begin(&paper)) throw Error("the printer takes no document");
   painter.setFont(PrintFont(job.points, paper));
   const double dots_per_twip = static_cast<double>(paper.resolution()) / kTwipsPerInch;
   const double line_height = job.points * kTwipsPerPoint * 1.15 * dots_per_twip;
@@ -52,7 +49,7 @@ void PaintJob(const PrintJob& job, QPrinter& paper) {
   double y = top;
   for (const std::vector<PrintedPiece>& line : job.lines) {
     if (y + line_height > bottom) {
-      paper.newPage();
+      if (!paper.newPage()) throw Error("the printer takes no further page");
       y = top;
     }
     for (const PrintedPiece& piece : line) {
@@ -60,6 +57,7 @@ void PaintJob(const PrintJob& job, QPrinter& paper) {
     }
     y += line_height;
   }
+  if (!painter.end()) throw Error("the printer didn't take the document");
 }
 
 void QtPrinter::Print(const PrintJob& job) {
@@ -70,18 +68,18 @@ void QtPrinter::Print(const PrintJob& job) {
   QPrintPreviewDialog preview(&paper, owner);
   constexpr QSize kRoom(800, 680);
   preview.resize(kRoom);
-  // A failure waits for the end of the preview: none may leave through the dialog that asks for the pages.
-  std::optional<FileError> failure;
+  std::exception_ptr failure;
   QObject::connect(&preview, &QPrintPreviewDialog::paintRequested, [&](QPrinter* target) {
+    // The preview's own loop lets no exception pass.
     try {
       PaintJob(job, *target);
-    } catch (const FileError& error) {
-      failure = error;
+    } catch (...) {
+      failure = std::current_exception();
     }
   });
   preview.exec();
   if (owner != nullptr) owner->activateWindow();
-  if (failure) throw *failure;
+  if (failure) std::rethrow_exception(failure);
 }
 
 }  // namespace zrt

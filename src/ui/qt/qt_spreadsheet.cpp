@@ -4,8 +4,7 @@
 #include <QDir>
 #include <QTemporaryFile>
 #include <QUrl>
-
-#include "core/errors.h"
+#include <exception>
 
 namespace zrt {
 
@@ -15,13 +14,14 @@ void QtSpreadsheet::Open(const Workbook& book) {
   if (!file.open()) return;
   const QString name = file.fileName();
   file.close();
+  bool opened = false;
   try {
     book.SaveAs(name.toStdString());
-  } catch (const FileError&) {
-    QFile::remove(name);
-    return;
+    opened = QDesktopServices::openUrl(QUrl::fromLocalFile(name));
+  } catch (const std::exception&) {  // the file, or a path that the writer of the file can't take
   }
-  QDesktopServices::openUrl(QUrl::fromLocalFile(name));
+  // A book that nobody shows would stay behind with every click.
+  if (!opened) QFile::remove(name);
 }
 
 }  // namespace zrt

@@ -1,15 +1,22 @@
-// What comes out on paper, read back from a PDF file.
+// What comes out on paper, read back from a PDF file, and what becomes of a workbook.
 
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDesktopServices>
+#include <QDir>
+#include <QPrintPreviewDialog>
+#include <QPrintPreviewWidget>
 #include <QPrinter>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
+#include <QTimer>
+#include <QUrl>
 
 #include "core/errors.h"
 #include "ui/qt/qt_printer.h"
+#include "ui/qt/qt_spreadsheet.h"
 
 namespace zrt {
 namespace {
@@ -82,20 +89,51 @@ TEST(Paper, ALongReportTakesAsManyPagesAsItNeedsAndLosesNoLine) {
   }
 }
 
-TEST(Paper, APlaceThatCannotBeWrittenIsNamed) {
-  QPrinter paper(QPrinter::HighResolution);
-  paper.setOutputFormat(QPrinter::PdfFormat);
-  paper.setOutputFileName("/no/such/folder/job.pdf");
-  try {
-    PaintJob({"Отчёт", 10, {{{0, "строка"}}}}, paper);
-    FAIL() << "nothing was said";
-  } catch (const FileError& error) {
-    EXPECT_EQ(error.Path(), "/no/such/folder/job.pdf");
-  }
+TEST(Paper, WhatIsNotPrintedIsAFailureAfterThePreview) {
+  const PrintJob job{"Отчёт", 10, {{{0, "строка"}}}};
+  QTimer::singleShot(0, [] {
+    auto* preview = qobject_cast<QPrintPreviewDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(preview, nullptr);
+    preview->printer()->setOutputFormat(QPrinter::PdfFormat);
+    preview->printer()->setOutputFileName("/no/such/folder/job.pdf");
+    preview->findChild<QPrintPreviewWidget*>()->print();
+    preview->reject();
+  });
+  EXPECT_THROW(QtPrinter().Print(job), Error);
+}
+
+/// Stands for the program that shows files.
+class Viewer : public QObject {
+  Q_OBJECT
+ public:
+  QUrl Shown;
+ public slots:
+  void Show(const QUrl& url) { Shown = url; }
+};
+
+TEST(Sheet, ABookStaysOnlyIfAProgramShowsIt) {
+  const QTemporaryDir folder;
+  const QByteArray before = qgetenv("TMPDIR");
+  qputenv("TMPDIR", folder.path().toUtf8());
+  Workbook book;
+  book.Cell(1, 1, "текст");
+  const auto books = [&] { return QDir(folder.path()).entryList({"zrt_*.xlsx"}, QDir::Files); };
+  QtSpreadsheet().Open(book);  // no program here
+  EXPECT_TRUE(books().isEmpty());
+
+  Viewer viewer;
+  QDesktopServices::setUrlHandler("file", &viewer, "Show");
+  QtSpreadsheet().Open(book);
+  QDesktopServices::unsetUrlHandler("file");
+  ASSERT_EQ(books().size(), 1);
+  EXPECT_EQ(viewer.Shown.toLocalFile(), folder.filePath(books().front()));
+  qputenv("TMPDIR", before);
 }
 
 }  // namespace
 }  // namespace zrt
+
+#include "printer_test.moc"
 
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);

@@ -5,10 +5,12 @@
 
 #include <QApplication>
 #include <QCalendarWidget>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
@@ -207,6 +209,44 @@ TEST_F(MainWindow, ListsTellChoicesFromEverythingElse) {
   EXPECT_EQ(hours->placeholderText(), "31");
 }
 
+TEST_F(MainWindow, AReportsLinesAreAllReadWhole) {
+  Start();
+  desktop_->UserAction([this] { app_->Main.mnuSystem.UserClick(); });
+  Settle();
+  auto* list = Find<QListWidget>("List1");
+  ListBox& lines = app_->Reports.TextReports.List1;
+  const std::string widest(200, 'W');
+  lines.AddItem(widest);
+  for (int i = 0; i < 5000; ++i) lines.AddItem("=");
+  Settle();
+  const int needed = list->fontMetrics().horizontalAdvance(QString::fromStdString(widest));
+  EXPECT_GE(list->visualItemRect(list->item(0)).width(), needed);
+  EXPECT_GE(list->horizontalScrollBar()->maximum(), needed - list->viewport()->width());
+
+  lines.Clear();
+  lines.AddItem("=");
+  Settle();
+  EXPECT_EQ(list->horizontalScrollBar()->maximum(), 0);  // what has gone needs no room
+}
+
+TEST_F(MainWindow, AReportsWindowTakesItsWidthAgainAfterItWasDragged) {
+  Start();
+  Form9& form = app_->Reports.TextReports;
+  desktop_->UserAction([this] { app_->Main.mnuSystem.UserClick(); });
+  Settle();
+  QWidget* window = Find("CmdRun")->window();
+  const auto inches = [&](int twips) { return twips * window->logicalDpiX() / 1440; };
+  const auto width_after = [&](const std::function<void()>& action) {
+    window->resize(inches(12000), window->height());
+    desktop_->UserAction(action);
+    return window->width();
+  };
+  EXPECT_EQ(width_after([&] { form.CmdRun.UserClick(); }), inches(9075));
+  EXPECT_EQ(width_after([&] { form.CmdRun.UserClick(); }), inches(9075));
+  EXPECT_EQ(width_after([&] { form.CmdBack.UserClick(); }), inches(5860));
+  EXPECT_EQ(width_after([&] { form.Activate.Raise(); }), inches(5860));
+}
+
 TEST_F(MainWindow, OptionsExcludeEachOtherWithinTheirArray) {
   Start();
   Choose("sensor");
@@ -216,6 +256,16 @@ TEST_F(MainWindow, OptionsExcludeEachOtherWithinTheirArray) {
   EXPECT_FALSE(app_->Main.Panels.Option1[0].Value());
   EXPECT_FALSE(Find<QRadioButton>("Option1_1")->isChecked());
   EXPECT_TRUE(Find<QRadioButton>("Option2_1")->isChecked());  // the levels are another array
+
+  // As a screen reader does it, and then once more by the mouse.
+  Find<QRadioButton>("Option1_5")->toggle();
+  EXPECT_TRUE(app_->Main.Panels.Option1[4].Value());
+  EXPECT_EQ(app_->Main.Panels.PanelNo, 5);
+  QTest::mouseClick(panel, Qt::LeftButton, {}, QPoint(8, panel->height() / 2));
+  EXPECT_EQ(app_->Main.Panels.PanelNo, 4);
+  Find<QCheckBox>("Check1")->toggle();
+  EXPECT_TRUE(app_->Main.Check1.Value());
+  Find<QCheckBox>("Check1")->toggle();
 
   app_->Main.Panels.Option1[6].Choose();
   EXPECT_TRUE(Find<QRadioButton>("Option1_7")->isChecked());

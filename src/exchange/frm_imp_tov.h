@@ -1,0 +1,72 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "core/session.h"
+#include "exchange/line_file.h"
+#include "exchange/product_sheet.h"
+#include "stock/module_reg.h"
+#include "ui/form.h"
+
+namespace zrt {
+
+/// Loads a file that the operator chooses: the whole catalogue from a spreadsheet, or the lines of an open document
+/// from a text file.
+class frmImpTov final : public Form {
+ public:
+  enum Mode : int { kCatalogue = 0, kInventory = 1, kTransferIn = 2, kTransferOut = 3 };
+
+  frmImpTov(Desktop& desktop, Session& session, ModuleReg& stock, const DriveMap& drives);
+
+  int ImportMode = kCatalogue;  ///< set before the form is shown
+
+  DriveListBox Drive1{*this, "Drive1"};
+  DirListBox Dir1{*this, "Dir1"};
+  FileListBox File1{*this, "File1"};
+  Frame Frame1{*this, "Frame1"};  ///< what the columns of a spreadsheet are
+  Frame Frame2{*this, "Frame2"};  ///< which program's files are read
+  std::array<OptionButton, 2> Option1{ControlArray<OptionButton, 2>(*this, "Option1", 0)};
+  TextBox TextPath{*this, "TextPath"};
+  Button CmdRun{*this, "CmdRun"};
+  zrt::ProgressBar ProgressBar1{*this, "ProgressBar1"};
+  ListBox List1{*this, "List1"};  ///< what the load of a spreadsheet has come to
+
+  /// The catalogue was replaced: its list reads it again.
+  std::function<void()> ProductsChanged;
+  /// Lines were added to the document of this mode: its window reads them again.
+  std::function<void(int mode)> LinesChanged;
+
+  /// Opens the form over the one that asks, in mode `mode`.
+  void Open(int mode);
+
+ private:
+  void Form_Load();
+  void ShowFolder(const std::string& path);
+  void File1_Click();
+  void CmdRun_Click();
+
+  // Spreadsheets are read by a reader of our own, whichever program has saved them; the two ways differ in what the
+  // list says. All throw FileError when the file can't be read, before anything is deleted, and DatabaseError.
+  void DownloadTovFromXls(const std::string& path);
+  void DownloadTovFromOpOff(const std::string& path);
+  void ReplaceCatalogue(const ProductSheet& sheet);
+  void LoadProducts(const ProductSheet& sheet);
+
+  // A code that the catalogue lacks is left out. Throw FileError before anything is written, DatabaseError.
+  void DownloadRevFromTxt(const std::string& path);
+  void DownloadPerPlusFromTxt(const std::string& path);
+  void DownloadPerMinusFromTxt(const std::string& path);
+  void LoadLines(const std::string& path, const std::function<void(const CountedLine& line)>& add);
+  void AddCount(const CountedLine& line);
+  /// `type`: DOCUMENT.TYP.
+  void AddTransferLine(const CountedLine& line, int type);
+
+  void Say(std::string text);
+
+  Session& session_;
+  ModuleReg& stock_;
+  const DriveMap& drives_;
+};
+
+}  // namespace zrt

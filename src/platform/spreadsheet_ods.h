@@ -1,0 +1,11 @@
+#pragma once
+
+#include "platform/spreadsheet_cells.h"
+#include "platform/spreadsheet_xml.h"
+
+namespace zrt {
+
+/// The first sheet of an .ods archive. Throws SpreadsheetFault; kOtherKind when it is another kind of document.
+SpreadsheetCells ReadOds(const ZipFile& zip);
+
+}  // namespace zrt

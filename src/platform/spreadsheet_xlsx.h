@@ -1,0 +1,11 @@
+#pragma once
+
+#include "platform/spreadsheet_cells.h"
+#include "platform/spreadsheet_xml.h"
+
+namespace zrt {
+
+/// The first worksheet of an .xlsx archive. Throws SpreadsheetFault; kOtherKind when the archive holds no workbook.
+SpreadsheetCells ReadXlsx(const ZipFile& zip);
+
+}  // namespace zrt

@@ -1,0 +1,321 @@
+// Files that the operator loads: the whole catalogue from a spreadsheet, lines of documents from text files that
+// another installation has written.
+
+#include "core/text.h"
+#include "exchange/frm_exp_tov.h"
+#include "exchange/frm_imp_tov.h"
+#include "platform/workbook.h"
+#include "support/program_test.h"
+
+namespace zrt {
+namespace {
+
+using test::ProgramTest;
+using Texts = std::vector<std::string>;
+
+constexpr const char* kFolder = "C:\\Korvina\\Report";
+
+class Import : public ProgramTest {
+ protected:
+  Import() {
+    shop_.Sql(
+        "INSERT INTO TOVAR (COD,COD1,NAME,OST,KOL,PRISE,BARCODE,NDS,REZ,N1,N2,N4,N5,N7,UKT) VALUES "
+        "(1,1,'Чай',0,0,12050,'0',1,0,0,0,0,0,0,''),(2,1,'Вода',0,0,4000,'0',1,0,0,0,0,0,0,''),"
+        "(3,1,'Квас, \"Рус\"',0,0,NULL,'0',1,0,0,0,0,0,0,'')");
+  }
+
+  frmImpTov& Screen() { return app_->Import; }
+  frmDocIN& Inventory() { return app_->StockDocuments.Inventory; }
+
+  /// What is typed and pressed in the window once it is open.
+  void InWindow(Button& opener, const std::function<void()>& work) {
+    desktop_.InModal([&](Form& form) {
+      work();
+      form.Close();
+    });
+    Click(opener);
+  }
+  void Run(const std::string& path) {
+    desktop_.UserAction([&] { Screen().TextPath.UserType(path); });
+    desktop_.UserAction([&] { Screen().CmdRun.UserClick(); });
+  }
+  /// Loads a file of these bytes into the document that `opener` belongs to.
+  void Load(Button& opener, const std::string& bytes) {
+    WriteFile("C:\\Korvina\\Report\\lines.txt", bytes);
+    InWindow(opener, [&] { Run("C:\\Korvina\\Report\\lines.txt"); });
+  }
+
+  /// Loads the catalogue from this file, by the first or the second way, to its end or, without one, to an error.
+  void LoadCatalogue(const std::string& path, bool ends = true, int way = 0) {
+    InWindow(app_->Main.Catalogue.CmdImportTov, [&] {
+      desktop_.UserAction([&] { Screen().Option1.at(static_cast<std::size_t>(way)).UserClick(); });
+      desktop_.ExpectInput("Введите пароль администратора:", "357218");
+      if (ends) desktop_.Expect("Загрузка справочника завершена!");
+      if (!ends) desktop_.ExpectRuntimeError();
+      Run(path);
+      said_ = Screen().List1.Items();
+    });
+  }
+  /// A workbook of these rows below the headers.
+  std::string Book(const std::vector<Texts>& rows) {
+    Workbook book;
+    book.StatusBar = {""};
+    book.Cell(1, 1, "Код");
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+      for (std::size_t column = 0; column < rows[row].size(); ++column) {
+        if (rows[row][column].empty()) continue;
+        book.Cell(static_cast<int>(row) + 2, static_cast<int>(column) + 1, rows[row][column]);
+      }
+    }
+    book.SaveAs(drives_.ToNative("C:\\Korvina\\Report\\book.xlsx"));
+    return "C:\\Korvina\\Report\\book.xlsx";
+  }
+  Texts Catalogue() {
+    return shop_.Column(
+        "SELECT CONCAT_WS('|',COD,COD1,NAME,OST,KOL,PRISE,BARCODE,NDS,REZ,N1,N2,N5,N7,N4,T1,UKT) FROM TOVAR ORDER BY "
+        "ID");
+  }
+  Texts Counts() {
+    return shop_.Column("SELECT CONCAT_WS('|',COD,NAME,OST,KOL,PRC,PRCR,DOC) FROM DOCINVENT ORDER BY ID");
+  }
+
+  Texts said_;
+};
+
+TEST_F(Import, TheWindowSaysWhatItLoads) {
+  WriteFile("C:\\Korvina\\Report\\a.txt", "");
+  Start("sprav");
+  struct Mode {
+    int mode;
+    const char* pattern;
+    const char* caption;
+    const char* run;
+    bool columns;
+  };
+  for (const Mode& m :
+       {Mode{0, "*.xls*", "Импорт Справочника Товаров из файла .xls", "Переписать Справочник Товаров", true},
+        Mode{1, "*.txt*", "Загрузка инвентаризации из файла .txt", "Загрузить остатки", false},
+        Mode{2, "*.txt*", "Загрузка перемещения из файла .txt", "Загрузить остатки", false},
+        Mode{3, "*.txt*", "Загрузка перемещения из файла .txt", "Загрузить остатки", false}}) {
+    desktop_.InModal([&](Form& form) {
+      EXPECT_EQ(Screen().File1.Pattern(), m.pattern);
+      EXPECT_EQ(form.Caption(), m.caption);
+      EXPECT_EQ(Screen().CmdRun.Caption(), m.run);
+      EXPECT_EQ(Screen().Option1[0].IsShown(), m.columns);
+      EXPECT_EQ(Screen().File1.Path(), kFolder);
+      desktop_.Expect("Файл НЕ выбран!");
+      desktop_.UserAction([&] { Screen().CmdRun.UserClick(); });
+      desktop_.UserAction([&] { Screen().File1.UserChoose("a.txt"); });
+      EXPECT_EQ(Screen().TextPath.Text(), "C:\\Korvina\\Report\\a.txt");
+      desktop_.UserAction([&] { Screen().Drive1.UserChoose("D:"); });
+      desktop_.UserAction([&] { Screen().File1.UserChoose("b.txt"); });
+      EXPECT_EQ(Screen().TextPath.Text(), "D:\\b.txt");
+      form.Close();
+    });
+    Do([&] { Screen().Open(m.mode); });
+  }
+}
+
+TEST_F(Import, ACatalogueTakesThePlaceOfTheOld) {
+  const std::string path = Book({
+      {"10", "  Кофе  ", "12050", " 4820000000017 ", "1", "2", "5", "77", "21", " 2101 ", " НАПИТКИ "},
+      {"0", "нулевой"},
+      {"1000000", "слишком большой"},
+      {"код", "не число"},
+      {"", "без кода"},
+      {"11", "\u00A0"},  // the count takes it for a name
+      {"999999", std::string(60, 'n'), "1250,4", std::string(30, '7'), "", "", "", "", "", std::string(30, '2'),
+       std::string(60, 'g')},
+      {"12", "Сок"},
+      {"12", "Сок"},
+      {"13", ""},
+      {"14", "после пустого"},
+  });
+  for (const int way : {0, 1}) {
+    Start("sprav");
+    LoadCatalogue(path, true, way);
+    EXPECT_EQ(Catalogue(), (Texts{"10|1|Кофе|0|0|12050|4820000000017|1|5|2|21|0|0|77|НАПИТКИ|2101",
+                                  "999999|1|" + std::string(50, 'n') + "|0|0|1250|" + std::string(20, '7') +
+                                      "|0|0|0|0|0|0|0|" + std::string(50, 'g') + "|" + std::string(24, '2'),
+                                  "12|1|Сок|0|0|0|0|0|0|0|0|0|0|0|ТОВАР|", "12|1|Сок|0|0|0|0|0|0|0|0|0|0|0|ТОВАР|"}));
+    EXPECT_EQ(said_, (Texts{way == 0 ? "Microsoft Excel" : "Open Office", "файл содержит 9 строк", "загрузка...",
+                            "пропущена строка 3 - неверный код товара", "пропущена строка 4 - неверный код товара",
+                            "пропущена строка 5 - неверный код товара", "пропущена строка 6 - неверный код товара",
+                            "пропущена строка 7 - пустое наименование", "загрузка завершена", "загружено 9 товаров"}));
+    EXPECT_EQ(faults_.Statements()[0], "DELETE FROM TOVAR");
+    EXPECT_EQ(faults_.Statements()[1],
+              "INSERT INTO TOVAR (ID,COD,COD1,NAME,OST,KOL,PRISE,BARCODE,NDS,REZ,N1,N2,N5,N7,N4,T1,UKT) VALUES "
+              "(0,10,1,'Кофе',0,0,12050,'4820000000017',1,5,2,21,0,0,77,'НАПИТКИ','2101')");
+    EXPECT_EQ(app_->Main.Catalogue.DataGrid1[0].Rows(), 3);  // one row for a code
+    app_.reset();
+  }
+}
+
+TEST_F(Import, OnlyThePasswordDeletesTheCatalogue) {
+  const std::string path = Book({});
+  Start("sprav");
+  for (const char* password : {"", "1"}) {
+    InWindow(app_->Main.Catalogue.CmdImportTov, [&] {
+      desktop_.ExpectInput("Введите пароль администратора:", password);
+      desktop_.Expect("Пароль неверный!");
+      Run(path);
+    });
+  }
+  EXPECT_EQ(Catalogue().size(), 3U);
+  // Headers alone are a catalogue too.
+  LoadCatalogue(path);
+  EXPECT_TRUE(Catalogue().empty());
+  EXPECT_EQ(said_.back(), "загружено 0 товаров");
+}
+
+TEST_F(Import, AFileThatIsNoSpreadsheetDeletesNothing) {
+  Start("sprav");
+  for (const char* bytes : {"", "1;Чай;100\r\n", "PK\x03\x04 half a book", "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1 half"}) {
+    WriteFile("C:\\bad.xls", bytes);
+    LoadCatalogue("C:\\bad.xls", false);
+  }
+  LoadCatalogue("C:\\missing.xls", false);
+  EXPECT_EQ(said_, Texts{"Microsoft Excel"});
+  EXPECT_EQ(Catalogue().size(), 3U);
+}
+
+TEST_F(Import, ARowThatCantBeTakenEndsTheLoadAndShowsWhatThereIs) {
+  for (const Texts& bad :
+       {Texts{"3", "#N/A"}, Texts{"3", "Квас", "1", "#REF!"}, Texts{"3", "О'Нил"}, Texts{"3", "Квас", "дорого"},
+        Texts{"3", "Квас", "3000000000"}, Texts{"3", "Квас", "1", "", "", "", "40000"}}) {
+    const std::string path = Book({{"1", "Хлеб"}, bad, {"2", "Сыр"}});
+    Start("sprav");
+    LoadCatalogue(path, false);
+    EXPECT_EQ(shop_.Column("SELECT NAME FROM TOVAR"), Texts{"Хлеб"});
+    EXPECT_EQ(app_->Main.Catalogue.DataGrid1[0].Rows(), 1);
+    EXPECT_EQ(said_.back(), "загрузка...");
+    app_.reset();
+  }
+}
+
+TEST_F(Import, TheFirstBadCellIsNamed) {
+  const std::string path = Book({{"1", "Хлеб", "1", "", "x", "x", "x"}});
+  Start();
+  const ProductSheet sheet(drives_, path, app_->TheSession.Format());
+  try {
+    sheet.InsertStatement(2, 1, "Хлеб");
+    ADD_FAILURE();
+  } catch (const FileError& error) {
+    EXPECT_EQ(error.Path(), path + ", строка 2, колонка 5");
+  }
+}
+
+TEST_F(Import, CountsOfAnInventory) {
+  // A book balance of 5 at a purchase price of 80.
+  shop_.Sql("INSERT INTO JOURNAL (ID,DTYPE,DATEDOC,SUMM,RUN,REZ) VALUES (1,'-','2026-11-01 08:00:00',0,'OK',0)");
+  shop_.Sql(
+      "INSERT INTO REGISTR (DOC,DOCTYP,COD,KOL,SUMM,OSTKOL,KARD,DATEDOC,RUN,REZ) VALUES "
+      "(1,1,2,5000,400000,5000,0,'2026-11-01 08:00:00',1,0)");
+  Start("jurn");
+  Click(app_->Main.mnuDocIN);
+  desktop_.Expect("Успешно загружено 5 строк");
+  Load(Inventory().CmdDownlFakt,
+       ToWindows1251("1,\" Чай \",1500\r\n2,\"Вода\",250\r\n\r\n77,\" нет такого \",9000\r\n2,\" Вода \",100\r\n"
+                     "3,\" Квас, \"Рус\" \",7"));
+  const Texts expected = {"1|Чай|0|1500|0|120500|-1", "2|Вода|5000|350|80000|40000|-1", "3|Квас, \"Рус\"|0|7|0|0|-1"};
+  EXPECT_EQ(Counts(), expected);
+  EXPECT_EQ(Inventory().DataGrid7.Rows(), 3);
+  EXPECT_EQ(Inventory().LblSumR.Caption(), app_->TheSession.Format().FormatNumber((1.5 * 120.5) - 4.65 * 40, 2));
+  // A mark of UTF-8 and its letters in the names do no harm.
+  desktop_.Expect("Успешно загружено 1 строк");
+  Load(Inventory().CmdDownlFakt,
+       "\xEF\xBB\xBF"
+       "1,\" Чай \",1\n");
+  EXPECT_EQ(Counts()[0], "1|Чай|0|1501|0|120500|-1");
+}
+
+TEST_F(Import, ABrokenFileIsRefusedWhole) {
+  Start("jurn");
+  Click(app_->Main.mnuDocIN);
+  for (const char* bytes : {"", "\r\n \r\n"}) {
+    desktop_.Expect("Файл пустой!");
+    Load(Inventory().CmdDownlFakt, bytes);
+  }
+  for (const char* last :
+       {"2,\"Вода\"", "2,\"Вода", "2", "2,1500", "2,Вода,1500", "2,\"Вода\",1500,7", "два,\"Вода\",1", "2,\"Вода\",1.5",
+        "2,\"Вода\",", ",\"Вода\",1", "2,\"Вода\",3000000000", "2;\"Вода\";1", "2,\"\xFF\xFE", "2,\",1"}) {
+    SCOPED_TRACE(last);
+    desktop_.ExpectRuntimeError();
+    Load(Inventory().CmdDownlFakt, ToWindows1251(std::string("1,\"Чай\",1000\r\n") + last));
+  }
+  EXPECT_TRUE(Counts().empty());
+}
+
+TEST_F(Import, WhatWasLoadedBeforeAFailureIsShown) {
+  Start("jurn");
+  Click(app_->Main.mnuDocIN);
+  faults_.FailAt(8);
+  desktop_.ExpectRuntimeError();
+  Load(Inventory().CmdDownlFakt, "1,\"a\",1000\r\n2,\"b\",1000\r\n");
+  EXPECT_EQ(Counts().size(), 1U);
+  EXPECT_EQ(Inventory().DataGrid7.Rows(), 1);
+}
+
+TEST_F(Import, LinesOfTransfers) {
+  shop_.Sql("INSERT INTO JOURNAL (ID,DTYPE,DATEDOC,SUMM,RUN,REZ) VALUES (1,'-','2026-11-01 08:00:00',0,'OK',0)");
+  shop_.Sql(
+      "INSERT INTO REGISTR (DOC,DOCTYP,COD,KOL,SUMM,OSTKOL,KARD,DATEDOC,RUN,REZ) VALUES "
+      "(1,1,2,3000,100000,3000,0,'2026-11-01 08:00:00',1,0)");  // 33.333 each
+  Start("jurn");
+  for (const bool in : {true, false}) {
+    clock_.Set({{2026, 11, 12}, in ? 11 : 12, 0, 0});
+    Click(in ? app_->Main.mnuDocPERplus : app_->Main.mnuDocPERminus);
+    TransferDocument& form =
+        in ? static_cast<TransferDocument&>(app_->StockDocuments.TransferIn) : app_->StockDocuments.TransferOut;
+    desktop_.Expect("Успешно загружено 4 строк");
+    Load(form.CmdDownl, "1,\"a\",2000\r\n2,\"b\",1500\r\n77,\"c\",1\r\n2,\"b\",1500\r\n");
+    EXPECT_EQ(shop_.Column(fmt::format(
+                  "SELECT CONCAT_WS('|',COD,NAME,KOL,PRISE,COST) FROM DOCUMENT WHERE TYP={} ORDER BY ID", in ? 6 : 7)),
+              (Texts{"1|Чай|2000|0|0", "2|Вода|1500|33333|50000", "2|Вода|1500|33333|50000"}));
+    EXPECT_EQ(form.DataGrid7.Rows(), 3);
+    EXPECT_EQ(form.LblSum->Caption(), "100,00");
+    // What is posted takes no more lines.
+    desktop_.Expect("Провести документ?", BoxAnswer::kOk);
+    Click(form.RUNButton);
+    EXPECT_FALSE(form.CmdDownl.Enabled());
+  }
+}
+
+TEST_F(Import, WhatOneInstallationWritesAnotherReads) {
+  Start("jurn");
+  Click(app_->Main.mnuDocIN);
+  InWindow(Inventory().CmdExportFakt, [&] {
+    desktop_.Expect("Ведомость инвентаризации пустая!", BoxAnswer::kOk, {}, "KORVINA");
+    desktop_.UserAction([&] { app_->LineExport.CmdExport.UserClick(); });
+  });
+  shop_.Sql(
+      "INSERT INTO DOCINVENT (COD,NAME,OST,KOL,PRC,PRCR,DOC) VALUES (3,'Квас, \"Рус\"',0,1234,0,0,-1),"
+      "(1,'Чай',7000,0,0,0,-1),(2,'Вода',0,1,0,0,-1),(1,'Чай',0,NULL,0,0,-1)");
+  Do([&] { Inventory().RefreshLines(); });
+  const std::string path = "C:\\Korvina\\Report\\Exp_12112026_090507.txt";
+  clock_.Set({{2026, 11, 12}, 9, 5, 7});
+  InWindow(Inventory().CmdExportFakt, [&] {
+    frmExpTov& screen = app_->LineExport;
+    EXPECT_EQ(screen.TextPath.Text(), path);
+    // Too short a path does nothing.
+    desktop_.UserAction([&] { screen.TextPath.UserType("C:\\Korvina\\1234567"); });
+    desktop_.UserAction([&] { screen.CmdExport.UserClick(); });
+    desktop_.UserAction([&] { screen.TextPath.UserType(path); });
+    desktop_.Expect("Выгрузка остатков в файл " + path + "\nуспешно завершена!", BoxAnswer::kOk, {}, "DESKOR");
+    desktop_.UserAction([&] { screen.CmdExport.UserClick(); });
+    // A folder that isn't there is told, and leaves nothing behind.
+    desktop_.UserAction([&] { screen.TextPath.UserType("C:\\Korvina\\nowhere\\Exp.txt"); });
+    desktop_.ExpectRuntimeError();
+    desktop_.UserAction([&] { screen.CmdExport.UserClick(); });
+  });
+  EXPECT_EQ(FileBytes(path), ToWindows1251("3,\" Квас, \"Рус\" \",1234\r\n2,\" Вода \",1\r\n"));
+  Click(Inventory().CmdClear);
+  InWindow(Inventory().CmdDownlFakt, [&] {
+    desktop_.Expect("Успешно загружено 2 строк");
+    Run(path);
+  });
+  EXPECT_EQ(shop_.Column("SELECT CONCAT_WS('|',COD,KOL) FROM DOCINVENT ORDER BY ID"), (Texts{"3|1234", "2|1"}));
+}
+
+}  // namespace
+}  // namespace zrt

@@ -1,0 +1,467 @@
+// The exchange with the reserve server, a second base beside the shop's: what is copied, in which statements, how
+// often, and what is left after a failure on either side.
+
+#include "core/text.h"
+#include "exchange/frm_exp_imp.h"
+#include "support/private_server.h"
+#include "support/program_test.h"
+
+namespace zrt {
+namespace {
+
+using test::KeyByName;
+using test::ProgramTest;
+using test::ScriptedFaults;
+using test::Stage;
+using test::TestDatabase;
+using Rows = std::vector<std::vector<std::string>>;
+using Texts = std::vector<std::string>;
+
+constexpr const char* kLink = "C:\\KORVINA\\reserve.udl";
+constexpr const char* kNothing = "а выгружать-то нечего...";
+constexpr const char* kCopied = "Экспорт таблицы продаж успешно завершен!";
+
+// What must be the same on both sides: the reserve numbers its rows itself, and gets no more than the day of DAT.
+constexpr const char* kSoldThere =
+    "SELECT COD,NAME,KOL,PRISE,SKID,SUM2,TER,PERS,DATETIME,REZ,NUM,N1,N2,N3,N4,T1,N5,N6,N7,UKT FROM PROD WHERE N4>2 "
+    "ORDER BY ID";
+constexpr const char* kReceiptsThere =
+    "SELECT OPER,SUM1,SKID,SUM2,PLUS,MINUS,TER,PERS,LEFT(DAT,10),TIM,NUM,N1,N2,N3,N4,T1,N5,N6,N7 FROM KASSA WHERE "
+    "N4>2 ORDER BY ID";
+
+std::string LinkTo(const DatabaseAddress& address) {
+  return fmt::format(
+      "[oledb]\r\n; Everything after this line is an OLE DB initstring\r\nProvider=MSDASQL.1;Extended "
+      "Properties=\"DRIVER={{MySQL ODBC 3.51 Driver}};SERVER={};DATABASE={};UID={};PWD=41730926\"\r\n",
+      address.host, address.schema, address.account);
+}
+
+class Reserve : public ProgramTest {
+ protected:
+  Reserve() {
+    reserve_.Sql("DELETE FROM HOTKEYS");
+    shop_.Sql("DELETE FROM HOTKEYS");
+    WriteFile(kLink, LinkTo(reserve_.Address()));
+  }
+
+  /// A sold line of an order of terminal 1. `rest`: N4, N6, UKT.
+  void Sell(int num, const std::string& rest = "3,1,'2203'", const std::string& name = "Чай") {
+    shop_.Sql(fmt::format(
+        "INSERT INTO PROD (COD,NAME,KOL,PRISE,SKID,SUM2,TER,PERS,DATETIME,REZ,NUM,N1,N2,N3,T1,N5,N4,N6,UKT) "
+        "VALUES (7,'{}',1500,12500,250,18500,1,4,'2026-11-12 09:05:07',0,{},0,1,2,'ОПЛ',11,{})",
+        name, num, rest));
+  }
+  void Pay(int num, const std::string& n3 = "0", const std::string& n5 = "NULL") {
+    shop_.Sql(fmt::format(
+        "INSERT INTO KASSA (OPER,SUM1,SKID,SUM2,PLUS,MINUS,TER,PERS,DAT,TIM,NUM,N1,N2,N3,N4,T1,N5,N6) VALUES "
+        "('Заказ',18.505,0.250,18.505,0,0,1,4,'2026-11-12 09:04:00','2026-11-12 09:05:07',{},0,5,{},3,'ОПЛ',{},NULL)",
+        num, n3, n5));
+  }
+
+  frmExpImp& Screen() { return app_->Exchange; }
+  void Open() {
+    Start();
+    Click(app_->Main.mnuExport);
+    Type(Screen().TxtUDL1, kLink);
+    faults_.Forget();
+  }
+  void Connect() {
+    Open();
+    Click(Screen().CmdConn1);
+    ASSERT_TRUE(Screen().Frame2.Enabled());
+    app_->TheSession.ConnReserve.SetFaultSource(&reserve_faults_);
+    faults_.Forget();
+  }
+  void Press(Button& button, const char* box) {
+    if (box != nullptr) desktop_.Expect(box, BoxAnswer::kOk, BoxIcon::kExclamation);
+    Click(button);
+  }
+  void Fails(Button& button) {
+    desktop_.ExpectRuntimeError();
+    Click(button);
+  }
+  TestDatabase reserve_;
+  ScriptedFaults reserve_faults_;
+};
+
+TEST_F(Reserve, OpensWithWhatIsKeptAndRefusesWhatIsNoFile) {
+  shop_.Sql("UPDATE CONST SET N5='D:\\\\old.udl' WHERE COD=6");
+  Start();
+  app_->TheSession.UdlPath = "C:\\shop.udl";
+  Click(app_->Main.mnuExport);
+  EXPECT_EQ(Screen().TxtUDL.Text(), "C:\\shop.udl");
+  EXPECT_EQ(Screen().TxtUDL1.Text(), "D:\\old.udl");
+  EXPECT_FALSE(Screen().CmdTov.IsEnabled());
+  EXPECT_FALSE(Screen().LblConn1.Visible());
+  EXPECT_FALSE(Screen().CmdClrRez.Visible());
+  faults_.Forget();
+  for (const auto& [path, text] : {std::pair{"", "Как же так?..., это же основной сервер!!!"},
+                                   std::pair{"D:\\old.udl", "Не могу найти файл доступа к данным!"},
+                                   std::pair{"C:\\Korvina", "Не могу найти файл доступа к данным!"}}) {
+    Type(Screen().TxtUDL1, path);
+    desktop_.Expect(text, BoxAnswer::kOk, BoxIcon::kCritical);
+    Click(Screen().CmdConn1);
+  }
+  EXPECT_TRUE(faults_.Statements().empty());
+  // A tab that is chosen takes the window away as it is.
+  Do([this] { app_->Main.TabStrip1.UserChoose("prod"); });
+  EXPECT_FALSE(Screen().IsVisible());
+}
+
+TEST_F(Reserve, ConnectingMarksTheOtherBaseAndKeepsThePath) {
+  reserve_.Sql("INSERT INTO PROD (COD,DATETIME) VALUES (1,'2026-11-11 23:05:00'),(1,'2026-11-12 00:00:00')");
+  Open();
+  Click(Screen().CmdConn1);
+  EXPECT_EQ(reserve_.Value("SELECT N6 FROM CONST WHERE COD=6"), "резервный");
+  EXPECT_EQ(shop_.Value("SELECT N6 FROM CONST WHERE COD=6"), "NULL");
+  EXPECT_EQ(Screen().LblConn1.Caption(), "Подключено");
+  EXPECT_TRUE(Screen().LblConn1.IsShown());
+  EXPECT_FALSE(Screen().CmdConn1.Enabled());
+  EXPECT_TRUE(Screen().CmdExp.IsUsable());
+  EXPECT_EQ(Screen().LblEnd.Caption(), "12.11.2026");
+  EXPECT_TRUE(app_->TheSession.ConnReserveOpen);
+  EXPECT_EQ(faults_.Statements(), Texts{"UPDATE CONST SET N5='C:\\\\\\KORVINA\\reserve.udl' WHERE COD=6"});
+  Do([this] { app_->Main.Close(); });
+  EXPECT_FALSE(app_->TheSession.ConnReserveOpen);
+  EXPECT_FALSE(app_->TheSession.ConnReserve.IsOpen());
+}
+
+TEST_F(Reserve, AServerThatCantBeReachedIsPassedOverInSilence) {
+  DatabaseAddress nowhere = reserve_.Address();
+  nowhere.schema = "no_such_schema";
+  for (const std::string& bytes : {LinkTo(nowhere), std::string("no link at all")}) {
+    WriteFile(kLink, bytes);
+    Open();
+    Click(Screen().CmdConn1);
+    EXPECT_FALSE(Screen().Frame2.Enabled());
+    EXPECT_FALSE(Screen().LblConn1.Visible());
+    EXPECT_TRUE(Screen().CmdConn1.Enabled());
+    EXPECT_EQ(faults_.Statements().size(), 1U);  // the path is kept all the same
+    EXPECT_EQ(reserve_.Value("SELECT N6 FROM CONST WHERE COD=6"), "NULL");
+    app_.reset();
+  }
+}
+
+TEST_F(Reserve, ABaseThatRefusesItsMarkIsNotConnected) {
+  reserve_.Sql("DROP TABLE CONST");
+  Open();
+  Click(Screen().CmdConn1);
+  EXPECT_FALSE(Screen().Frame2.Enabled());
+  EXPECT_FALSE(Screen().LblConn1.Visible());
+  EXPECT_TRUE(Screen().CmdConn1.Enabled());
+  EXPECT_TRUE(app_->TheSession.ConnReserveOpen);
+  EXPECT_EQ(faults_.Statements().size(), 1U);
+}
+
+TEST_F(Reserve, AWindowOpenedAnewConnectsAnew) {
+  Connect();
+  Do([this] { Screen().Close(); });
+  Click(app_->Main.mnuExport);
+  EXPECT_FALSE(Screen().Frame2.Enabled());
+  WriteFile(kLink, "no link any more");
+  Type(Screen().TxtUDL1, kLink);
+  Click(Screen().CmdConn1);
+  EXPECT_FALSE(app_->TheSession.ConnReserveOpen);
+  EXPECT_FALSE(app_->TheSession.ConnReserve.IsOpen());
+  WriteFile(kLink, LinkTo(reserve_.Address()));
+  Click(Screen().CmdConn1);
+  EXPECT_TRUE(Screen().Frame2.Enabled());
+}
+
+TEST_F(Reserve, ThePathIsKeptWithItsFirstBackSlashProtected) {
+  const std::pair<std::string, std::string> cases[] = {
+      {"C:\\KORVINA.udl", "C:\\\\\\KORVINA.udl"},
+      {"C:\\a\\b.udl", "C:\\\\\\a\\b.udl"},
+      {"r.udl", "\\\\r.udl"},
+      {"0", ""},
+      // 50 characters in all, two of them added
+      {"C:\\" + std::string(60, 'x'), "C:\\\\\\" + std::string(45, 'x')},
+      // the first back-slash stands too far behind
+      {std::string(55, 'y') + "\\z", "\\\\" + std::string(48, 'y')},
+      {"ж\\udl", "ж\\\\\\udl"},
+  };
+  Open();
+  for (const auto& [path, kept] : cases) {
+    WriteFile(path, "no link");
+    Type(Screen().TxtUDL1, path);
+    faults_.Forget();
+    Click(Screen().CmdConn1);
+    EXPECT_EQ(faults_.Statements(), Texts{"UPDATE CONST SET N5='" + kept + "' WHERE COD=6"});
+  }
+}
+
+TEST_F(Reserve, ListsAreReplacedWhole) {
+  shop_.Sql(
+      "INSERT INTO TOVAR (COD,COD1,NAME,OST,KOL,PRISE,BARCODE,NDS,REZ,N1,N2,N4,T1,N5,N7,UKT) VALUES "
+      "(1,1,'Чай',-5,7,12050,'4820000000017',1,2,0,21,0,'ТОВАР',0,0,''),(2,1,'Вода',0,0,4000,'0',0,0,0,0,0,'',0,0,'22'"
+      ")");
+  shop_.Sql("INSERT INTO KLIENT (COD,NAME,TOTAL,SUM1,DATETIME,NUM) VALUES (4,'Анна',0,0,'1234',3)");
+  shop_.Sql("INSERT INTO HOTKEYS (ID,CODE,REZ,LV) VALUES (101,1,1,1),(102,2,1,NULL),(1301,2,13,1)");
+  reserve_.Sql("INSERT INTO TOVAR (COD,COD1,NAME) VALUES (99,1,'Старое')");
+  reserve_.Sql("INSERT INTO KLIENT (COD,NAME) VALUES (99,'Старый')");
+  reserve_.Sql("INSERT INTO HOTKEYS (ID,CODE,REZ,LV) VALUES (999,1,1,1)");
+  Connect();
+  Press(Screen().CmdTov, "Экспорт справочника товаров успешно завершен!");
+  Press(Screen().CmdOfc, "Экспорт списка официантов успешно завершен!");
+  Press(Screen().CmdKeys, "Экспорт сенсорной клавиатуры успешно завершен!");
+  for (const char* all :
+       {"SELECT ID,COD,COD1,NAME,OST,KOL,PRISE,BARCODE,NDS,REZ,N1,N2,N4,T1,N5,N7,UKT FROM TOVAR ORDER BY ID",
+        "SELECT * FROM KLIENT", "SELECT ID,CODE,REZ,LV FROM HOTKEYS WHERE LV IS NOT NULL ORDER BY ID"}) {
+    EXPECT_EQ(reserve_.Rows(all), shop_.Rows(all)) << all;
+  }
+  EXPECT_EQ(reserve_.Value("SELECT COUNT(*) FROM HOTKEYS"), "2");
+  EXPECT_EQ(reserve_faults_.Statements().size(), 3U + 2 + 1 + 2);
+  EXPECT_EQ(reserve_faults_.Statements()[0], "DELETE FROM TOVAR");
+  EXPECT_EQ(Screen().ProgressBar.Value(), 0);
+}
+
+TEST_F(Reserve, AListWithoutRowsLeavesTheOthersAsItWas) {
+  reserve_.Sql("INSERT INTO TOVAR (COD,COD1,NAME) VALUES (99,1,'Старое')");
+  Connect();
+  for (Button* button : {&Screen().CmdTov, &Screen().CmdOfc, &Screen().CmdKeys}) Press(*button, nullptr);
+  EXPECT_EQ(reserve_.Value("SELECT NAME FROM TOVAR"), "Старое");
+  EXPECT_TRUE(reserve_faults_.Statements().empty());
+}
+
+TEST_F(Reserve, ANullOrAQuoteEndsTheListAtItsRow) {
+  for (const char* bad :
+       {"(2,1,'Вода',0,0,1,NULL,0,0,0,0,0,'',0,0,'')", "(2,1,'O''Нил',0,0,1,'0',0,0,0,0,0,'',0,0,'')"}) {
+    shop_.Sql("DELETE FROM TOVAR");
+    shop_.Sql(
+        std::string("INSERT INTO TOVAR (COD,COD1,NAME,OST,KOL,PRISE,BARCODE,NDS,REZ,N1,N2,N4,T1,N5,N7,UKT) VALUES "
+                    "(1,1,'Чай',0,0,1,'0',0,0,0,0,0,'',0,0,''),") +
+        bad);
+    reserve_.Sql("INSERT INTO TOVAR (COD,COD1,NAME) VALUES (99,1,'Старое')");
+    Connect();
+    Fails(Screen().CmdTov);
+    EXPECT_EQ(reserve_.Column("SELECT NAME FROM TOVAR"), Texts{"Чай"});
+    app_.reset();
+  }
+}
+
+TEST_F(Reserve, ClosedSalesAreAppendedAndMarkedOnce) {
+  Sell(1);
+  Sell(2, "2,1,'2203'");  // not closed yet
+  Sell(3, "4,NULL,NULL");
+  shop_.Sql("INSERT INTO PROD (COD,N4,NUM) VALUES (7,3,9)");  // no moment
+  Pay(1, "0", "1");
+  Pay(3);
+  shop_.Sql("UPDATE PROD SET DATETIME='2026-11-12 00:00:00' WHERE NUM=3");
+  Connect();
+  Press(Screen().CmdExp, kCopied);
+  EXPECT_EQ(
+      faults_.Statements(),
+      (Texts{"SELECT COD,NAME,KOL,PRISE,SKID,SUM2,TER,PERS,DATETIME,REZ,NUM,N1,N2,N3,N4,T1,N5,ID,N6,UKT FROM PROD "
+             "WHERE N4>2 AND N7 IS NULL AND DATETIME IS NOT NULL",
+             "SELECT OPER,SUM1,SKID,SUM2,PLUS,MINUS,TER,PERS,DAT,TIM,NUM,N1,N2,N3,N4,T1,N5,ID,N6 FROM KASSA WHERE "
+             "N4>2 AND N7 IS NULL",
+             "UPDATE PROD SET N7=121126 WHERE ID=1", "UPDATE PROD SET N7=121126 WHERE ID=3",
+             "UPDATE KASSA SET N7=121126 WHERE ID=1", "UPDATE KASSA SET N7=121126 WHERE ID=2"}));
+  EXPECT_EQ(
+      reserve_faults_.Statements()[0],
+      "INSERT INTO PROD (COD,NAME,KOL,PRISE,SKID,SUM2,TER,PERS,DATETIME,REZ,NUM,N1,N2,N3,N4,T1,N5,N7,N6,UKT) VALUES "
+      "(7,'Чай',1500,12500,250,18500,1,4,'2026-11-12 09:05:07',0,1,0,1,2,3,'ОПЛ',11,121126,1,2203)");
+  EXPECT_EQ(reserve_faults_.Statements()[2],
+            "INSERT INTO KASSA (OPER,SUM1,SKID,SUM2,PLUS,MINUS,TER,PERS,DAT,TIM,NUM,N1,N2,N3,N4,T1,N5,N7,N6) VALUES "
+            "('Заказ','18.505','0.250','18.505','0.000','0.000',1,4,'2026-11-12','2026-11-12 "
+            "09:05:07',1,0,5,0,3,'ОПЛ',1,121126,NULL)");
+  EXPECT_EQ(reserve_.Rows(kSoldThere), shop_.Rows("SELECT COD,NAME,KOL,PRISE,SKID,SUM2,TER,PERS,DATETIME,REZ,NUM,N1,N2,"
+                                                  "N3,N4,T1,N5,N6,N7,UKT FROM PROD WHERE NUM IN (1,3) ORDER BY ID"));
+  EXPECT_EQ(shop_.Column("SELECT NUM FROM PROD WHERE N7 IS NULL ORDER BY NUM"), (Texts{"2", "9"}));
+  EXPECT_EQ(Screen().LblEnd.Caption(), "12.11.2026 09:05:07");
+  EXPECT_EQ(Screen().ProgressBar.Value(), 0);
+
+  Press(Screen().CmdExp, kNothing);
+  Pay(2);  // without a closed line it waits
+  Press(Screen().CmdExp, kNothing);
+  EXPECT_EQ(reserve_.Value("SELECT COUNT(*) FROM KASSA"), "2");
+  shop_.Sql("UPDATE PROD SET N4=3 WHERE NUM=2");
+  clock_.Set({{2027, 1, 3}, 1, 0, 0});
+  Press(Screen().CmdExp, kCopied);
+  EXPECT_EQ(shop_.Column("SELECT N7 FROM KASSA ORDER BY ID"), (Texts{"121126", "121126", "30127"}));
+}
+
+TEST_F(Reserve, AFailedMarkCopiesTheRowOnceMore) {
+  Sell(1);
+  Sell(2);
+  Pay(1);
+  for (const bool cut : {false, true}) {
+    Connect();
+    cut ? faults_.CutAt(3) : faults_.FailAt(3);  // two reads, then the first mark
+    Fails(Screen().CmdExp);
+    EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM PROD WHERE N7 IS NOT NULL"), "0");
+    app_.reset();
+  }
+  EXPECT_EQ(reserve_.Column("SELECT NUM FROM PROD ORDER BY ID"), (Texts{"1", "1"}));
+  Connect();
+  Press(Screen().CmdExp, kCopied);
+  EXPECT_EQ(reserve_.Column("SELECT NUM FROM PROD ORDER BY ID"), (Texts{"1", "1", "1", "2"}));
+  EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM PROD WHERE N7 IS NULL"), "0");
+}
+
+TEST_F(Reserve, ARowThatCantBeWrittenKeepsTheOthersFromGoing) {
+  struct Case {
+    const char* name;
+    std::function<void()> sell;
+    const char* sold;  ///< lines copied by then
+    const char* paid;
+  };
+  const Case cases[] = {
+      {"an empty UKT", [this] { Sell(2, "3,1,''"); }, "1", "0"},
+      {"an UKT of letters", [this] { Sell(2, "3,1,'22 A'"); }, "1", "0"},
+      {"a quote", [this] { Sell(2, "3,1,NULL", "O''Нил"); }, "1", "0"},
+      {"a NULL that nobody expects", [this] { Pay(2, "NULL"); }, "1", "1"},
+      {"a receipt without its moment",
+       [this] {
+         Pay(2);
+         shop_.Sql("UPDATE KASSA SET TIM=NULL WHERE NUM=2");
+       },
+       "1", "1"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    for (TestDatabase* base : {&shop_, &reserve_}) {
+      base->Sql("DELETE FROM PROD");
+      base->Sql("DELETE FROM KASSA");
+    }
+    Sell(1);
+    Pay(1);
+    c.sell();
+    Connect();
+    Fails(Screen().CmdExp);
+    EXPECT_EQ(reserve_.Value("SELECT COUNT(*) FROM PROD"), c.sold);
+    EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM PROD WHERE N7 IS NOT NULL"), c.sold);
+    EXPECT_EQ(reserve_.Value("SELECT COUNT(*) FROM KASSA"), c.paid);
+    app_.reset();
+  }
+}
+
+TEST_F(Reserve, TheReserveStatusIsTakenBackByThePasswordAlone) {
+  shop_.Sql("UPDATE CONST SET N6='резервный' WHERE COD=6");
+  Start();
+  EXPECT_EQ(app_->Main.Caption(), "zrt = СЕРВЕР ХРАНЕНИЯ ДАННЫХ!");
+  Click(app_->Main.mnuExport);
+  EXPECT_FALSE(Screen().CmdConn1.Enabled());
+  ASSERT_TRUE(Screen().CmdClrRez.IsUsable());
+  constexpr const char* kAsk = "Для отмены статуса РЕЗЕРВНЫЙ для текущего сервера введите пароль администратора:";
+  constexpr const char* kConfirm =
+      "Подтвердите отмену статуса РЕЗЕРВНЫЙ для текущего сервера!\nпрограмма будет закрыта";
+  for (const char* password : {"", "357217"}) {
+    desktop_.ExpectInput(kAsk, password);
+    Click(Screen().CmdClrRez);
+  }
+  desktop_.ExpectInput(kAsk, "357218");
+  desktop_.Expect(kConfirm, BoxAnswer::kCancel, BoxIcon::kQuestion);
+  Click(Screen().CmdClrRez);
+  EXPECT_EQ(shop_.Value("SELECT N6 FROM CONST WHERE COD=6"), "резервный");
+  EXPECT_FALSE(desktop_.ExitCode());
+  desktop_.ExpectInput(kAsk, "357218");
+  desktop_.Expect(kConfirm, BoxAnswer::kOk, BoxIcon::kQuestion);
+  desktop_.Expect("Программа будет закрыта!");
+  Click(Screen().CmdClrRez);
+  EXPECT_EQ(shop_.Value("SELECT N6 FROM CONST WHERE COD=6"), "NULL");
+  EXPECT_EQ(desktop_.ExitCode(), 0);
+  EXPECT_FALSE(Screen().IsLoaded());
+}
+
+TEST_F(Reserve, TheSettingsFileIsRewrittenForThisProgramOnly) {
+  const std::pair<std::string, std::string> cases[] = {
+      {"", "zrt,C:\\new.udl\r\n"},
+      {"zrt,C:\\old.udl\r\n", "zrt,C:\\new.udl\r\n"},
+      {ToWindows1251("касса,C:\\касса.udl\r\nzrt,C:\\old.udl\r\n\r\nsomething\r\n\"zrt\",x\r\nzrt2,y"),
+       ToWindows1251("касса,C:\\касса.udl\r\n\r\nsomething\r\nzrt2,y\r\nzrt,C:\\new.udl\r\n")},
+  };
+  for (const auto& [before, after] : cases) {
+    std::filesystem::remove(drives_.ToNative("C:/Korvina/ZRTr"));
+    if (!before.empty()) WriteFile("C:/Korvina/ZRTr", before);
+    Start();
+    Click(app_->Main.mnuExport);
+    Type(Screen().TxtUDL, "C:\\new.udl");
+    Click(Screen().CmdConn);
+    EXPECT_EQ(FileBytes("C:/Korvina/ZRTr"), after);
+    EXPECT_EQ(desktop_.ExitCode(), 0);
+    app_.reset();
+  }
+  // Where the file can't be written nothing is lost, and the program goes on.
+  std::filesystem::remove_all(folder_ / "C" / "Korvina");
+  std::ofstream(folder_ / "C" / "Korvina") << "a file in the folder's place";
+  Start();
+  Click(app_->Main.mnuExport);
+  desktop_.ExpectRuntimeError();
+  Click(Screen().CmdConn);
+  EXPECT_TRUE(Screen().IsVisible());
+}
+
+/// A day of selling with three exports, in which the reserve dies and comes back.
+TEST_F(Reserve, ADayWithADyingServer) {
+  test::PrivateServer server(ZRT_BINARY_DIR "/mortal-server", ZRT_MORTAL_HOST);
+  DatabaseAddress address = reserve_.Address();
+  {
+    Connection link;
+    link.Open(MainConnectionString({server.Host(), address.account, ""}));
+    link.Execute("DROP DATABASE IF EXISTS reserve");
+    link.Execute("CREATE DATABASE reserve");
+    for (const char* table : {"PROD", "KASSA", "CONST", "TOVAR", "KLIENT", "HOTKEYS"}) {
+      Recordset made;
+      Connection shop;
+      shop.Open(MainConnectionString(shop_.Address()));
+      made.Open(std::string("SHOW CREATE TABLE ") + table, shop);
+      link.Execute("USE reserve");
+      link.Execute(made.Field(1).Text());
+    }
+    link.Execute("INSERT INTO CONST (COD) VALUES (6)");
+  }
+  address.host = server.Host();
+  address.schema = "reserve";
+  WriteFile(kLink, LinkTo(address));
+  shop_.Sql(
+      "INSERT INTO TOVAR (COD,COD1,NAME,OST,KOL,PRISE,BARCODE,NDS,REZ,N1,N2,N4,T1,N5,N7,UKT) VALUES "
+      "(7,1,'Чай',0,0,12500,'0',1,0,0,11,0,'ТОВАР',0,0,'2203')");
+  shop_.Sql("INSERT INTO KLIENT (COD,NAME,TOTAL,SUM1,DATETIME,NUM) VALUES (4,'Анна',0,0,'1234',3)");
+  shop_.Sql("INSERT INTO HOTKEYS (ID,CODE,REZ,LV) VALUES (101,7,1,1)");
+  int order = 0;
+  const auto sell = [&](int orders) {
+    for (int i = 0; i < orders; ++i) {
+      Sell(++order);
+      Sell(order, "3,NULL,NULL", "Вода");
+      Pay(order);
+    }
+  };
+  sell(5);
+  Connect();
+  Press(Screen().CmdExp, kCopied);
+
+  sell(5);
+  server.Stop();
+  Fails(Screen().CmdExp);
+  Fails(Screen().CmdExp);  // it is still dead, and the program lives
+  EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM PROD WHERE N7 IS NULL"), "10");
+  server.Start();
+  Press(Screen().CmdExp, kCopied);
+  sell(3);
+  Press(Screen().CmdExp, kCopied);
+  Press(Screen().CmdExp, kNothing);
+  Press(Screen().CmdTov, "Экспорт справочника товаров успешно завершен!");
+  Press(Screen().CmdOfc, "Экспорт списка официантов успешно завершен!");
+  Press(Screen().CmdKeys, "Экспорт сенсорной клавиатуры успешно завершен!");
+
+  Connection link;
+  link.Open(MainConnectionString(address));
+  for (const char* all :
+       {kSoldThere, kReceiptsThere, "SELECT * FROM TOVAR", "SELECT * FROM KLIENT", "SELECT * FROM HOTKEYS"}) {
+    Recordset there;
+    there.Open(all, link);
+    Rows rows;
+    for (int row = 1; row <= there.RecordCount(); ++row) {
+      Texts& cells = rows.emplace_back();
+      for (int field = 0; field < there.FieldCount(); ++field) {
+        const Cell cell = there.At(row, field);
+        cells.push_back(cell.IsNull() ? "NULL" : cell.Text());
+      }
+    }
+    EXPECT_EQ(rows, shop_.Rows(all));
+  }
+}
+
+}  // namespace
+}  // namespace zrt

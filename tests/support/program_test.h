@@ -1,0 +1,79 @@
+#pragma once
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <string>
+
+#include "app/app.h"
+#include "support/recording_machine.h"
+#include "support/scripted_desktop.h"
+#include "support/scripted_faults.h"
+#include "support/test_database.h"
+
+namespace zrt::test {
+
+/// A whole program on a shop and drives of its own, under a desktop that the test scripts. The clock stands on 12
+/// November 2026, ten o'clock.
+class ProgramTest : public testing::Test {
+ protected:
+  explicit ProgramTest(Stage stage = Stage::kRegister) : shop_(stage) {
+    std::filesystem::create_directories(drives_.ToNative("C:\\Korvina\\Report"));
+  }
+  ~ProgramTest() override {
+    app_.reset();
+    std::filesystem::remove_all(folder_);
+  }
+
+  /// Starts the program, chooses `tab` if one is named, and forgets the statements of the start.
+  void Start(const std::string& tab = {}) {
+    app_ =
+        std::make_unique<App>(desktop_, clock_, drives_, AppSettings{shop_.Address(), "zrt", printer_, spreadsheet_});
+    app_->TheSession.MainConnection.SetFaultSource(&faults_);
+    app_->Start();
+    Do([this] { app_->Splash.Timer1.UserFire(); });
+    if (!tab.empty()) Do([&] { app_->Main.TabStrip1.UserChoose(tab); });
+    faults_.Forget();
+  }
+
+  /// An action of the operator; all boxes that were announced must have come by its end.
+  void Do(const std::function<void()>& action) {
+    desktop_.UserAction(action);
+    desktop_.CheckAllCame();
+  }
+  void Click(Control& control) {
+    Do([&] { control.UserClick(); });
+  }
+  void Type(Control& control, const std::string& text) {
+    Do([&] { control.UserSet(text); });
+  }
+  void Press(Control& control, const std::string& key) {
+    Do([&] { desktop_.PressKey(control, KeyByName(key)); });
+  }
+
+  void WriteFile(const std::string& drive_path, const std::string& bytes) {
+    std::filesystem::create_directories(drives_.ToNative(drive_path).parent_path());
+    std::ofstream(drives_.ToNative(drive_path), std::ios::binary) << bytes;
+  }
+  std::string FileBytes(const std::string& drive_path) {
+    std::ifstream file(drives_.ToNative(drive_path), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  }
+
+  TestDatabase shop_;
+  FixedClock clock_{{{2026, 11, 12}, 10, 0, 0}};
+  std::filesystem::path folder_ =
+      std::filesystem::temp_directory_path() / ("zrt_program_test_" + std::to_string(getpid()));
+  DriveMap drives_{folder_};
+  RecordingPrinter printer_;
+  RecordingSpreadsheet spreadsheet_;
+  ScriptedDesktop desktop_;
+  ScriptedFaults faults_;
+  std::unique_ptr<App> app_;
+};
+
+}  // namespace zrt::test
