@@ -49,6 +49,11 @@ class Reports(unittest.TestCase):
         os.chmod(script, os.stat(script).st_mode | stat.S_IXUSR)
         return kept
 
+    def answer(self, text, title):
+        box = self.program.box()
+        self.assertEqual((box.text, box.accessible.name), (text, title))
+        box.press("OK")
+
     def lines(self, form):
         return [line.name for line in form.control("List1")]
 
@@ -75,6 +80,9 @@ class Reports(unittest.TestCase):
         wait_for("the names", lambda: form.is_shown("Text33"))
         self.assertEqual(form.text("Text11"), "Холодный цех")
         self.program.picture("Form9-names")
+        form.press("CmdSave")
+        self.answer("настройки сохранены", "Системный отчёт")
+        form.activate()
         self.program.key("Escape")
         wait_for("the names gone", lambda: not form.is_shown("Frame2"))
         wait_for("a narrow window", lambda: form.accessible.queryComponent().getSize()[0] == narrow)
@@ -84,6 +92,13 @@ class Reports(unittest.TestCase):
         self.program.picture("Form9-print")
         preview.activate()
         self.program.key("Escape")
+        form.activate()
+        form.click("CmdPlus1")
+        wait_for("the calendar", lambda: form.is_shown("Month1"))
+        self.program.key(*["Prior"] * 60, "Return")
+        wait_for("five years ago", lambda: form.caption("LDate1").endswith(str((TODAY - datetime.timedelta(1)).year - 5)))
+        form.press("CmdDat1")
+        self.answer("Нет заказов!", "ZASTAVA")
         form.activate()
         self.program.key("Escape")
         wait_for("the window gone", lambda: not self.program.is_open("Form9"))
@@ -121,6 +136,7 @@ class Reports(unittest.TestCase):
         form.press("CmdDisc")
         box = self.program.box()
         self.assertRegex(box.text, r"^Выгрузка в файл C:\\Korvina\\Archive\\Discount_\d{8}_\d{6}\.csv\nуспешно завершена!$")
+        self.assertEqual(box.accessible.name, "DESKOR")
         box.press("OK")
         folder = os.path.join(self.program.drives, "C", "Korvina", "Archive")
         name = next(n for n in os.listdir(folder) if n.startswith("Discount_"))
