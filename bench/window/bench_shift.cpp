@@ -15,7 +15,7 @@ namespace {
 using zrt::bench::Median;
 using zrt::bench::Seconds;
 
-constexpr int kRounds = 9;
+constexpr int kRounds = 101;
 
 double ResidentMegabytes() {
   malloc_trim(0);
