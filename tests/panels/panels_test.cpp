@@ -1,26 +1,17 @@
 // The touch panels on a real base: which row a key is, what the keys show, how they are written, moved and copied, and
 // what the layout file keeps.
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <fstream>
 
-#include "app/app.h"
 #include "core/text.h"
 #include "panels/panel_layout.h"
-#include "support/scripted_desktop.h"
-#include "support/scripted_faults.h"
-#include "support/test_database.h"
+#include "support/program_test.h"
 
 namespace zrt {
 namespace {
 
-using test::FixedClock;
-using test::ScriptedDesktop;
-using test::ScriptedFaults;
-using test::Stage;
-using test::TestDatabase;
+using test::ProgramTest;
 using Rows = std::vector<std::vector<std::string>>;
 
 constexpr const char* kProducts =
@@ -29,26 +20,11 @@ constexpr const char* kProducts =
 constexpr const char* kAllCodes = "SELECT ID,CODE FROM HOTKEYS ORDER BY ID";
 constexpr const char* kFilledKeys = "SELECT ID,CODE FROM HOTKEYS WHERE CODE<>0 ORDER BY ID";
 
-class Panels : public testing::Test {
+class Panels : public ProgramTest {
  protected:
-  Panels() {
-    database_.Sql(kProducts);
-    std::filesystem::remove_all(drives_.ToNative("C:/"));
-    std::filesystem::create_directories(LayoutFile().parent_path());
-    app_ = std::make_unique<App>(desktop_, clock_, drives_, AppSettings{database_.Address(), "zrt"});
-    app_->TheSession.MainConnection.SetFaultSource(&faults_);
-    app_->Start();
-    Do([this] { app_->Splash.Timer1.UserFire(); });
-    Do([this] { app_->Main.TabStrip1.UserChoose("sensor"); });
-  }
-  ~Panels() override {
-    app_.reset();
-    std::filesystem::remove_all(drives_.ToNative("C:/"));
-  }
-
-  void Do(const std::function<void()>& action) {
-    desktop_.UserAction(action);
-    desktop_.CheckAllCame();
+  Panels() : ProgramTest(test::Stage::kPlain) {
+    shop_.Sql(kProducts);
+    Start("sensor");
   }
 
   PanelTab& Tab() { return app_->Main.Panels; }
@@ -112,13 +88,6 @@ class Panels : public testing::Test {
     if (done) desktop_.Expect("Загружена раскладка меню из файла 'C:/Korvina/hotkeys.txt'");
     desktop_.UserAction([&] { form.CmdImportMenu.UserClick(); });
   }
-
-  TestDatabase database_{Stage::kPlain};
-  FixedClock clock_;
-  DriveMap drives_{std::filesystem::temp_directory_path() / "zrt_panels_test"};
-  ScriptedDesktop desktop_;
-  ScriptedFaults faults_;
-  std::unique_ptr<App> app_;
 };
 
 /// The way from menu, panel, level and key to the row, counted here key by key through the whole layout.
@@ -143,7 +112,7 @@ TEST_F(Panels, EveryKeyIsItsOwnRow) {
     }
   }
   // The base holds exactly these rows.
-  const Rows stored = database_.Rows("SELECT ID,REZ,LV FROM HOTKEYS ORDER BY ID");
+  const Rows stored = shop_.Rows("SELECT ID,REZ,LV FROM HOTKEYS ORDER BY ID");
   ASSERT_EQ(stored.size(), rows.size());
   auto row = rows.begin();
   for (const std::vector<std::string>& cells : stored) {
@@ -172,7 +141,7 @@ TEST_F(Panels, AKeyIsWrittenWhereItStands) {
     EXPECT_EQ(Tab().DataGrid12.Caption(), one.heading);
     EXPECT_FALSE(Tab().Text6.Enabled());
     Put(one.key, "10");
-    EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{one.id, "10"}}));
+    EXPECT_EQ(shop_.Rows(kFilledKeys), (Rows{{one.id, "10"}}));
     EXPECT_EQ(KeyOf(one.key).Caption(), "10");
     EXPECT_EQ(KeyOf(one.key).BackColor(), 0x00FF00U);
     EXPECT_EQ(Tab().DataGrid12.Row(), one.key);
@@ -182,7 +151,7 @@ TEST_F(Panels, AKeyIsWrittenWhereItStands) {
     Do([&] { Tab().CmdClr.UserClick(); });
     EXPECT_EQ(KeyOf(one.key).BackColor(), 0x8000000EU);
   }
-  EXPECT_EQ(database_.Rows(kFilledKeys), Rows{});
+  EXPECT_EQ(shop_.Rows(kFilledKeys), Rows{});
 }
 
 TEST_F(Panels, OnlyOneKeyIsSelected) {
@@ -202,7 +171,7 @@ TEST_F(Panels, OnlyOneKeyIsSelected) {
   Do([&] { Tab().Option2[1].UserClick(); });
   EXPECT_EQ(Selected(), "");
   Complains("Не выбрана кнопка!", [&] { Tab().CmdOk1.UserClick(); });
-  EXPECT_EQ(database_.Rows(kFilledKeys), Rows{});
+  EXPECT_EQ(shop_.Rows(kFilledKeys), Rows{});
 }
 
 TEST_F(Panels, WhatIsTypedAsACode) {
@@ -223,13 +192,13 @@ TEST_F(Panels, WhatIsTypedAsACode) {
     Do([&] { KeyOf(1).UserClick(); });
     Do([&] { Tab().Text6.UserType(one.text); });
     Do([&] { desktop_.PressKey(Tab().Text6, {Key::kEnter, {}}); });
-    EXPECT_EQ(database_.Value("SELECT CODE FROM HOTKEYS WHERE ID=101"), one.stored) << one.text;
+    EXPECT_EQ(shop_.Value("SELECT CODE FROM HOTKEYS WHERE ID=101"), one.stored) << one.text;
   }
   Do([&] { KeyOf(1).UserClick(); });
   Do([&] { Tab().Text6.UserType("3000000000"); });
   desktop_.ExpectRuntimeError();
   Do([&] { Tab().CmdOk1.UserClick(); });
-  EXPECT_EQ(database_.Value("SELECT CODE FROM HOTKEYS WHERE ID=101"), "0");
+  EXPECT_EQ(shop_.Value("SELECT CODE FROM HOTKEYS WHERE ID=101"), "0");
 }
 
 /// A level made by hand against what its keys show.
@@ -246,7 +215,7 @@ TEST_F(Panels, ALevelIsPaintedByWhatStandsOnIt) {
                                  {160, "10"},
                                  {101, "10"},
                                  {1331, "10"}}) {
-    database_.Sql(fmt::format("UPDATE HOTKEYS SET CODE={} WHERE ID={}", code, id));
+    shop_.Sql(fmt::format("UPDATE HOTKEYS SET CODE={} WHERE ID={}", code, id));
   }
   struct Painted {
     int key;
@@ -285,12 +254,12 @@ TEST_F(Panels, ALevelIsPaintedByWhatStandsOnIt) {
   check({1, "10", 0x00FF00, false, "Чай"});
 
   // A level that has lost rows, or all of them, is listed; the keys keep what they show and nothing breaks.
-  database_.Sql("DELETE FROM HOTKEYS WHERE ID=190");
+  shop_.Sql("DELETE FROM HOTKEYS WHERE ID=190");
   Choose(1, 1, 3);
   EXPECT_EQ(Tab().DataGrid12.Rows(), 29);
   Do([&] { KeyOf(30).UserClick(); });
   Complains("Не выбрана кнопка!", [&] { Tab().CmdOk1.UserClick(); });
-  database_.Sql("DELETE FROM HOTKEYS WHERE REZ=2");
+  shop_.Sql("DELETE FROM HOTKEYS WHERE REZ=2");
   Choose(1, 2, 1);
   EXPECT_EQ(Tab().DataGrid12.Rows(), 0);
   Do([&] { KeyOf(1).UserClick(); });
@@ -299,8 +268,8 @@ TEST_F(Panels, ALevelIsPaintedByWhatStandsOnIt) {
 
 /// Behind the gap of a lost row a key would write its neighbour.
 TEST_F(Panels, ALevelWithAGapIsWrittenWhereItsKeysAre) {
-  database_.Sql("UPDATE HOTKEYS SET CODE=10 WHERE ID IN (101,104)");
-  database_.Sql("DELETE FROM HOTKEYS WHERE ID=135");
+  shop_.Sql("UPDATE HOTKEYS SET CODE=10 WHERE ID IN (101,104)");
+  shop_.Sql("DELETE FROM HOTKEYS WHERE ID=135");
   Do([&] { KeyOf(1).UserClick(); });
   Do([&] { Tab().Option2[1].UserClick(); });
   // The keys show the level before, but none of it is selected, and none can be dragged.
@@ -318,7 +287,7 @@ TEST_F(Panels, ALevelWithAGapIsWrittenWhereItsKeysAre) {
     EXPECT_EQ(Selected(), "");
     Complains("Не выбрана кнопка!", [&] { Tab().CmdOk1.UserClick(); });
   }
-  EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{"101", "10"}, {"104", "10"}, {"134", "11"}}));
+  EXPECT_EQ(shop_.Rows(kFilledKeys), (Rows{{"101", "10"}, {"104", "10"}, {"134", "11"}}));
 }
 
 TEST_F(Panels, AProductIsChosenByListSearchOrKeyboardAlone) {
@@ -342,7 +311,7 @@ TEST_F(Panels, AProductIsChosenByListSearchOrKeyboardAlone) {
   Do([&] { desktop_.PressKey(KeyOf(9), {Key::kCharacter, "1"}); });
   Do([&] { desktop_.PressKey(Tab().Text6, {Key::kCharacter, "0"}); });
   Do([&] { desktop_.PressKey(Tab().Text6, {Key::kEnter, {}}); });
-  EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{"102", "13"}, {"108", "11"}, {"109", "10"}}));
+  EXPECT_EQ(shop_.Rows(kFilledKeys), (Rows{{"102", "13"}, {"108", "11"}, {"109", "10"}}));
   EXPECT_EQ(desktop_.Focused(), &KeyOf(9));
   Do([&] { desktop_.PressKey(KeyOf(3), {Key::kUp, {}}); });
   EXPECT_EQ(desktop_.Focused(), &KeyOf(9));  // nothing stands above the first row
@@ -354,7 +323,7 @@ TEST_F(Panels, AProductIsChosenByListSearchOrKeyboardAlone) {
   Complains("Не выбрана кнопка!", [&] { Tab().CmdOk1.UserClick(); });
   Do([&] { KeyOf(30).UserClick(); });
   Do([&] { Tab().CmdOk1.UserClick(); });
-  EXPECT_EQ(database_.Value("SELECT CODE FROM HOTKEYS WHERE ID=130"), "10");
+  EXPECT_EQ(shop_.Value("SELECT CODE FROM HOTKEYS WHERE ID=130"), "10");
 }
 
 TEST_F(Panels, AKeyIsMovedToAnEmptyOneOnly) {
@@ -367,23 +336,23 @@ TEST_F(Panels, AKeyIsMovedToAnEmptyOneOnly) {
   };
   for (const Level& level : {Level{1, "331", "332", "360"}, Level{2, "1531", "1532", "1560"}}) {
     SCOPED_TRACE(level.menu);
-    database_.Sql("UPDATE HOTKEYS SET CODE=0");
+    shop_.Sql("UPDATE HOTKEYS SET CODE=0");
     Choose(level.menu, 3, 2);
     Put(1, "10");
     Put(2, "11");
-    const Rows before = database_.Rows(kAllCodes);
+    const Rows before = shop_.Rows(kAllCodes);
     Do([&] { KeyOf(1).UserDrag(KeyOf(2)); });  // occupied
     Do([&] { KeyOf(1).UserDrag(KeyOf(1)); });
     EXPECT_EQ(KeyOf(1).BackColor(), 0xFF00FFU);
     Do([&] { KeyOf(5).UserDrag(KeyOf(6)); });  // an empty key isn't dragged
     desktop_.Expect(question, BoxAnswer::kCancel, BoxIcon::kQuestion);
     Do([&] { KeyOf(1).UserDrag(KeyOf(30)); });
-    EXPECT_EQ(database_.Rows(kAllCodes), before);
+    EXPECT_EQ(shop_.Rows(kAllCodes), before);
     EXPECT_EQ(KeyOf(1).BackColor(), 0x00FF00U);
     EXPECT_EQ(KeyOf(30).BackColor(), 0x8000000EU);
     desktop_.Expect(question, BoxAnswer::kOk, BoxIcon::kQuestion);
     Do([&] { KeyOf(1).UserDrag(KeyOf(30)); });
-    EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{level.second, "11"}, {level.last, "10"}}));
+    EXPECT_EQ(shop_.Rows(kFilledKeys), (Rows{{level.second, "11"}, {level.last, "10"}}));
     EXPECT_EQ(KeyOf(30).Caption(), "10");
     EXPECT_EQ(KeyOf(1).Caption(), "");
     EXPECT_EQ(Tab().DataGrid12.Row(), 1);
@@ -398,7 +367,7 @@ TEST_F(Panels, AKeyIsMovedToAnEmptyOneOnly) {
       EXPECT_EQ(KeyOf(30).Caption(), "10");
       EXPECT_EQ(KeyOf(30).BackColor(), statement == 3 ? 0xFF0000U : 0x00FF00U);
     }
-    EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{level.first, "10"}, {level.second, "11"}, {level.last, "10"}}));
+    EXPECT_EQ(shop_.Rows(kFilledKeys), (Rows{{level.first, "10"}, {level.second, "11"}, {level.last, "10"}}));
   }
 }
 
@@ -415,11 +384,11 @@ TEST_F(Panels, AKeyThatShowsAnotherLevelMovesNothing) {
   for (const Choice& choice : kChoices) {
     for (const bool cut : {false, true}) {
       SCOPED_TRACE(fmt::format("{} {}", choice.first, cut));
-      database_.Sql("UPDATE HOTKEYS SET CODE=0");
-      database_.Sql("UPDATE HOTKEYS SET CODE=10 WHERE ID=101");
-      database_.Sql(fmt::format("UPDATE HOTKEYS SET CODE=11 WHERE ID={}", choice.first));
-      database_.Sql(fmt::format("UPDATE HOTKEYS SET CODE=12 WHERE ID={}", choice.second));
-      const Rows before = database_.Rows(kAllCodes);
+      shop_.Sql("UPDATE HOTKEYS SET CODE=0");
+      shop_.Sql("UPDATE HOTKEYS SET CODE=10 WHERE ID=101");
+      shop_.Sql(fmt::format("UPDATE HOTKEYS SET CODE=11 WHERE ID={}", choice.first));
+      shop_.Sql(fmt::format("UPDATE HOTKEYS SET CODE=12 WHERE ID={}", choice.second));
+      const Rows before = shop_.Rows(kAllCodes);
       Choose(1, 1, 1);
       if (cut) {
         faults_.CutAt(1);
@@ -430,7 +399,7 @@ TEST_F(Panels, AKeyThatShowsAnotherLevelMovesNothing) {
       EXPECT_EQ(KeyOf(1).Caption(), "10");
       EXPECT_EQ(KeyOf(2).Caption(), "");
       Do([&] { KeyOf(1).UserDrag(KeyOf(2)); });  // no question
-      EXPECT_EQ(database_.Rows(kAllCodes), before);
+      EXPECT_EQ(shop_.Rows(kAllCodes), before);
       // Pressing a key reads the level after all, and so does Enter in the list, which chooses nothing yet.
       if (cut) {
         Do([&] { desktop_.PressKey(Tab().DataGrid12, {Key::kEnter, {}}); });
@@ -447,23 +416,23 @@ TEST_F(Panels, AKeyThatShowsAnotherLevelMovesNothing) {
 }
 
 TEST_F(Panels, AWriteWhoseLevelIsNotReadAgainIsOver) {
-  database_.Sql("UPDATE HOTKEYS SET CODE=10 WHERE ID=101");
+  shop_.Sql("UPDATE HOTKEYS SET CODE=10 WHERE ID=101");
   Choose(1, 1, 1);
   Do([&] { KeyOf(2).UserClick(); });
   Do([&] { Tab().Text6.UserType("13"); });
   faults_.FailAt(2);
   Fails([&] { Tab().CmdOk1.UserClick(); });
-  EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{"101", "10"}, {"102", "13"}}));
+  EXPECT_EQ(shop_.Rows(kFilledKeys), (Rows{{"101", "10"}, {"102", "13"}}));
   EXPECT_EQ(Tab().Text6.Text(), "");
   EXPECT_FALSE(Tab().CmdOk1.Enabled() || Tab().CmdClr.Enabled() || Tab().Text6.Enabled());
   EXPECT_EQ(desktop_.Focused(), &KeyOf(2));
   EXPECT_EQ(Selected(), "");
   Do([&] { KeyOf(1).UserDrag(KeyOf(2)); });  // key 2 only looks empty
-  EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{"101", "10"}, {"102", "13"}}));
+  EXPECT_EQ(shop_.Rows(kFilledKeys), (Rows{{"101", "10"}, {"102", "13"}}));
   Do([&] { KeyOf(2).UserClick(); });
   EXPECT_EQ(KeyOf(2).Caption(), "13");
   // The same when a key can't be selected: the level is read for that.
-  database_.Sql("UPDATE HOTKEYS SET CODE=12 WHERE ID=103");
+  shop_.Sql("UPDATE HOTKEYS SET CODE=12 WHERE ID=103");
   faults_.FailAt(1);
   Fails([&] { KeyOf(1).UserClick(); });
   Do([&] { KeyOf(1).UserDrag(KeyOf(3)); });
@@ -473,9 +442,9 @@ TEST_F(Panels, AWriteWhoseLevelIsNotReadAgainIsOver) {
   desktop_.Expect("Подтвердите очистку ВСЕХ панелей!");
   faults_.FailAt(2);
   Fails([&] { Tab().CmdClrAll.UserClick(); });
-  database_.Sql("UPDATE HOTKEYS SET CODE=11 WHERE ID=104");
+  shop_.Sql("UPDATE HOTKEYS SET CODE=11 WHERE ID=104");
   Do([&] { KeyOf(1).UserDrag(KeyOf(4)); });
-  EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{"104", "11"}}));
+  EXPECT_EQ(shop_.Rows(kFilledKeys), (Rows{{"104", "11"}}));
 }
 
 TEST_F(Panels, NamesOfPanelsAndMenus) {
@@ -484,8 +453,8 @@ TEST_F(Panels, NamesOfPanelsAndMenus) {
   Do([&] { Tab().TextName.UserType("Кухня \"Юг\""); });
   Do([&] { Tab().TextMenu.UserType("Летнее"); });
   Do([&] { Tab().CmdName.UserClick(); });
-  EXPECT_EQ(database_.Value("SELECT T9 FROM CONST WHERE COD=15"), "Кухня \"Юг\"");
-  EXPECT_EQ(database_.Rows("SELECT N1,N2 FROM CONST WHERE COD=7"), (Rows{{"NULL", "Летнее"}}));
+  EXPECT_EQ(shop_.Value("SELECT T9 FROM CONST WHERE COD=15"), "Кухня \"Юг\"");
+  EXPECT_EQ(shop_.Rows("SELECT N1,N2 FROM CONST WHERE COD=7"), (Rows{{"NULL", "Летнее"}}));
   EXPECT_EQ(Tab().Option1[2].Caption(), "Кухня \"Юг\"");
   EXPECT_EQ(Tab().CmdMenu.Label0(), "Летнее");
   Choose(1, 3, 1);
@@ -496,7 +465,7 @@ TEST_F(Panels, NamesOfPanelsAndMenus) {
   EXPECT_EQ(Tab().TextMenu.Text(), "Летнее");
   Do([&] { Tab().TextName.UserType(""); });
   Do([&] { Tab().CmdName.UserClick(); });
-  EXPECT_EQ(database_.Value("SELECT T9 FROM CONST WHERE COD=24"), "");
+  EXPECT_EQ(shop_.Value("SELECT T9 FROM CONST WHERE COD=24"), "");
   EXPECT_EQ(Tab().Option1[11].Caption(), "Панель № 12");
   // A single quote breaks its statement: reported, and nothing is renamed.
   Do([&] { Tab().TextName.UserType("L'eau"); });
@@ -507,13 +476,13 @@ TEST_F(Panels, NamesOfPanelsAndMenus) {
   Do([&] { Tab().TextName.UserType("Гриль"); });
   faults_.FailAt(2);
   Fails([&] { Tab().CmdName.UserClick(); });
-  EXPECT_EQ(database_.Value("SELECT T9 FROM CONST WHERE COD=24"), "Гриль");
+  EXPECT_EQ(shop_.Value("SELECT T9 FROM CONST WHERE COD=24"), "Гриль");
   EXPECT_EQ(Tab().Option1[11].Caption(), "Гриль");
 }
 
 /// After a panel that couldn't be shown the name of the one before is still there.
 TEST_F(Panels, APanelDoesNotGetTheNameOfAnother) {
-  database_.Sql("UPDATE CONST SET T9=CONCAT('П',COD) WHERE COD<=24");
+  shop_.Sql("UPDATE CONST SET T9=CONCAT('П',COD) WHERE COD<=24");
   struct Choice {
     int row;        ///< of the panel that is chosen
     int statement;  ///< that fails
@@ -529,16 +498,16 @@ TEST_F(Panels, APanelDoesNotGetTheNameOfAnother) {
     faults_.FailAt(choice.statement);
     Fails(choice.choose);
     Do([&] { Tab().CmdName.UserClick(); });
-    EXPECT_EQ(database_.Value("SELECT COUNT(*) FROM CONST WHERE COD<=24 AND T9=CONCAT('П',COD)"), "24");
+    EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM CONST WHERE COD<=24 AND T9=CONCAT('П',COD)"), "24");
     EXPECT_EQ(Tab().TextName.Text(), fmt::format("П{}", choice.row));
     // The true name has been seen: now it can be changed.
     Do([&] { Tab().TextName.UserType("Бар"); });
     Do([&] { Tab().CmdName.UserClick(); });
-    EXPECT_EQ(database_.Value(fmt::format("SELECT T9 FROM CONST WHERE COD={}", choice.row)), "Бар");
-    database_.Sql(fmt::format("UPDATE CONST SET T9='П{0}' WHERE COD={0}", choice.row));
+    EXPECT_EQ(shop_.Value(fmt::format("SELECT T9 FROM CONST WHERE COD={}", choice.row)), "Бар");
+    shop_.Sql(fmt::format("UPDATE CONST SET T9='П{0}' WHERE COD={0}", choice.row));
   }
   // Nor do the buttons keep the names of the other menu: that of a row which is gone, and all while they can't be read.
-  database_.Sql("DELETE FROM CONST WHERE COD=16");
+  shop_.Sql("DELETE FROM CONST WHERE COD=16");
   Choose(1, 1, 1);
   EXPECT_EQ(Tab().Option1[3].Caption(), "П4");
   Do(menu);
@@ -558,10 +527,10 @@ TEST_F(Panels, TheOnlyMenuHasNoNameAndNothingIsMovedInIt) {
   Do([&] { Tab().Option1[4].UserClick(); });
   Do([&] { Tab().Option2[1].UserClick(); });
   Put(3, "10");
-  EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{"533", "10"}}));
+  EXPECT_EQ(shop_.Rows(kFilledKeys), (Rows{{"533", "10"}}));
   desktop_.Expect("Переместить кнопку на указанное место?");
   Do([&] { KeyOf(3).UserDrag(KeyOf(4)); });
-  EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{"533", "10"}}));
+  EXPECT_EQ(shop_.Rows(kFilledKeys), (Rows{{"533", "10"}}));
   Do([&] { Tab().TextName.UserType("Бар"); });
   faults_.Forget();
   Do([&] { Tab().CmdName.UserClick(); });
@@ -617,7 +586,7 @@ TEST_F(Panels, TheStatementsOfTheActions) {
       copying.push_back(fmt::format("UPDATE HOTKEYS SET CODE ={} WHERE ID={}", id == 1463 ? 5 : 0, id));
     }
     copying.push_back(paint);
-    database_.Sql("UPDATE HOTKEYS SET CODE=5 WHERE ID=103");
+    shop_.Sql("UPDATE HOTKEYS SET CODE=5 WHERE ID=103");
     faults_.Forget();
     form.CopyPanelLevel(101, 314);
     form.PaintPanButtons();
@@ -638,7 +607,7 @@ TEST_F(Panels, TheStatementsOfTheActions) {
 }
 
 TEST_F(Panels, ClearingAllAndCopyingWantThePassword) {
-  database_.Sql("UPDATE HOTKEYS SET CODE=ID");
+  shop_.Sql("UPDATE HOTKEYS SET CODE=ID");
   const char* const kAsk = "Для очистки всех панелей введите пароль администратора:";
   for (const char* entry : {"", "357219"}) {
     desktop_.ExpectInput(kAsk, entry);
@@ -649,22 +618,22 @@ TEST_F(Panels, ClearingAllAndCopyingWantThePassword) {
   desktop_.ExpectInput(kAsk, "357218");
   desktop_.Expect("Подтвердите очистку ВСЕХ панелей!", BoxAnswer::kCancel, BoxIcon::kQuestion);
   Do([&] { Tab().CmdClrAll.UserClick(); });
-  EXPECT_EQ(database_.Value("SELECT COUNT(*) FROM HOTKEYS WHERE CODE=ID"), "2160");
+  EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM HOTKEYS WHERE CODE=ID"), "2160");
   Do([&] { Tab().DataGrid12.UserRow(9); });
   desktop_.ExpectInput(kAsk, "357218");
   desktop_.Expect("Подтвердите очистку ВСЕХ панелей!", BoxAnswer::kOk);
   Do([&] { Tab().CmdClrAll.UserClick(); });
-  EXPECT_EQ(database_.Value("SELECT COUNT(*) FROM HOTKEYS WHERE CODE=0"), "2160");
+  EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM HOTKEYS WHERE CODE=0"), "2160");
   EXPECT_EQ(Tab().DataGrid12.Row(), 9);
   EXPECT_EQ(KeyOf(9).Caption(), "");
 }
 
 TEST_F(Panels, LevelsAreCopiedWholeAndShownByTheirButtons) {
-  database_.Sql("UPDATE CONST SET T9=NULL,N1='не панель' WHERE COD=14");
-  database_.Sql("UPDATE CONST SET T9='Бар' WHERE COD=1");
-  database_.Sql("UPDATE CONST SET N2='Летнее' WHERE COD=7");
-  database_.Sql("UPDATE HOTKEYS SET CODE=10 WHERE ID IN (101,103,130)");
-  database_.Sql("UPDATE HOTKEYS SET CODE=20 WHERE REZ=14 AND LV=2");
+  shop_.Sql("UPDATE CONST SET T9=NULL,N1='не панель' WHERE COD=14");
+  shop_.Sql("UPDATE CONST SET T9='Бар' WHERE COD=1");
+  shop_.Sql("UPDATE CONST SET N2='Летнее' WHERE COD=7");
+  shop_.Sql("UPDATE HOTKEYS SET CODE=10 WHERE ID IN (101,103,130)");
+  shop_.Sql("UPDATE HOTKEYS SET CODE=20 WHERE REZ=14 AND LV=2");
   InCopying([this](FormCopy& form) {
     EXPECT_EQ(Green(form), "101 214 ");
     EXPECT_EQ(form.LabelPan[0].Caption(), "  Бар");
@@ -680,20 +649,20 @@ TEST_F(Panels, LevelsAreCopiedWholeAndShownByTheirButtons) {
         "Дублировать все данные \n\rиз панели Бар уровень 1\n\rв панель Панель № 2 уровень 2 ?";
     desktop_.Expect(question, BoxAnswer::kCancel, BoxIcon::kQuestion);
     desktop_.UserAction([&] { bar.UserDrag(full); });
-    EXPECT_EQ(database_.Value("SELECT COUNT(*) FROM HOTKEYS WHERE CODE=20"), "30");
+    EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM HOTKEYS WHERE CODE=20"), "30");
     desktop_.Expect(question, BoxAnswer::kOk, BoxIcon::kQuestion);
     desktop_.UserAction([&] { bar.UserDrag(full); });
-    EXPECT_EQ(database_.Rows("SELECT ID,CODE FROM HOTKEYS WHERE REZ=14 AND CODE<>0 ORDER BY ID"),
+    EXPECT_EQ(shop_.Rows("SELECT ID,CODE FROM HOTKEYS WHERE REZ=14 AND CODE<>0 ORDER BY ID"),
               (Rows{{"1431", "10"}, {"1433", "10"}, {"1460", "10"}}));
 
     // An empty level onto a full one empties it.
     desktop_.Expect("Дублировать все данные \n\rиз панели резерв уровень 3\n\rв панель Панель № 2 уровень 2 ?");
     desktop_.UserAction([&] { form.CmdPan[2][23].UserDrag(full); });
     EXPECT_EQ(Green(form), "101 ");
-    EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{"101", "10"}, {"103", "10"}, {"130", "10"}}));
+    EXPECT_EQ(shop_.Rows(kFilledKeys), (Rows{{"101", "10"}, {"103", "10"}, {"130", "10"}}));
 
     // What another work place does is seen at the button's word.
-    database_.Sql("UPDATE HOTKEYS SET CODE=5 WHERE ID=2490");
+    shop_.Sql("UPDATE HOTKEYS SET CODE=5 WHERE ID=2490");
     desktop_.UserAction([&] { form.CmrRefr.UserClick(); });
     EXPECT_EQ(Green(form), "101 324 ");
   });
@@ -701,9 +670,9 @@ TEST_F(Panels, LevelsAreCopiedWholeAndShownByTheirButtons) {
 
 TEST_F(Panels, TheLayoutGoesThroughTheFileAndBack) {
   // Every key of both menus has a product of its own, but for a few.
-  database_.Sql("UPDATE HOTKEYS SET CODE=ID*7 WHERE ID MOD 5 <> 0");
-  const Rows whole = database_.Rows(kAllCodes);
-  const Rows filled = database_.Rows(kFilledKeys);
+  shop_.Sql("UPDATE HOTKEYS SET CODE=ID*7 WHERE ID MOD 5 <> 0");
+  const Rows whole = shop_.Rows(kAllCodes);
+  const Rows filled = shop_.Rows(kFilledKeys);
   InCopying([&](FormCopy& form) {
     desktop_.Expect("Выгружен файл 'C:/Korvina/hotkeys.txt'");
     desktop_.UserAction([&] { form.CmdExportMenu.UserClick(); });
@@ -713,22 +682,22 @@ TEST_F(Panels, TheLayoutGoesThroughTheFileAndBack) {
     for (const auto& row : filled) expected += row[0] + "," + row[1] + "\r\n";
     EXPECT_EQ(text, expected);
 
-    database_.Sql("UPDATE HOTKEYS SET CODE=1");
+    shop_.Sql("UPDATE HOTKEYS SET CODE=1");
     Import(form);
-    EXPECT_EQ(database_.Rows(kAllCodes), whole);
+    EXPECT_EQ(shop_.Rows(kAllCodes), whole);
     EXPECT_EQ(form.CmdPan[2][23].BackColor(), 49152U);
   });
   EXPECT_EQ(KeyOf(1).Caption(), "707");  // seen in the editor at once
 
   // A layout without products gives an empty file, and that empties every key.
-  database_.Sql("UPDATE HOTKEYS SET CODE=0");
+  shop_.Sql("UPDATE HOTKEYS SET CODE=0");
   InCopying([&](FormCopy& form) {
     desktop_.Expect("Выгружен файл 'C:/Korvina/hotkeys.txt'");
     desktop_.UserAction([&] { form.CmdExportMenu.UserClick(); });
     EXPECT_EQ(std::filesystem::file_size(LayoutFile()), 0U);
-    database_.Sql("UPDATE HOTKEYS SET CODE=3");
+    shop_.Sql("UPDATE HOTKEYS SET CODE=3");
     Import(form);
-    EXPECT_EQ(database_.Rows(kFilledKeys), Rows{});
+    EXPECT_EQ(shop_.Rows(kFilledKeys), Rows{});
   });
 }
 
@@ -756,24 +725,24 @@ TEST_F(Panels, LayoutFilesOfOtherHands) {
   };
   for (const Sample& sample : kSamples) {
     SCOPED_TRACE(sample.text);
-    database_.Sql("UPDATE HOTKEYS SET CODE=0");
-    database_.Sql("UPDATE HOTKEYS SET CODE=55 WHERE ID=500+30");
+    shop_.Sql("UPDATE HOTKEYS SET CODE=0");
+    shop_.Sql("UPDATE HOTKEYS SET CODE=55 WHERE ID=500+30");
     std::ofstream(LayoutFile(), std::ios::binary) << sample.text;
     InCopying([&](FormCopy& form) {
       if (!sample.good) desktop_.ExpectRuntimeError();
       Import(form, sample.good);
     });
-    EXPECT_EQ(database_.Rows(kFilledKeys), sample.good ? sample.filled : (Rows{{"530", "55"}}));
+    EXPECT_EQ(shop_.Rows(kFilledKeys), sample.good ? sample.filled : (Rows{{"530", "55"}}));
   }
 }
 
 TEST_F(Panels, NoFileAndNoServerOnTheWay) {
-  database_.Sql("UPDATE HOTKEYS SET CODE=55 WHERE ID=530");
+  shop_.Sql("UPDATE HOTKEYS SET CODE=55 WHERE ID=530");
   InCopying([&](FormCopy& form) {
     Import(form, false);  // without a file nothing follows the question
     desktop_.Expect("Загрузить новую раскладку меню\n\rиз файла 'C:/Korvina/hotkeys.txt' ?", BoxAnswer::kCancel);
     desktop_.UserAction([&] { form.CmdImportMenu.UserClick(); });
-    EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{"530", "55"}}));
+    EXPECT_EQ(shop_.Rows(kFilledKeys), (Rows{{"530", "55"}}));
 
     // A folder of that name can neither be read nor replaced.
     std::filesystem::create_directories(LayoutFile());
@@ -781,7 +750,7 @@ TEST_F(Panels, NoFileAndNoServerOnTheWay) {
     Import(form, false);
     desktop_.ExpectRuntimeError();
     desktop_.UserAction([&] { form.CmdExportMenu.UserClick(); });
-    EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{"530", "55"}}));
+    EXPECT_EQ(shop_.Rows(kFilledKeys), (Rows{{"530", "55"}}));
     std::filesystem::remove_all(LayoutFile());
 
     // An import that the server ends half-way: the keys are emptied, the lines before are in, and it can be repeated.
@@ -789,27 +758,27 @@ TEST_F(Panels, NoFileAndNoServerOnTheWay) {
     faults_.FailAt(4);
     desktop_.ExpectRuntimeError();
     Import(form, false);
-    EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{"101", "1"}, {"102", "2"}}));
+    EXPECT_EQ(shop_.Rows(kFilledKeys), (Rows{{"101", "1"}, {"102", "2"}}));
     EXPECT_EQ(Green(form), "101 ");
     // Loaded, but the buttons can't be painted: the operator is told that it is loaded.
     faults_.FailAt(5);
     desktop_.ExpectRuntimeError();
     Import(form);
-    EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{"101", "1"}, {"102", "2"}, {"103", "3"}}));
+    EXPECT_EQ(shop_.Rows(kFilledKeys), (Rows{{"101", "1"}, {"102", "2"}, {"103", "3"}}));
 
     // A copy that ends half-way shows what has come over.
     faults_.FailAt(3);
     desktop_.ExpectRuntimeError();
     desktop_.Expect("Дублировать все данные \n\rиз панели Панель № 1 уровень 1\n\rв панель Панель № 2 уровень 3 ?");
     desktop_.UserAction([&] { form.CmdPan[0][0].UserDrag(form.CmdPan[2][1]); });
-    EXPECT_EQ(database_.Rows(kFilledKeys), (Rows{{"101", "1"}, {"102", "2"}, {"103", "3"}, {"261", "1"}}));
+    EXPECT_EQ(shop_.Rows(kFilledKeys), (Rows{{"101", "1"}, {"102", "2"}, {"103", "3"}, {"261", "1"}}));
     EXPECT_EQ(Green(form), "101 302 ");
   });
 }
 
 /// The window comes up all the same, and what is done in it is seen in the editor.
 TEST_F(Panels, TheWindowForCopyingWithoutItsNames) {
-  database_.Sql("UPDATE HOTKEYS SET CODE=10 WHERE ID=201");
+  shop_.Sql("UPDATE HOTKEYS SET CODE=10 WHERE ID=201");
   FormCopy& form = app_->PanelCopy;
   desktop_.ExpectInput("Введите пароль администратора:", "357218");
   faults_.FailAt(1);

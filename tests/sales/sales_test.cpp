@@ -1,56 +1,29 @@
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <fstream>
 
-#include "app/app.h"
 #include "sales/sales_statements.h"
-#include "support/scripted_desktop.h"
-#include "support/scripted_faults.h"
-#include "support/test_database.h"
+#include "support/program_test.h"
 
 namespace zrt {
 namespace {
 
-using test::FixedClock;
-using test::ScriptedDesktop;
-using test::ScriptedFaults;
+using test::ProgramTest;
 using test::Stage;
-using test::TestDatabase;
 
 constexpr const char* kNotWhole = "Введите целое числовое значение!";
 constexpr const char* kWrongDate = "Неправильно введена дата!";
 constexpr const char* kWorking = "обработка запроса...";
 
 /// The whole program on a base that a test fills; the shift of 12.11. from 8:00 is on.
-class Sales : public testing::Test {
+class Sales : public ProgramTest {
  protected:
-  explicit Sales(Stage stage = Stage::kPlain) : database_(stage) {
-    database_.Sql("UPDATE CONST SET N8=8 WHERE COD=5");
-    std::filesystem::create_directories(drives_.ToNative("C:\\Korvina\\Report"));
-  }
-  ~Sales() override { std::filesystem::remove_all(folder_); }
-
-  void Start() {
-    app_ = std::make_unique<App>(desktop_, clock_, drives_, AppSettings{database_.Address(), "zrt"});
-    app_->TheSession.MainConnection.SetFaultSource(&faults_);
-    app_->Start();
-    desktop_.UserAction([this] { app_->Splash.Timer1.UserFire(); });
-    desktop_.CheckAllCame();
-    faults_.Forget();
-  }
+  explicit Sales(Stage stage = Stage::kPlain) : ProgramTest(stage) { shop_.Sql("UPDATE CONST SET N8=8 WHERE COD=5"); }
 
   SalesTab& Tab() { return app_->Main.Sales; }
   KassaLiteTab& Lite() { return app_->Main.KassaLite; }
 
-  void Click(Control& control) {
-    desktop_.UserAction([&] { control.UserClick(); });
-  }
-  void Type(TextBox& field, const std::string& text) {
-    desktop_.UserAction([&] { field.UserType(text); });
-  }
   void Press(Control& control, Key::Code code) {
-    desktop_.UserAction([&] { desktop_.PressKey(control, Key{code, {}}); });
+    Do([&] { desktop_.PressKey(control, Key{code, {}}); });
   }
 
   /// What was sent since the last call, with short names for what doesn't differ.
@@ -73,14 +46,6 @@ class Sales : public testing::Test {
     faults_.Forget();
     return sent;
   }
-
-  TestDatabase database_;
-  FixedClock clock_{{{2026, 11, 12}, 10, 0, 0}};
-  std::filesystem::path folder_ = testing::TempDir() + "zrt_sales_drives";
-  DriveMap drives_{folder_};
-  ScriptedDesktop desktop_;
-  ScriptedFaults faults_;
-  std::unique_ptr<App> app_;
 };
 
 TEST_F(Sales, EachFilterSendsItsStatements) {
@@ -247,7 +212,7 @@ TEST_F(Sales, AFiscalFilterKeepsToThePeriodLastShown) {
 }
 
 TEST_F(Sales, AQueryPutsTheCalendarAwayAndWhatStoodInTheTotals) {
-  database_.Sql(
+  shop_.Sql(
       "INSERT INTO PROD (COD,NAME,KOL,PRISE,SKID,TER,DATETIME,N1) VALUES (1,'Чай',1500,2000,0,1,'2026-11-12 "
       "09:00:00',2),"
       "(2,'Сок',1000,5000,0,1,'2026-11-12 09:00:00',0)");
@@ -475,7 +440,7 @@ class SalesFiles : public Sales {
 };
 
 TEST_F(SalesFiles, TheFolderIsChosenFirst) {
-  database_.Sql(kSold);
+  shop_.Sql(kSold);
   Start();
   SalesTab& tab = Tab();
   Click(tab.CmdFileCSV);
@@ -505,8 +470,8 @@ TEST_F(SalesFiles, TheFolderIsChosenFirst) {
 }
 
 TEST_F(SalesFiles, WhatCannotBeWrittenLeavesNoFile) {
-  database_.Sql(kSold);
-  database_.Sql(
+  shop_.Sql(kSold);
+  shop_.Sql(
       "INSERT INTO SPION VALUES (1,'Чай','1,000','120,50','12.11.2026 09:00:00',1,5,0),"
       "(2,'Сок','1.000','99,00','12.11.2026 09:01:00',1,5,0)");
   Start();
@@ -530,11 +495,11 @@ TEST_F(SalesFiles, WhatCannotBeWrittenLeavesNoFile) {
   desktop_.ExpectRuntimeError();
   Click(tab.CmdFileCSV);
   EXPECT_TRUE(Files().empty());
-  database_.Sql("UPDATE SPION SET KOL='1,000' WHERE COD=2");
+  shop_.Sql("UPDATE SPION SET KOL='1,000' WHERE COD=2");
   Save("Delete_20261112_100000.csv");
   EXPECT_EQ(tab.DataGrid11.Rows(), 2);
 
-  database_.Sql("DELETE FROM SPION");
+  shop_.Sql("DELETE FROM SPION");
   Click(tab.CmdFileCSV);
   desktop_.Expect("Нет данных!", BoxAnswer::kOk, BoxIcon::kCritical);
   Click(tab.CmdFileCSV);
@@ -549,9 +514,9 @@ TEST_F(SalesFiles, NamesBearTheMomentWhateverTheHour) {
 }
 
 TEST_F(SalesFiles, AHundredThousandLinesAreWrittenQuickly) {
-  database_.Sql(kSold);
+  shop_.Sql(kSold);
   for (int doubling = 0; doubling < 17; ++doubling) {
-    database_.Sql(
+    shop_.Sql(
         "INSERT INTO PROD (COD,NAME,KOL,PRISE,SKID,SUM2,TER,PERS,DATETIME,REZ,NUM,N1,N4) SELECT "
         "COD,NAME,KOL,PRISE,SKID,SUM2,TER,PERS,DATETIME,REZ,NUM,N1,N4 FROM PROD");
   }
@@ -571,13 +536,13 @@ TEST_F(SalesFiles, AHundredThousandLinesAreWrittenQuickly) {
 // Clearing and annulling
 
 TEST_F(Sales, AClearingThatStopsHalfWayLeavesWhatItHadDone) {
-  database_.Sql("INSERT INTO AKZMARK VALUES (1,'22N',1,1,'2026-11-01 10:00:00')");
+  shop_.Sql("INSERT INTO AKZMARK VALUES (1,'22N',1,1,'2026-11-01 10:00:00')");
   for (const int failing : {1, 2, 3, 4}) {
     SCOPED_TRACE(failing);
-    database_.Sql("DELETE FROM PROD");
-    database_.Sql("DELETE FROM KASSA");
-    database_.Sql("INSERT INTO PROD (COD,DATETIME) VALUES (1,'2026-11-01 10:00:00')");
-    database_.Sql("INSERT INTO KASSA (OPER,DAT) VALUES ('Чек','2026-11-01 10:00:00')");
+    shop_.Sql("DELETE FROM PROD");
+    shop_.Sql("DELETE FROM KASSA");
+    shop_.Sql("INSERT INTO PROD (COD,DATETIME) VALUES (1,'2026-11-01 10:00:00')");
+    shop_.Sql("INSERT INTO KASSA (OPER,DAT) VALUES ('Чек','2026-11-01 10:00:00')");
     Start();
     Click(app_->Main.mnuClearProd);
     frmClear& window = app_->Clear;
@@ -594,9 +559,9 @@ TEST_F(Sales, AClearingThatStopsHalfWayLeavesWhatItHadDone) {
     }
     Click(window.CmdDel);
     EXPECT_EQ(window.IsVisible(), failing != 4);
-    EXPECT_EQ(database_.Value("SELECT COUNT(*) FROM PROD"), failing > 1 ? "0" : "1");
-    EXPECT_EQ(database_.Value("SELECT COUNT(*) FROM KASSA"), failing > 2 ? "0" : "1");
-    EXPECT_EQ(database_.Value("SELECT COUNT(*) FROM AKZMARK"), "1");
+    EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM PROD"), failing > 1 ? "0" : "1");
+    EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM KASSA"), failing > 2 ? "0" : "1");
+    EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM AKZMARK"), "1");
     // The program lives.
     Click(Tab().CmdDat);
     EXPECT_EQ(Tab().LblInf.Caption(), "12.11.2026");
@@ -610,12 +575,12 @@ TEST_F(Sales, DeletionsAreTrimmedAboveAThousandRows) {
   };
   for (const Size& size : {Size{1000, 1000}, Size{1001, 102}}) {
     SCOPED_TRACE(size.rows);
-    database_.Sql("DELETE FROM SPION");
+    shop_.Sql("DELETE FROM SPION");
     // Every row has a second of its own but the first two, which share theirs with the last one.
     for (int row = 1; row <= size.rows; ++row) {
       const int second = row <= 2 ? size.rows : row;
-      database_.Sql(fmt::format("INSERT INTO SPION VALUES ({},'Чай','1,000','10,00','20.11.2026 10:{:02}:{:02}',1,5,7)",
-                                row, second / 60, second % 60));
+      shop_.Sql(fmt::format("INSERT INTO SPION VALUES ({},'Чай','1,000','10,00','20.11.2026 10:{:02}:{:02}',1,5,7)",
+                            row, second / 60, second % 60));
     }
     Start();
     Click(app_->Main.mnuClearProd);
@@ -623,15 +588,15 @@ TEST_F(Sales, DeletionsAreTrimmedAboveAThousandRows) {
     desktop_.Expect("Удалить записи по 23:59:59 05.11.2026 ?", BoxAnswer::kOk, BoxIcon::kQuestion, "KORVINA");
     desktop_.Expect("Удалены записи по 23:59:59 05.11.2026", BoxAnswer::kOk, BoxIcon::kExclamation, "KORVINA");
     Click(app_->Clear.CmdDel);
-    EXPECT_EQ(database_.Value("SELECT COUNT(*) FROM SPION"), std::to_string(size.left));
-    EXPECT_EQ(database_.Value("SELECT MIN(COD) FROM SPION"), "1");
-    EXPECT_EQ(database_.Value("SELECT MAX(REZ) FROM SPION"), size.left == size.rows ? "7" : "0");
+    EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM SPION"), std::to_string(size.left));
+    EXPECT_EQ(shop_.Value("SELECT MIN(COD) FROM SPION"), "1");
+    EXPECT_EQ(shop_.Value("SELECT MAX(REZ) FROM SPION"), size.left == size.rows ? "7" : "0");
     app_.reset();
   }
 }
 
 TEST_F(Sales, AnAnnulmentIsLoggedBeforeTheLineGoes) {
-  database_.Sql("INSERT INTO CHECK3 (COD,NAME,KOL,PRISE,COST) VALUES (5,'Чай',1.5,20,30),(6,'Сок \\'Добрый\\'',1,9,9)");
+  shop_.Sql("INSERT INTO CHECK3 (COD,NAME,KOL,PRISE,COST) VALUES (5,'Чай',1.5,20,30),(6,'Сок \\'Добрый\\'',1,9,9)");
   Start();
   Click(app_->Main.mnuDelCheck);
   frmDelChek& window = app_->DelChek;
@@ -648,15 +613,15 @@ TEST_F(Sales, AnAnnulmentIsLoggedBeforeTheLineGoes) {
   faults_.CutAt(2);
   desktop_.ExpectRuntimeError();
   Press(window.DataGrid1, Key::kEnter);
-  EXPECT_EQ(database_.Value("SELECT COUNT(*) FROM SPION"), "1");
-  EXPECT_EQ(database_.Value("SELECT COUNT(*) FROM CHECK3"), "2");
+  EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM SPION"), "1");
+  EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM CHECK3"), "2");
 
   // A quote in the name breaks the log: the line stays.
   desktop_.UserAction([&] { window.DataGrid1.UserRow(2); });
   desktop_.ExpectRuntimeError();
   desktop_.UserAction([&] { window.DataGrid1.UserDblClick(); });
-  EXPECT_EQ(database_.Value("SELECT COUNT(*) FROM SPION"), "1");
-  EXPECT_EQ(database_.Value("SELECT COUNT(*) FROM CHECK3"), "2");
+  EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM SPION"), "1");
+  EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM CHECK3"), "2");
 
   // Only the press of a terminal's button begins it anew.
   desktop_.UserAction([&] { window.DeleteCheckRow(77); });
@@ -667,13 +632,13 @@ TEST_F(Sales, AnAnnulmentIsLoggedBeforeTheLineGoes) {
   window.Timer1.SetView(nullptr);
 
   // A terminal without a table: nothing of another one's receipt is left under its name.
-  database_.Sql("DROP TABLE CHECK9");
+  shop_.Sql("DROP TABLE CHECK9");
   desktop_.ExpectRuntimeError();
   Click(window.CmdKas[8]);
   EXPECT_EQ(window.DataGrid1.Caption(), "Касса 9");
   EXPECT_EQ(window.DataGrid1.Rows(), 0);
   Press(window.DataGrid1, Key::kEnter);
-  EXPECT_EQ(database_.Value("SELECT COUNT(*) FROM SPION"), "1");
+  EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM SPION"), "1");
 
   Click(window.CmdKas[2]);
   EXPECT_EQ(window.DataGrid1.Rows(), 2);

@@ -20,13 +20,6 @@ class Documents(unittest.TestCase):
         self.program = self.enterContext(Program())
         self.main = self.program.form("Form2")
 
-    def answer(self, text, button="OK", entry=None):
-        box = self.program.box()
-        self.assertEqual(box.text, text)
-        if entry is not None:
-            box.enter(entry)
-        box.press(button)
-
     def open(self, *menu):
         self.main.menu("Документы", *menu)
 
@@ -48,7 +41,7 @@ class Documents(unittest.TestCase):
 
     def post(self, form):
         form.press("RUNButton")
-        self.answer("Провести документ?")
+        self.program.answer("Провести документ?")
 
     def test_goods_come_in_and_go_out(self):
         names = [row[0] for row in self.shop.ask("SELECT NAME FROM TOVAR WHERE N6 IS NULL GROUP BY COD ORDER BY COD LIMIT 3")]
@@ -90,7 +83,7 @@ class Documents(unittest.TestCase):
 
         # Other kinds beside it; a second one of the kind is refused.
         self.open("Приходная накладная")
-        self.answer("существует открытая Приходная Накладная!")
+        self.program.answer("существует открытая Приходная Накладная!")
         self.open("Дневной Отчёт (реализация)")
         report = self.program.form("frmDocDO")
         report.press("CmdDat")
@@ -109,7 +102,7 @@ class Documents(unittest.TestCase):
         self.program.picture("frmDocIN")
         for form in (count, report):
             form.press("CancelButton")
-            self.answer("Сохранить документ?", "Отмена")
+            self.program.answer("Сохранить документ?", "Отмена")
         wait_for("nothing left of the count", lambda: self.shop.ask("SELECT COUNT(*) FROM DOCINVENT WHERE DOC=-1") == [["0"]])
         incoming.press("CancelButton")
         wait_for("the invoice's end", lambda: not self.program.is_open("frmDocPrN"))

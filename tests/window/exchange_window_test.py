@@ -27,13 +27,6 @@ class Exchange(unittest.TestCase):
         self.main = self.program.form("Form2")
         self.main.activate()
 
-    def answer(self, text, button="OK", entry=None):
-        box = self.program.box()
-        self.assertEqual(box.text, text)
-        if entry is not None:
-            box.enter(entry)
-        box.press(button)
-
     def make_reserve(self):
         """An empty second base beside the shop's."""
         self.shop.run("DROP DATABASE IF EXISTS zrt_reserve")
@@ -58,7 +51,7 @@ class Exchange(unittest.TestCase):
         self.program.picture("frmExpImp")
         form.set_text("TxtUDL1", "")
         form.press("CmdConn1")
-        self.answer("Как же так?..., это же основной сервер!!!")
+        self.program.answer("Как же так?..., это же основной сервер!!!")
         form.set_text("TxtUDL1", "C:\\reserve.udl")
         form.press("CmdConn1")
         wait_for("the connection", lambda: form.is_shown("LblConn1"))
@@ -69,7 +62,7 @@ class Exchange(unittest.TestCase):
                              ("CmdExp", "Экспорт таблицы продаж успешно завершен!"),
                              ("CmdExp", "а выгружать-то нечего...")):
             form.press(button)
-            self.answer(text)
+            self.program.answer(text)
         self.program.picture("frmExpImp-connected")
         # Some of the day had been copied before.
         today = datetime.date.today().strftime("%d%m%y").lstrip("0")
@@ -116,8 +109,8 @@ class Exchange(unittest.TestCase):
                 form.set_text("TextPath", "C:\\Korvina\\Report\\" + name)
                 form.press("Option1_1")
             form.press("CmdRun")
-            self.answer("Введите пароль администратора:", entry="357218")
-            self.answer("Загрузка справочника завершена!")
+            self.program.answer("Введите пароль администратора:", entry="357218")
+            self.program.answer("Загрузка справочника завершена!")
             self.program.picture("frmImpTov")
             wait_for("what it says", lambda: [line.name for line in form.control("List1")][-1:] == ["загружено 3 товаров"])
             self.assertEqual(form.control("List1")[0].name, "Open Office" if number == 2 else "Microsoft Excel")
@@ -147,7 +140,7 @@ class Exchange(unittest.TestCase):
         wait_for("the path", lambda: form.text("TextPath") == "C:\\Korvina\\Report\\count.txt")
         self.program.picture("frmImpTov-lines")
         form.press("CmdRun")
-        self.answer("Успешно загружено 1 строк")
+        self.program.answer("Успешно загружено 1 строк")
         self.program.key("Escape")
         wait_for("the line", lambda: count.rows("DataGrid7") == 1)
         self.assertEqual(count.cell("DataGrid7", 0, "Actual"), "2,500")
@@ -158,7 +151,7 @@ class Exchange(unittest.TestCase):
         path = export.text("TextPath")
         self.assertRegex(path, r"^C:\\Korvina\\Report\\Exp_\d{8}_\d{6}\.txt$")
         export.press("CmdExport")
-        self.answer(f"Выгрузка остатков в файл {path}\nуспешно завершена!")
+        self.program.answer(f"Выгрузка остатков в файл {path}\nуспешно завершена!")
         with open(os.path.join(self.program.drives, *path.replace(":", "").split("\\")), encoding="cp1251", newline="") as file:
             name = self.shop.ask(f"SELECT NAME FROM TOVAR WHERE COD={cod}")[0][0]
             self.assertEqual(file.read(), f'{cod}," {name} ",2500\r\n')

@@ -31,17 +31,10 @@ class PanelEditor(unittest.TestCase):
     def filled(self):
         return self.shop.ask("SELECT ID,CODE FROM HOTKEYS WHERE CODE<>0 ORDER BY ID")
 
-    def answer(self, text, button="OK", entry=None):
-        box = self.program.box()
-        self.assertEqual(box.text, text)
-        if entry is not None:
-            box.enter(entry)
-        box.press(button)
-
     def wipe(self):
         self.form.click("CmdClrAll")
-        self.answer("Для очистки всех панелей введите пароль администратора:", entry="357218")
-        self.answer("Подтвердите очистку ВСЕХ панелей!")
+        self.program.answer("Для очистки всех панелей введите пароль администратора:", entry="357218")
+        self.program.answer("Подтвердите очистку ВСЕХ панелей!")
         wait_for("no product left", lambda: self.filled() == [])
 
     def choose_menu(self, half):
@@ -52,7 +45,7 @@ class PanelEditor(unittest.TestCase):
 
     def open_copying(self):
         self.form.click("CmdCopyAll")
-        self.answer("Введите пароль администратора:", entry="357218")
+        self.program.answer("Введите пароль администратора:", entry="357218")
         copying = self.program.form("FormCopy")
         copying.activate()
         return copying
@@ -99,11 +92,11 @@ class PanelEditor(unittest.TestCase):
 
         # Real dragging: onto an empty key with its question, onto an occupied one without.
         form.drag("CmdM_2", "CmdM_30")
-        self.answer("Переместить кнопку на указанное место?", "Отмена")
+        self.program.answer("Переместить кнопку на указанное место?", "Отмена")
         form.drag("CmdM_2", "CmdM_1")
         form.drag("CmdM_2", "CmdM_30")
         program.picture("Form2-sensor-drag")
-        self.answer("Переместить кнопку на указанное место?")
+        self.program.answer("Переместить кнопку на указанное место?")
         wait_for("the key moved", lambda: form.caption("CmdM_30") == "99999")
         self.assertEqual(self.filled(), [["1731", product], ["1738", "1"], ["1760", "99999"]])
         self.assertEqual(form.caption("CmdM_2"), NO_CAPTION)
@@ -135,7 +128,7 @@ class PanelEditor(unittest.TestCase):
         whole = self.filled()
         self.assertEqual(len(whole), 2160)
         copying.click("CmdExportMenu")
-        self.answer(f"Выгружен файл '{FILE}'")
+        self.program.answer(f"Выгружен файл '{FILE}'")
         with open(os.path.join(program.drives, LAYOUT), encoding="cp1251") as file:
             self.assertEqual([line.strip().split(",") for line in file], whole)
         self.close_copying()
@@ -144,8 +137,8 @@ class PanelEditor(unittest.TestCase):
         wait_for("empty keys", lambda: form.caption("CmdM_1") == NO_CAPTION)
         copying = self.open_copying()
         copying.click("CmdImportMenu")
-        self.answer(f"Загрузить новую раскладку меню\nиз файла '{FILE}' ?")
-        self.answer(f"Загружена раскладка меню из файла '{FILE}'")
+        self.program.answer(f"Загрузить новую раскладку меню\nиз файла '{FILE}' ?")
+        self.program.answer(f"Загружена раскладка меню из файла '{FILE}'")
         self.assertEqual(self.filled(), whole)
         self.close_copying()
         wait_for("the products seen again", lambda: form.caption("CmdM_1") == whole[0][1])

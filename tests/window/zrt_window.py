@@ -126,6 +126,15 @@ class Program:
 
         return Box(self, wait_for("a box", look))
 
+    def answer(self, text, button="OK", entry=None):
+        """The box that is open must say `text`; enters `entry` if one is given and presses `button`."""
+        box = self.box()
+        if box.text != text:
+            raise AssertionError(f"the box says {box.text!r}, not {text!r}")
+        if entry is not None:
+            box.enter(entry)
+        box.press(button)
+
     # The operator's hands
 
     def key(self, *names):
