@@ -45,17 +45,20 @@ DocumentForm::DocumentForm(Desktop& desktop, const DocumentKind& kind, const Doc
   CancelButton.Click = [this] { CancelButton_Click(); };
   CmdPlus.Click = [this] { CmdPlus_Click(); };
   Month0.DateClick = [this] { MonthClicked(); };
-  if (CmdUpd) CmdUpd->Click = [this] { UpdateDocument(); };
+  if (CmdUpd) {
+    CmdUpd->Click = [this] {
+      RequireLines();
+      UpdateDocument();
+    };
+  }
   if (CmdTov) CmdTov->Click = [this] { picker_.OpenFor(kind_.number); };
   if (CmdBar) CmdBar->Click = [this] { CmdBar_Click(); };
   if (CmdDel) CmdDel->Click = [this] { CmdDel_Click(); };
   if (CmdVar) {
-    CmdVar->Click = [this] { ChangeLine(); };
-    DataGrid7.DblClick = [this] {
-      if (!DocRun) ChangeLine();
-    };
+    CmdVar->Click = [this] { EditLine(); };
+    DataGrid7.DblClick = [this] { EditLine(); };
     DataGrid7.KeyDown = [this](Key& key) {
-      if (key.code == Key::kEnter && !DocRun) ChangeLine();
+      if (key.code == Key::kEnter) EditLine();
     };
   }
   if (mnuRun) mnuRun->Click = [this] { RUNButton_Click(); };
@@ -66,20 +69,21 @@ DocumentForm::DocumentForm(Desktop& desktop, const DocumentKind& kind, const Doc
 // Opening and closing
 
 void DocumentForm::Form_Activate() {
+  // Client and note are typed last: coming back from the picker brings back what they were before. They stand here
+  // before the lines are read, so that a save after a failure doesn't empty them in the journal.
+  if (TextKlient) TextKlient->Text = DocKlient;
+  if (TextPrim) TextPrim->Text = DocPrim;
   if (DocId == -1) {
     PrepareNew();
   } else if (!DocOpen) {
     const std::string date = DocDate ? session_.Format().DateTimeText(*DocDate) : std::string();
     Caption = fmt::format("{}{} от {}", kind_.saved_caption, DocId, date);
     RunIndicator(DocRun);
-    OpenLines(DocId);
     LblNumer.Caption = std::to_string(DocId);
     LblData.Caption = date;
-    SumRefresh();
+    OpenLines(DocId);
+    CountSum();
   }
-  // Client and note are typed last: coming back from the picker brings back what they were before.
-  if (TextKlient) TextKlient->Text = DocKlient;
-  if (TextPrim) TextPrim->Text = DocPrim;
   DataGrid7.SetFocus();
 }
 
@@ -95,6 +99,7 @@ void DocumentForm::PrepareNew() {
 void DocumentForm::OpenLinesBy(const std::string& sql) {
   // A new document opens its lines each time that it comes to the front; the grid stays where it was.
   const int row = DocOpen ? DataGrid7.Row() : 0;
+  sum_known_ = false;
   session_.BindSet(lines_, sql);
   DataGrid7.Bind(lines_);
   FormatGrid();
@@ -107,14 +112,35 @@ void DocumentForm::StandOn(int row) {
 }
 
 void DocumentForm::RequireLines() {
-  if (DocOpen && lines_.IsOpen()) return;
   if (!DocOpen) throw Error("the lines of the document were never read");
-  lines_.Requery();
-  FormatGrid();
+  if (!lines_.IsOpen()) {
+    lines_.Requery();
+    FormatGrid();
+    sum_known_ = false;
+  }
+  if (!sum_known_) CountSum();
+}
+
+void DocumentForm::CountSum() {
+  sum_known_ = false;
   SumRefresh();
+  sum_known_ = true;
+}
+
+void DocumentForm::MoveLines() {
+  if (!lines_to_move_) return;
+  TakeNumber();
+  lines_to_move_ = false;
+}
+
+void DocumentForm::EditLine() {
+  if (DocRun) return;
+  MoveLines();
+  ChangeLine();
 }
 
 void DocumentForm::CancelButton_Click() {
+  if (!run_known_) LearnRun();
   if (!DocRun &&
       TheDesktop().MsgBox("Сохранить документ?", BoxIcon::kQuestion, BoxButtons::kOkCancel) == BoxAnswer::kOk) {
     SaveDocument(false);
@@ -132,9 +158,13 @@ void DocumentForm::Form_Unload() {
   DocOpen = false;
   DocSum = 0;
   lines_to_move_ = false;
+  run_known_ = true;
+  find_head_.clear();
 }
 
 void DocumentForm::RunIndicator(bool run) {
+  // A day picked now would change the date under which the document stands in the register.
+  if (run) Month0.Visible = false;
   LblRun.BackColor = run ? kLampPosted : kLampOpen;
   RUNButton.Enabled = !run;
   if (mnuRun) mnuRun->Enabled = !run;
@@ -208,6 +238,7 @@ const char* DocumentForm::BarcodeQuery() const {
 }
 
 void DocumentForm::CmdDel_Click() {
+  MoveLines();
   const std::optional<std::int64_t> id = CurrentId();
   if (!id) return;
   DeleteLineStatement(*id);
@@ -221,7 +252,7 @@ void DocumentForm::RefreshLines() {
   lines_.Requery();
   StandOn(row);
   FormatGrid();
-  SumRefresh();
+  CountSum();
 }
 
 std::optional<std::int64_t> DocumentForm::CurrentId() const {
@@ -243,6 +274,9 @@ void DocumentForm::ForEachProduct(const std::function<void(int row, std::int32_t
 void DocumentForm::SaveDocument(bool post) {
   // Without its lines a save would empty the document's register rows.
   RequireLines();
+  if (!run_known_) LearnRun();
+  if (DocRun) return;
+  MoveLines();
   Busy("сохранение документа...");
   if (DocId != -1) {
     session_.Write(UpdateHeadStatement(SqlDate()));
@@ -251,27 +285,34 @@ void DocumentForm::SaveDocument(bool post) {
   }
   if (TextKlient) DocKlient = TextKlient->Text();
   if (TextPrim) DocPrim = TextPrim->Text();
-  if (lines_to_move_) {
-    TakeNumber();
-    lines_to_move_ = false;
-  }
+  MoveLines();
   WriteRegister(SqlDate());
   if (post) AskAndPost();
 }
 
 bool DocumentForm::InsertHead() {
   if (LblData.Caption().empty()) TakePresentDate();
-  const std::string control = stock_.MakeControlNumber();
-  session_.Write(InsertHeadStatement(SqlDate(), control));
-  const Recordset& head = session_.ReadOne(FindHeadStatement(control));
+  // A head that was written, and whose number couldn't be read then, isn't written twice.
+  const bool written = !find_head_.empty() && session_.ReadOne(find_head_).RecordCount() > 0;
+  if (!written) {
+    const std::string control = stock_.MakeControlNumber();
+    session_.Write(InsertHeadStatement(SqlDate(), control));
+    find_head_ = FindHeadStatement(control);
+  }
+  const Recordset& head = session_.ReadOne(find_head_);
+  find_head_.clear();
   if (head.RecordCount() == 0) {
     TheDesktop().MsgBox("ОШИБКА записи документа", BoxIcon::kCritical);
     return false;
   }
   DocId = ToInt32(head.Field("ID").Number());
   LblNumer.Caption = std::to_string(DocId);
-  SetDate(head.Field("DATEDOC").Moment());
   lines_to_move_ = true;
+  if (written) {
+    session_.Write(UpdateHeadStatement(SqlDate()));  // it may have been changed since
+  } else {
+    SetDate(head.Field("DATEDOC").Moment());
+  }
   return true;
 }
 
@@ -281,13 +322,19 @@ std::string DocumentForm::FindHeadStatement(const std::string& control) const {
 }
 
 void DocumentForm::RUNButton_Click() {
+  RequireLines();
   if (HasLines()) SaveDocument(true);
 }
 
 void DocumentForm::AskAndPost() {
   if (TheDesktop().MsgBox("Провести документ?", BoxIcon::kQuestion, BoxButtons::kOkCancel) != BoxAnswer::kOk) return;
   Busy("проведение документа...");
-  PostSaved(SqlDate());
+  try {
+    PostSaved(SqlDate());
+  } catch (const Error&) {
+    LearnRunInSpite();
+    throw;
+  }
   DocRun = true;
   RunIndicator(true);
   LblInf.Caption = "";
@@ -304,10 +351,31 @@ void DocumentForm::mnuUnRun_Click() {
     return;
   }
   Busy("отмена проведения документа...");
-  stock_.RunDocRegistr(DocId, false, UnpostDate());
+  try {
+    stock_.RunDocRegistr(DocId, false, UnpostDate());
+  } catch (const Error&) {
+    LearnRunInSpite();
+    throw;
+  }
   DocRun = false;
   RunIndicator(false);
   LblInf.Caption = "";
+}
+
+void DocumentForm::LearnRun() {
+  const Recordset& head = session_.ReadOne(fmt::format("SELECT RUN FROM JOURNAL WHERE ID={}", DocId));
+  DocRun = !head.Eof() && !head.IsNull(0);
+  run_known_ = true;
+  RunIndicator(DocRun);
+}
+
+void DocumentForm::LearnRunInSpite() {
+  run_known_ = false;
+  try {
+    LearnRun();
+  } catch (const Error&) {
+    // The next save asks again; the operator is to hear of what failed first.
+  }
 }
 
 void DocumentForm::UpdateDocument() {

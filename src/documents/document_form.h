@@ -117,6 +117,11 @@ class DocumentForm : public Form {
   virtual const char* UpdateTail() const { return ""; }
 
   void SaveDocument(bool post);
+  /// Brings lines that still stand under -1, since the last save broke off there, to the document's number. Called
+  /// before anything is done to them. Throws DatabaseError.
+  void MoveLines();
+  /// Computes the document's sum; what fails here is computed again before the next save. Throws DatabaseError.
+  void CountSum();
   virtual void RunIndicator(bool run);
 
   // For the kinds' own use.
@@ -146,8 +151,13 @@ class DocumentForm : public Form {
   Recordset lines_;
 
  private:
-  /// Reads lines that couldn't be read before. Throws Error when the document was never opened, DatabaseError.
+  /// Reads lines and computes a sum that failed before. Throws Error when the document was never opened, DatabaseError.
   void RequireLines();
+  /// Posting, or taking it back, broke off on the way: the journal says whether the document counts as posted, and so
+  /// does the form from now on. It is put right by taking it out and posting it again. Throws DatabaseError.
+  void LearnRun();
+  void LearnRunInSpite();
+  void EditLine();
   void StandOn(int row);
   void Form_Activate();
   void Form_Unload();
@@ -160,6 +170,9 @@ class DocumentForm : public Form {
   void AskAndPost();
   bool InsertHead();
 
+  std::string find_head_;       ///< finds the head that was written last and whose number isn't known yet
+  bool sum_known_ = false;      ///< DocSum is that of the lines
+  bool run_known_ = true;       ///< DocRun is what the journal says
   bool lines_to_move_ = false;  ///< the head is saved, TakeNumber not done yet: the next save does it
   ProductPicker& picker_;
   QuantityDialog& dialog_;

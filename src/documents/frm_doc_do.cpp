@@ -67,6 +67,11 @@ void frmDocDO::PrepareNew() {
   GetNewTableDoc();
 }
 
+void frmDocDO::RunIndicator(bool run) {
+  LineDocument::RunIndicator(run);
+  CmdDat.Enabled = !run;
+}
+
 void frmDocDO::Combo1_Click() {
   session_.Write(fmt::format("UPDATE CONST SET N8={} WHERE COD=5", Combo1.Text()));
 }

@@ -19,6 +19,8 @@ class frmDocDO final : public LineDocument {
   /// No guard: whoever comes back to a new report finds yesterday and a disabled posting again, while the gathered
   /// lines stay. The hours of the list are added once more each time.
   void PrepareNew() override;
+  /// What is posted isn't gathered anew.
+  void RunIndicator(bool run) override;
   void MonthClicked() override;
   /// The report's own date comes back from the journal.
   void TakePresentDate() override {}

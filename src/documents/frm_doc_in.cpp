@@ -60,7 +60,7 @@ void frmDocIN::OpenLines(std::int32_t doc) {
   OpenLinesBy(kLines + std::to_string(doc));
   // Filling and loading work on the copy of a new document; a saved one is counted line by line.
   for (Button* button : {&CmdDat, &CmdClear, &CmdClearFakt, &CmdDownlFakt}) button->Enabled = doc == -1;
-  SumRefresh();
+  CountSum();
 }
 
 void frmDocIN::FormatGrid() {
@@ -91,6 +91,8 @@ void frmDocIN::SumRefresh() {
 }
 
 void frmDocIN::CmdDat_Click() {
+  MoveLines();
+  if (!CmdDat.Enabled()) return;
   Busy("обработка запроса...");
   std::string sql = "SELECT DISTINCT COD,NAME,PRISE FROM TOVAR";
   for (const Place& place : kPlaces) {
@@ -118,7 +120,9 @@ void frmDocIN::AddLine(std::int32_t cod, const std::string& name, std::int32_t o
 }
 
 void frmDocIN::BroadcastReciever(std::int32_t cod, std::int32_t kol, std::int32_t price) {
-  if (!DocOpen) return;
+  // The picker stays open over a document that has been posted meanwhile.
+  if (!DocOpen || DocRun) return;
+  MoveLines();
   Recordset product;
   session_.BindSet(product, fmt::format("SELECT COD,NAME FROM DOCINVENT WHERE DOC={} AND COD={}", DocId, cod));
   if (product.RecordCount() > 0) {
@@ -156,11 +160,15 @@ void frmDocIN::DeleteLineStatement(std::int64_t id) {
 }
 
 void frmDocIN::CmdClear_Click() {
+  MoveLines();
+  if (!CmdClear.Enabled()) return;
   session_.Write(fmt::format("DELETE FROM DOCINVENT WHERE DOC={}", DocId));
   RefreshLines();
 }
 
 void frmDocIN::CmdClearFakt_Click() {
+  MoveLines();
+  if (!CmdClearFakt.Enabled()) return;
   // Once would do; once for each line is what it has always been, and does no harm.
   for (int line = 1; line <= lines_.RecordCount(); ++line) session_.Write("UPDATE DOCINVENT SET KOL=0 WHERE DOC=-1");
   RefreshLines();

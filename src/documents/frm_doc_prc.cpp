@@ -39,7 +39,8 @@ const char* frmDocPRC::BarcodeQuery() const {
 }
 
 void frmDocPRC::BroadcastReciever(std::int32_t cod, std::int32_t, std::int32_t price) {
-  if (!DocOpen) return;
+  if (!DocOpen || DocRun) return;
+  MoveLines();
   Recordset& product = session_.ReadOne(fmt::format("SELECT DISTINCT COD,NAME,PRISE FROM TOVAR WHERE COD={}", cod));
   if (product.RecordCount() == 0) return;
   const double prise = product.Field("PRISE").IsNull() ? 0 : product.Field("PRISE").Number();

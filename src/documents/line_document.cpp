@@ -53,7 +53,7 @@ void LineDocument::OpenLines(std::int32_t doc) {
 
 void LineDocument::GetNewTableDoc() {
   OpenLinesBy(fmt::format("{}{}", rules_.grid_query, Kind().number));
-  SumRefresh();
+  CountSum();
 }
 
 void LineDocument::GetTableDoc(std::int32_t doc) {
@@ -101,7 +101,8 @@ const char* LineDocument::BarcodeQuery() const {
 }
 
 void LineDocument::BroadcastReciever(std::int32_t cod, std::int32_t kol, std::int32_t price) {
-  if (!DocOpen) return;
+  // The picker stays open over a document that has been posted meanwhile.
+  if (!DocOpen || DocRun) return;
   Recordset product;
   session_.BindSet(product, fmt::format("SELECT DISTINCT COD,NAME,PRISE FROM TOVAR WHERE COD={}", cod));
   if (product.RecordCount() == 0) return;
