@@ -152,8 +152,8 @@ void frmDocDO::Gather(const std::string& from, const std::string& to) {
   }
   IgnoreFailure([this] { GetNewTableDoc(); });
   LblInf.Caption = "";
-  RUNButton.Enabled = !DocRun;
-  mnuRun->Enabled = !DocRun;
+  RUNButton.Enabled = true;
+  mnuRun->Enabled = true;
 }
 
 std::string frmDocDO::InsertHeadStatement(const std::string&, const std::string& control) {

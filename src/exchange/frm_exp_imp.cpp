@@ -21,6 +21,16 @@ struct frmExpImp::ListCopy {
   const char* done;
 };
 
+/// A table of sales, whose new rows are appended there and marked on both sides.
+struct frmExpImp::SalesCopy {
+  const char* read;    ///< up to N5, then ID, then what may be NULL
+  const char* insert;  ///< a place for each column up to N5, one for the mark, then for those behind ID
+  const char* mark;
+  int day;  ///< the field of which the day is copied, kNone without one
+  int moment;
+  bool n5_may_be_null;
+};
+
 namespace {
 
 constexpr int kTimeoutSeconds = 1800;
@@ -30,34 +40,14 @@ constexpr Colour kSuccess = 0x008000;
 /// CONST.N5 holds as many characters of a path.
 constexpr std::size_t kPathLength = 50;
 
-constexpr const char* kSoldLines =
-    "SELECT COD,NAME,KOL,PRISE,SKID,SUM2,TER,PERS,DATETIME,REZ,NUM,N1,N2,N3,N4,T1,N5,ID,N6,UKT FROM PROD WHERE N4>2 "
-    "AND N7 IS NULL AND DATETIME IS NOT NULL";
-namespace sold {
-enum : int { kMoment = 8, kT1 = 15, kN5 = 16, kId = 17, kN6 = 18, kUkt = 19 };
-}
-// UKT isn't quoted here, unlike in the catalogue's copy: an empty one breaks the statement.
-constexpr const char* kInsertSoldLine =
-    "INSERT INTO PROD (COD,NAME,KOL,PRISE,SKID,SUM2,TER,PERS,DATETIME,REZ,NUM,N1,N2,N3,N4,T1,N5,N7,N6,UKT) VALUES "
-    "({},'{}',{},{},{},{},{},{},'{}',{},{},{},{},{},{},'{}',{},{},{},{})";
+constexpr int kNone = -1;
 
-constexpr const char* kReceipts =
-    "SELECT OPER,SUM1,SKID,SUM2,PLUS,MINUS,TER,PERS,DAT,TIM,NUM,N1,N2,N3,N4,T1,N5,ID,N6 FROM KASSA WHERE N4>2 AND N7 "
-    "IS NULL";
-namespace receipt {
-enum : int { kDay = 8, kMoment = 9, kT1 = 15, kN5 = 16, kId = 17, kN6 = 18 };
-}
-constexpr const char* kInsertReceipt =
-    "INSERT INTO KASSA (OPER,SUM1,SKID,SUM2,PLUS,MINUS,TER,PERS,DAT,TIM,NUM,N1,N2,N3,N4,T1,N5,N7,N6) VALUES "
-    "('{}','{}','{}','{}','{}','{}',{},{},'{}','{}',{},{},{},{},{},'{}',{},{},{})";
+// What the two tables of sales have in common, by the field's place in `read`.
+constexpr int kN5 = 16, kId = 17;
 
 /// A moment goes through its text on the screen; throws TypeMismatch for NULL.
 std::string ScreenText(const Cell& cell, const RegionalFormat& format) {
   return format.DateTimeText(cell.Moment());
-}
-
-std::string OrNull(const Cell& cell) {
-  return cell.IsNull() ? "NULL" : cell.Text();
 }
 
 }  // namespace
@@ -200,12 +190,37 @@ void frmExpImp::ReplaceList(const ListCopy& copy) {
 }
 
 void frmExpImp::ExportProd() {
+  // UKT isn't quoted here, unlike in the catalogue's copy: an empty one breaks the statement.
+  static constexpr SalesCopy kSoldLines = {
+      .read =
+          "SELECT COD,NAME,KOL,PRISE,SKID,SUM2,TER,PERS,DATETIME,REZ,NUM,N1,N2,N3,N4,T1,N5,ID,N6,UKT FROM PROD WHERE "
+          "N4>2 AND N7 IS NULL AND DATETIME IS NOT NULL",
+      .insert =
+          "INSERT INTO PROD (COD,NAME,KOL,PRISE,SKID,SUM2,TER,PERS,DATETIME,REZ,NUM,N1,N2,N3,N4,T1,N5,N7,N6,UKT) "
+          "VALUES ({},'{}',{},{},{},{},{},{},'{}',{},{},{},{},{},{},'{}',{},{},{},{})",
+      .mark = "UPDATE PROD SET N7={} WHERE ID={}",
+      .day = kNone,
+      .moment = 8,
+      .n5_may_be_null = false,
+  };
+  static constexpr SalesCopy kReceipts = {
+      .read =
+          "SELECT OPER,SUM1,SKID,SUM2,PLUS,MINUS,TER,PERS,DAT,TIM,NUM,N1,N2,N3,N4,T1,N5,ID,N6 FROM KASSA WHERE N4>2 "
+          "AND N7 IS NULL",
+      .insert =
+          "INSERT INTO KASSA (OPER,SUM1,SKID,SUM2,PLUS,MINUS,TER,PERS,DAT,TIM,NUM,N1,N2,N3,N4,T1,N5,N7,N6) VALUES "
+          "('{}','{}','{}','{}','{}','{}',{},{},'{}','{}',{},{},{},{},{},'{}',{},{},{})",
+      .mark = "UPDATE KASSA SET N7={} WHERE ID={}",
+      .day = 8,
+      .moment = 9,
+      .n5_may_be_null = true,
+  };
   ProgressBar.Max = 1;
   ProgressBar.Value = 1;
   Recordset lines;
-  session_.BindSet(lines, kSoldLines);
+  session_.BindSet(lines, kSoldLines.read);
   Recordset receipts;
-  session_.BindSet(receipts, kReceipts);
+  session_.BindSet(receipts, kReceipts.read);
   ProgressBar.Value = 0;
   // The lines alone decide: receipts without any wait for the next time.
   if (lines.RecordCount() == 0) {
@@ -215,8 +230,8 @@ void frmExpImp::ExportProd() {
   ProgressBar.Max = lines.RecordCount() + receipts.RecordCount();
   const std::string today = session_.Format().DateText(session_.TheClock().Now().date);
   const std::string mark = Mid(today, 1, 2) + Mid(today, 4, 2) + Mid(today, 9, 2);
-  ExportSoldLines(lines, mark);
-  ExportReceipts(receipts, lines.RecordCount(), mark);
+  CopySales(kSoldLines, lines, 0, mark);
+  CopySales(kReceipts, receipts, lines.RecordCount(), mark);
   ShowLastCopied();
   ProgressBar.Value = 0;
   TheDesktop().MsgBox("Экспорт таблицы продаж успешно завершен!", BoxIcon::kExclamation);
@@ -225,46 +240,25 @@ void frmExpImp::ExportProd() {
 // Two statements a row, on either side and in no transaction: when the second one fails the row is copied once more by
 // the next export. The reserve gives its rows numbers of its own.
 
-void frmExpImp::ExportSoldLines(const Recordset& lines, const std::string& mark) {
-  for (int row = 1; row <= lines.RecordCount(); ++row) {
+void frmExpImp::CopySales(const SalesCopy& copy, const Recordset& rows, int rows_before, const std::string& mark) {
+  for (int row = 1; row <= rows.RecordCount(); ++row) {
     fmt::dynamic_format_arg_store<fmt::format_context> values;
-    for (int field = 0; field <= sold::kN5; ++field) {
-      const Cell cell = lines.At(row, field);
-      values.push_back(field == sold::kMoment ? CutSqlDateTime(ScreenText(cell, session_.Format())) : cell.Text());
-    }
-    values.push_back(mark);
-    values.push_back(OrNull(lines.At(row, sold::kN6)));
-    values.push_back(OrNull(lines.At(row, sold::kUkt)));
-    WriteReserve(fmt::vformat(kInsertSoldLine, values));
-    session_.Write(fmt::format("UPDATE PROD SET N7={} WHERE ID={}", mark, lines.At(row, sold::kId).Text()));
-    ProgressBar.Value = row;
-  }
-}
-
-void frmExpImp::ExportReceipts(const Recordset& receipts, int lines_before, const std::string& mark) {
-  for (int row = 1; row <= receipts.RecordCount(); ++row) {
-    fmt::dynamic_format_arg_store<fmt::format_context> values;
-    for (int field = 0; field <= receipt::kN5; ++field) {
-      const Cell cell = receipts.At(row, field);
-      switch (field) {
-        case receipt::kDay:
-          values.push_back(CutSqlDate(ScreenText(cell, session_.Format())));
-          break;
-        case receipt::kMoment:
-          values.push_back(CutSqlDateTime(ScreenText(cell, session_.Format())));
-          break;
-        case receipt::kN5:
-          values.push_back(OrNull(cell));
-          break;
-        default:
-          values.push_back(cell.Text());
+    for (int field = 0; field < rows.FieldCount(); ++field) {
+      const Cell cell = rows.At(row, field);
+      if (field == copy.day) {
+        values.push_back(CutSqlDate(ScreenText(cell, session_.Format())));
+      } else if (field == copy.moment) {
+        values.push_back(CutSqlDateTime(ScreenText(cell, session_.Format())));
+      } else if (field == kId) {
+        values.push_back(mark);
+      } else {
+        const bool may_be_null = field > kId || (field == kN5 && copy.n5_may_be_null);
+        values.push_back(may_be_null && cell.IsNull() ? "NULL" : cell.Text());
       }
     }
-    values.push_back(mark);
-    values.push_back(OrNull(receipts.At(row, receipt::kN6)));
-    WriteReserve(fmt::vformat(kInsertReceipt, values));
-    session_.Write(fmt::format("UPDATE KASSA SET N7={} WHERE ID={}", mark, receipts.At(row, receipt::kId).Text()));
-    ProgressBar.Value = lines_before + row;
+    WriteReserve(fmt::vformat(copy.insert, values));
+    session_.Write(fmt::format(fmt::runtime(copy.mark), mark, rows.At(row, kId).Text()));
+    ProgressBar.Value = rows_before + row;
   }
 }
 

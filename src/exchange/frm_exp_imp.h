@@ -47,6 +47,7 @@ class frmExpImp final : public Form {
 
  private:
   struct ListCopy;
+  struct SalesCopy;
 
   void Form_Load();
   void CmdConn1_Click();
@@ -66,8 +67,8 @@ class frmExpImp final : public Form {
   void ExportProd();
 
   void ReplaceList(const ListCopy& copy);
-  void ExportSoldLines(const Recordset& lines, const std::string& mark);
-  void ExportReceipts(const Recordset& receipts, int lines_before, const std::string& mark);
+  /// `rows_before`: how far the bar has come with the table before.
+  void CopySales(const SalesCopy& copy, const Recordset& rows, int rows_before, const std::string& mark);
   void ShowLastCopied();
   void WriteReserve(std::string sql);
 

@@ -25,7 +25,7 @@ std::string FileMoment(const DateTime& now) {
 
 frmExpTov::frmExpTov(Desktop& desktop, Session& session, const DriveMap& drives)
     : Form(desktop, "frmExpTov"), session_(session), drives_(drives) {
-  Load = [this] { ShowFolder(session_.ReportFolder.substr(0, session_.ReportFolder.find_last_not_of('\\') + 1)); };
+  Load = [this] { ShowFolder(WithoutSlash(session_.ReportFolder)); };
   KeyDown = [this](Key& key) {
     if (key.code != Key::kEscape) return;
     key.swallow = true;
@@ -45,9 +45,7 @@ void frmExpTov::Open(const Recordset& lines) {
 
 void frmExpTov::ShowFolder(const std::string& path) {
   Dir1.Path = path;
-  // The root of a drive has its back-slash already.
-  TextPath.Text = fmt::format("{}\\Exp_{}.txt", path.ends_with('\\') ? path.substr(0, path.size() - 1) : path,
-                              FileMoment(session_.TheClock().Now()));
+  TextPath.Text = JoinPath(path, fmt::format("Exp_{}.txt", FileMoment(session_.TheClock().Now())));
 }
 
 void frmExpTov::CmdExport_Click() {

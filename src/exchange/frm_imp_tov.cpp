@@ -42,7 +42,7 @@ frmImpTov::frmImpTov(Desktop& desktop, Session& session, ModuleReg& stock, const
   };
   Drive1.Change = [this] { ShowFolder(Drive1.Drive() + "\\"); };
   Dir1.Change = [this] { ShowFolder(Dir1.Path()); };
-  File1.Click = [this] { File1_Click(); };
+  File1.Click = [this] { TextPath.Text = JoinPath(File1.Path(), File1.FileName()); };
   CmdRun.Click = [this] { CmdRun_Click(); };
   Complete();
 }
@@ -58,19 +58,13 @@ void frmImpTov::Form_Load() {
   CmdRun.Caption = texts.run;
   for (Frame* frame : {&Frame1, &Frame2}) frame->Visible = ImportMode == kCatalogue;
   File1.Pattern = texts.pattern;
-  ShowFolder(session_.ReportFolder.substr(0, session_.ReportFolder.find_last_not_of('\\') + 1));
+  ShowFolder(WithoutSlash(session_.ReportFolder));
 }
 
 void frmImpTov::ShowFolder(const std::string& path) {
   Dir1.Path = path;
   File1.FileName = "";
   File1.Path = path;
-}
-
-void frmImpTov::File1_Click() {
-  const std::string& folder = File1.Path();
-  // The root of a drive has its back-slash already.
-  TextPath.Text = folder + (folder.ends_with('\\') ? "" : "\\") + File1.FileName();
 }
 
 void frmImpTov::CmdRun_Click() {

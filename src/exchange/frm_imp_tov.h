@@ -43,7 +43,6 @@ class frmImpTov final : public Form {
  private:
   void Form_Load();
   void ShowFolder(const std::string& path);
-  void File1_Click();
   void CmdRun_Click();
 
   // Spreadsheets are read by a reader of our own, whichever program has saved them; the two ways differ in what the

@@ -38,6 +38,14 @@ bool Fits(std::string_view name, std::string_view pattern) {
 
 }  // namespace
 
+std::string JoinPath(std::string_view folder, std::string_view name) {
+  return std::string(folder) + (folder.ends_with('\\') ? "" : "\\") + std::string(name);
+}
+
+std::string WithoutSlash(std::string_view folder) {
+  return std::string(folder.substr(0, folder.find_last_not_of('\\') + 1));
+}
+
 std::filesystem::path DriveMap::ToNative(std::string_view drive_path) const {
   std::string rest(drive_path);
   if (root_.empty()) return std::filesystem::path(std::u8string(rest.begin(), rest.end()));
@@ -68,28 +76,32 @@ bool DriveMap::HasFile(std::string_view drive_path) const {
 }
 
 std::vector<std::string> DriveMap::Files(std::string_view drive_path, std::string_view pattern) const {
-  std::vector<std::string> names;
-  std::error_code error;
-  for (std::filesystem::directory_iterator entry(ToNative(drive_path), error), end; !error && entry != end;
-       entry.increment(error)) {
+  std::vector<std::string> names = Entries(drive_path, [&](const std::filesystem::directory_entry& entry) {
     std::error_code unreadable;
-    std::string name = Utf8(entry->path().filename());
-    if (entry->is_regular_file(unreadable) && Fits(ToLower(name), ToLower(pattern))) names.push_back(std::move(name));
-  }
+    return entry.is_regular_file(unreadable) && Fits(ToLower(Utf8(entry.path().filename())), ToLower(pattern));
+  });
   std::sort(names.begin(), names.end(),
             [](const std::string& a, const std::string& b) { return ToLower(a) < ToLower(b); });
   return names;
 }
 
 std::vector<std::string> DriveMap::Folders(std::string_view drive_path) const {
+  std::vector<std::string> names = Entries(drive_path, [](const std::filesystem::directory_entry& entry) {
+    std::error_code unreadable;
+    return entry.is_directory(unreadable);
+  });
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+std::vector<std::string> DriveMap::Entries(
+    std::string_view drive_path, const std::function<bool(const std::filesystem::directory_entry&)>& wanted) const {
   std::vector<std::string> names;
   std::error_code error;
   for (std::filesystem::directory_iterator entry(ToNative(drive_path), error), end; !error && entry != end;
        entry.increment(error)) {
-    std::error_code unreadable;
-    if (entry->is_directory(unreadable)) names.push_back(Utf8(entry->path().filename()));
+    if (wanted(*entry)) names.push_back(Utf8(entry->path().filename()));
   }
-  std::sort(names.begin(), names.end());
   return names;
 }
 

@@ -1,11 +1,19 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace zrt {
+
+/// A file's path from its folder's; the root of a drive has its back-slash already. Without a name the folder with a
+/// back-slash behind.
+std::string JoinPath(std::string_view folder, std::string_view name);
+
+/// A folder without the back-slash behind, as the lists of folders name it.
+std::string WithoutSlash(std::string_view folder);
 
 /// The program names its files by drive, "C:\Korvina\Report\" or "C:/Korvina/ZRTr". Where the system has no drives,
 /// each drive is a folder below one folder of the user: ROOT/C/Korvina/Report.
@@ -32,6 +40,10 @@ class DriveMap {
   bool HasFile(std::string_view drive_path) const;
 
  private:
+  /// Names of what stands in a folder and is wanted; none when it can't be read.
+  std::vector<std::string> Entries(std::string_view drive_path,
+                                   const std::function<bool(const std::filesystem::directory_entry&)>& wanted) const;
+
   std::filesystem::path root_;
 };
 

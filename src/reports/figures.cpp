@@ -21,9 +21,7 @@ std::string Figures::Between() const {
 }
 
 std::string Figures::Sum(const figure::Sum& sum) const {
-  const Cell cell = session_.ReadOne(Filled(sum.statement, Between())).Field(0);
-  if (cell.IsNull()) return {};
-  return PadLeftTo(AmountText(session_.Format(), cell, sum.divisor), 10);
+  return AmountColumn(session_.Format(), session_.ReadOne(Filled(sum.statement, Between())).Field(0), sum.divisor);
 }
 
 int Figures::Count(const figure::Count& count) const {

@@ -1,11 +1,13 @@
 #include "reports/frm_path.h"
 
+#include "platform/drive_map.h"
+
 namespace zrt {
 
 frmPath::frmPath(Desktop& desktop, std::string folder) : Form(desktop, "frmPath"), folder_(std::move(folder)) {
   Load = [this] {
     Drive1.Drive = folder_.substr(0, 2);
-    Dir1.Path = folder_.substr(0, folder_.find_last_not_of('\\') + 1);
+    Dir1.Path = WithoutSlash(folder_);
   };
   KeyDown = [this](Key& key) { Form_KeyDown(key); };
   Drive1.Change = [this] { Dir1.Path = Drive1.Drive() + "\\"; };
@@ -27,8 +29,7 @@ void frmPath::Form_KeyDown(Key& key) {
 }
 
 void frmPath::OKButton_Click() {
-  // The root of a drive has its backslash already.
-  chosen_ = Dir1.Path() + (Dir1.Path().ends_with('\\') ? "" : "\\");
+  chosen_ = JoinPath(Dir1.Path(), "");
   Close();
 }
 

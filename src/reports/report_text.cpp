@@ -29,6 +29,10 @@ std::string AmountText(const RegionalFormat& format, const Cell& sum, double div
   return sum.IsNull() ? std::string() : AmountText(format, sum.Number() / divisor);
 }
 
+std::string AmountColumn(const RegionalFormat& format, const Cell& sum, double divisor) {
+  return sum.IsNull() ? std::string() : PadLeftTo(AmountText(format, sum, divisor), 10);
+}
+
 void ReportLines::Line(std::string text) {
   list_.AddItem(std::move(text));
   list_.Repaint();

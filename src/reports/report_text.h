@@ -27,6 +27,9 @@ std::string AmountText(const RegionalFormat& format, double value);
 /// The same of a sum that the server returned in parts of which `divisor` make one; "" where nothing was summed.
 std::string AmountText(const RegionalFormat& format, const Cell& sum, double divisor);
 
+/// A sum in its column of ten characters; "" where nothing was summed: the row stands without the amount then.
+std::string AmountColumn(const RegionalFormat& format, const Cell& sum, double divisor);
+
 /// Writes a report line by line into a list that the operator sees growing.
 class ReportLines {
  public:

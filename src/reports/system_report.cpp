@@ -58,9 +58,7 @@ void CardKinds(ReportLines& lines, const Figures& figures, Session& session) {
                   "SELECT SUM(PROD.SKID),DISCOUNT.PROZ,SUM((PROD.KOL*PROD.PRISE/1000)-PROD.SKID) FROM PROD,DISCOUNT "
                   "WHERE PROD.SKID>0 AND PROD.REZ=DISCOUNT.REZ AND PROD.DATETIME " +
                       figures.Between() + " GROUP BY DISCOUNT.PROZ");
-  const auto amount = [&](const Cell& sum) {
-    return sum.IsNull() ? std::string() : PadLeftTo(AmountText(session.Format(), sum.Number() / scale::kProd), 10);
-  };
+  const auto amount = [&](const Cell& sum) { return AmountColumn(session.Format(), sum, scale::kProd); };
   for (int row = 1; row <= kinds.RecordCount(); ++row) {
     const Cell proz = kinds.At(row, 1);
     // Cards whose percentage was never filled in have a row, but no kind by which their orders could be counted.

@@ -489,7 +489,7 @@ void SalesTab::SaveTable() {
     return;
   }
   const std::string name = table.name + "_" + FileStamp(format.DateTimeText(session_.TheClock().Now()));
-  const std::string path = fmt::format("{}{}{}.csv", Dir1.Path(), Dir1.Path().ends_with('\\') ? "" : "\\", name);
+  const std::string path = JoinPath(Dir1.Path(), name + ".csv");
   TextFileWriter file(drives_, path);
   switch (session_.CurrentGrid) {
     case 0:
