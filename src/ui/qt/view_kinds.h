@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QScopedValueRollback>
+#include <memory>
+#include <utility>
+
+#include "core/errors.h"
+#include "ui/form.h"
+#include "ui/qt/control_view.h"
+
+namespace zrt {
+
+/// While a view writes to its widget, what the widget reports is no doing of the operator's.
+using Quiet = QScopedValueRollback<bool>;
+
+/// Makes the view when the control is of kind `C`; the object must then be a `W`.
+template <class C, class View, class W, class... More>
+bool TryKind(std::unique_ptr<ControlView>& view, Control& control, QObject* object, More&&... more) {
+  auto* fitting = dynamic_cast<C*>(&control);
+  if (fitting == nullptr) return false;
+  auto* widget = dynamic_cast<W*>(object);
+  if (widget == nullptr) throw Error("form " + control.Owner().Name() + " doesn't draw " + control.Name());
+  view = std::make_unique<View>(*fitting, widget, std::forward<More>(more)...);
+  return true;
+}
+
+}  // namespace zrt
