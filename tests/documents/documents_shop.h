@@ -1,0 +1,90 @@
+#pragma once
+
+#include "core/errors.h"
+#include "documents/documents.h"
+#include "support/program_test.h"
+
+namespace zrt::test {
+
+using Texts = std::vector<std::string>;
+
+/// The program on a small shop, the journal in front.
+class DocumentsTest : public ProgramTest {
+ protected:
+  DocumentsTest() {
+    shop_.Sql("UPDATE CONST SET N8=8 WHERE COD=5");
+    shop_.Sql(
+        "INSERT INTO TOVAR (COD,COD1,NAME,OST,KOL,PRISE,BARCODE,NDS,REZ,N1,N2,N4,N5,N7,N6,UKT) VALUES "
+        "(1,1,'Чай',0,0,12050,'4820000000017',1,0,0,0,0,0,0,NULL,''),"
+        "(2,1,'Вино',0,0,95000,'4820000000024',1,0,1,12,0,0,0,NULL,''),"
+        "(3,1,'Доставка',0,0,10000,'4820000000031',1,0,0,21,0,0,0,0,''),"
+        "(4,1,'Вода',0,0,4000,'0',1,0,0,3,0,0,0,NULL,'')");
+    clock_.Set({{2026, 11, 12}, 12, 0, 0});
+    Start("jurn");
+  }
+
+  Documents& Docs() { return app_->StockDocuments; }
+  Menu& MenuOf(std::uint8_t number) {
+    const std::array<Menu*, 8> menus = {&app_->Main.mnuDocDO,      &app_->Main.mnuDocPN,      &app_->Main.mnuDocRN,
+                                        &app_->Main.mnuDocSP,      &app_->Main.mnuDocIN,      &app_->Main.mnuPereozenk,
+                                        &app_->Main.mnuDocPERplus, &app_->Main.mnuDocPERminus};
+    return *menus[number];
+  }
+
+  void Pick(std::uint8_t number, int cod, int kol, int price) {
+    desktop_.UserAction([&] { app_->Stock.BroadcastToForm(cod, kol, price, number); });
+  }
+  DocumentForm& Open(std::uint8_t number) {
+    Click(MenuOf(number));
+    return Docs().Form(number);
+  }
+  /// Opens document `id` from the journal by Enter.
+  DocumentForm& Reopen(int id) {
+    desktop_.UserAction([this] { app_->Main.Journal.Refresh(); });
+    DataGrid& journal = app_->Main.Journal.DataGrid6;
+    for (int row = 1; row <= journal.Rows(); ++row) {
+      if (journal.CellText(row, "Num") != std::to_string(id)) continue;
+      desktop_.UserAction([&] { journal.UserRow(row); });
+      Press(journal, "Enter");
+      return *Docs().FormOf(journal.CellText(row, "Document"));
+    }
+    throw Error("the journal lacks the document");
+  }
+  /// Closes a document and answers whether it is to be saved.
+  void Leave(DocumentForm& form, BoxAnswer save) {
+    if (!form.DocRun) desktop_.Expect("Сохранить документ?", save, BoxIcon::kQuestion);
+    Click(form.CancelButton);
+  }
+  void Post(DocumentForm& form) {
+    desktop_.Expect("Провести документ?", BoxAnswer::kOk, BoxIcon::kQuestion);
+    Click(form.RUNButton);
+  }
+  void Unpost(DocumentForm& form) {
+    desktop_.Expect("Отменить проведение документа?", BoxAnswer::kOk, BoxIcon::kQuestion);
+    Click(*form.mnuUnRun);
+  }
+  void Now(int day, int hour = 12) { clock_.Set({{2026, 11, day}, hour, 0, 0}); }
+
+  Texts Register(int doc) {
+    return shop_.Column(
+        fmt::format("SELECT CONCAT_WS(' ',DOCTYP,COD,KOL,SUMM,OSTKOL,KARD,DATEDOC,RUN,REZ) FROM REGISTR "
+                    "WHERE DOC={} ORDER BY ID",
+                    doc));
+  }
+  std::string Head(int doc) {
+    return shop_.Value(
+        fmt::format("SELECT CONCAT_WS('|',DTYPE,DATEDOC,SUMM,KLIENT,PRIM,IFNULL(RUN,'-'),REZ) FROM "
+                    "JOURNAL WHERE ID={}",
+                    doc));
+  }
+  /// Brings `kol` thousandths of the product in at `price` thousandths each, posted on that day.
+  void Receive(int cod, int kol, int price, int day) {
+    Now(day, 8 + cod);  // no two in one second
+    DocumentForm& form = Open(kind::kIncoming);
+    Pick(kind::kIncoming, cod, kol, price);
+    Post(form);
+    Leave(form, BoxAnswer::kOk);
+  }
+};
+
+}  // namespace zrt::test
