@@ -457,6 +457,8 @@ TEST_F(Spreadsheets, NothingHalfReadIsHandedOut) {
       {Xlsx("<row><c t='s'><v>1</v></c></row>", "<si><t>а</t></si>"), kDamaged},
       {Xlsx("<row><c t='s'><v>-1</v></c></row>", "<si><t>а</t></si>"), kDamaged},
       {Xlsx("<row r='1048577'><c><v>1</v></c></row>"), kDamaged},
+      {Xlsx("<row r='9223372036854775807'/><row><c><v>1</v></c></row>"), kDamaged},
+      {Xlsx("<row><c r='A9223372036854775807'/></row><row><c><v>1</v></c></row>"), kDamaged},
       {Xlsx("<row r='0'><c><v>1</v></c></row>"), kDamaged},
       {Xlsx("<row r='x'/>"), kDamaged},
       {Xlsx("<row><c r='XFE1'><v>1</v></c></row>"), kDamaged},
