@@ -282,7 +282,7 @@ TEST_F(Database, RefusalsOfTheServerAtOpening) {
   };
   fails({"127.0.0.254", address.account, address.schema}, 2002);
   fails({address.host, "stranger", address.schema}, 1045);
-  fails({address.host, address.account, "no_such_schema"}, 1049);
+  fails({address.host, address.account, "zrt_no_such_schema"}, 1049);
   EXPECT_THROW(other.Execute("SELECT 1"), DatabaseError);
 }
 

@@ -146,7 +146,7 @@ TEST_F(Reserve, TheShopsOwnBaseIsNoReserveByWhateverAddress) {
 
 TEST_F(Reserve, AServerThatCantBeReachedIsPassedOverInSilence) {
   DatabaseAddress nowhere = reserve_.Address();
-  nowhere.schema = "no_such_schema";
+  nowhere.schema = "zrt_no_such_schema";
   for (const std::string& bytes : {LinkTo(nowhere), std::string("no link at all")}) {
     WriteFile(kLink, bytes);
     Open();
@@ -417,20 +417,20 @@ TEST_F(Reserve, ADayWithADyingServer) {
   {
     Connection link;
     link.Open(MainConnectionString({server.Host(), address.account, ""}));
-    link.Execute("DROP DATABASE IF EXISTS reserve");
-    link.Execute("CREATE DATABASE reserve");
+    link.Execute("DROP DATABASE IF EXISTS zrt_reserve");
+    link.Execute("CREATE DATABASE zrt_reserve");
     for (const char* table : {"PROD", "KASSA", "CONST", "TOVAR", "KLIENT", "HOTKEYS"}) {
       Recordset made;
       Connection shop;
       shop.Open(MainConnectionString(shop_.Address()));
       made.Open(std::string("SHOW CREATE TABLE ") + table, shop);
-      link.Execute("USE reserve");
+      link.Execute("USE zrt_reserve");
       link.Execute(made.Field(1).Text());
     }
     link.Execute("INSERT INTO CONST (COD) VALUES (6)");
   }
   address.host = server.Host();
-  address.schema = "reserve";
+  address.schema = "zrt_reserve";
   WriteFile(kLink, LinkTo(address));
   shop_.Sql(
       "INSERT INTO TOVAR (COD,COD1,NAME,OST,KOL,PRISE,BARCODE,NDS,REZ,N1,N2,N4,T1,N5,N7,UKT) VALUES "

@@ -1,13 +1,13 @@
 #include "platform/data_link.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
 
 #include "core/errors.h"
 #include "core/text.h"
+#include "support/temporary_folder.h"
 
 namespace zrt {
 namespace {
@@ -25,8 +25,6 @@ std::string Utf16(const std::u16string& text, bool big_endian) {
 
 class DataLink : public testing::Test {
  protected:
-  ~DataLink() override { std::filesystem::remove_all(root_); }
-
   std::string Read(const std::string& bytes) {
     std::filesystem::create_directories(root_ / "C");
     std::ofstream(root_ / "C" / "r.udl", std::ios::binary) << bytes;
@@ -34,7 +32,8 @@ class DataLink : public testing::Test {
                               [](const std::string& name) { return name == "kassa-dsn"; });
   }
 
-  std::filesystem::path root_ = std::filesystem::temp_directory_path() / ("zrt_data_link_" + std::to_string(getpid()));
+  test::TemporaryFolder folder_;
+  const std::filesystem::path& root_ = folder_.Path();
   DriveMap drives_{root_};
 };
 

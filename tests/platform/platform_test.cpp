@@ -9,27 +9,22 @@
 #include "platform/drive_map.h"
 #include "platform/settings_file.h"
 #include "platform/text_file.h"
+#include "support/temporary_folder.h"
 
 namespace zrt {
 namespace {
 
 class Drives : public testing::Test {
  protected:
-  Drives() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "zrt_drives_XXXXXX").string();
-    root_ = mkdtemp(pattern.data());
-    drives_ = DriveMap(root_);
-  }
-  ~Drives() override { std::filesystem::remove_all(root_); }
-
   void Write(const std::string& drive_path, const std::string& bytes) {
     const auto native = drives_.ToNative(drive_path);
     std::filesystem::create_directories(native.parent_path());
     std::ofstream(native, std::ios::binary) << bytes;
   }
 
-  std::filesystem::path root_;
-  DriveMap drives_{{}};
+  test::TemporaryFolder folder_;
+  const std::filesystem::path& root_ = folder_.Path();
+  DriveMap drives_{root_};
 };
 
 TEST_F(Drives, DrivePathsBecomeFoldersOfTheUser) {
