@@ -48,6 +48,7 @@ struct Connection::Impl {
   bool lost = false;
   bool may_reopen = false;
   FaultSource* faults = nullptr;
+  ServerWait* wait = nullptr;
   int timeout = 0;  ///< seconds
 
   /// Runs a statement (UTF-8), after opening a lost connection again if that is allowed. The statement handle returned
@@ -56,6 +57,9 @@ struct Connection::Impl {
 
   /// The failure of a call on `statement`, as an exception to throw; notes whether the link is dead.
   DatabaseError Failure(const OdbcHandle& statement);
+
+  /// Makes a call to the driver that waits for the server.
+  void WaitFor(const std::function<void()>& call);
 
   void OpenLink();
   void CloseLink() noexcept;
