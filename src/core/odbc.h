@@ -49,10 +49,11 @@ struct Connection::Impl {
   bool may_reopen = false;
   FaultSource* faults = nullptr;
   ServerWait* wait = nullptr;
-  int timeout = 0;  ///< seconds
+  int timeout = 0;      ///< seconds
+  std::string running;  ///< the statement (UTF-8) that the errors name
 
   /// Runs a statement (UTF-8), after opening a lost connection again if that is allowed. The statement handle returned
-  /// holds the result. Throws DatabaseError.
+  /// holds the result. A statement that holds a comment isn't sent. Throws DatabaseError, which names the statement.
   OdbcHandle Run(std::string_view sql);
 
   /// The failure of a call on `statement`, as an exception to throw; notes whether the link is dead.
@@ -63,6 +64,7 @@ struct Connection::Impl {
 
   void OpenLink();
   void CloseLink() noexcept;
+  OdbcHandle Begin(std::string_view sql);
   OdbcHandle Send(std::string_view bytes);
 };
 
