@@ -254,11 +254,13 @@ void Form2::Check1_Click() {
   mnuDocument.Visible = shown && session_.RegisterEnabled;
 }
 
-void Form2::ShowOnly(const Frame& frame) {
+void Form2::ShowOnly(Frame& frame) {
+  // First away with the old one: were both there for a moment, the window would grow to hold them.
   for (Frame* one :
        {&Catalogue.FrameSprav, &Sales.FrameProd, &Panels.FrameSensor, &Journal.FrameJourn, &KassaLite.FrameKassaLite}) {
-    one->Visible = one == &frame;
+    if (one != &frame) one->Visible = false;
   }
+  frame.Visible = true;
 }
 
 void Form2::HideScreensBehindTabs() {

@@ -63,9 +63,12 @@ void Connection::Impl::OpenLink() {
   const auto seconds = reinterpret_cast<SQLPOINTER>(static_cast<SQLULEN>(timeout));
   SQLSetConnectAttr(fresh.Get(), SQL_ATTR_LOGIN_TIMEOUT, seconds, SQL_IS_UINTEGER);
   SQLSetConnectAttr(fresh.Get(), SQL_ATTR_CONNECTION_TIMEOUT, seconds, SQL_IS_UINTEGER);
-  const SQLRETURN result =
-      SQLDriverConnect(fresh.Get(), nullptr, Bytes(connection_string),
-                       static_cast<SQLSMALLINT>(connection_string.size()), nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
+  SQLRETURN result = SQL_ERROR;
+  WaitFor([&] {
+    result =
+        SQLDriverConnect(fresh.Get(), nullptr, Bytes(connection_string),
+                         static_cast<SQLSMALLINT>(connection_string.size()), nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
+  });
   if (!SQL_SUCCEEDED(result)) throw Diagnosis(fresh);
   link = std::move(fresh);
   try {
@@ -77,6 +80,11 @@ void Connection::Impl::OpenLink() {
   lost = false;
 }
 
+void Connection::Impl::WaitFor(const std::function<void()>& call) {
+  if (wait == nullptr) return call();
+  wait->Make(call);
+}
+
 void Connection::Impl::CloseLink() noexcept {
   if (link.Get() != nullptr) SQLDisconnect(link.Get());
   link.Free();
@@ -86,7 +94,8 @@ OdbcHandle Connection::Impl::Send(std::string_view bytes) {
   OdbcHandle statement(SQL_HANDLE_STMT, link.Get());
   // A result is read once from its first to its last row; whatever moves in it later moves in our own copy.
   SQLSetStmtAttr(statement.Get(), SQL_ATTR_CURSOR_TYPE, reinterpret_cast<SQLPOINTER>(SQL_CURSOR_FORWARD_ONLY), 0);
-  const SQLRETURN result = SQLExecDirect(statement.Get(), Bytes(bytes), static_cast<SQLINTEGER>(bytes.size()));
+  SQLRETURN result = SQL_ERROR;
+  WaitFor([&] { result = SQLExecDirect(statement.Get(), Bytes(bytes), static_cast<SQLINTEGER>(bytes.size())); });
   // SQL_NO_DATA: an UPDATE or DELETE that found no row
   if (!SQL_SUCCEEDED(result) && result != SQL_NO_DATA) throw Failure(statement);
   return statement;
@@ -184,6 +193,10 @@ bool Connection::KnowsSource(const std::string& name) {
     if (ToLower(FromWindows1251(reinterpret_cast<const char*>(source.data()))) == ToLower(name)) return true;
   }
   return false;
+}
+
+void Connection::SetServerWait(ServerWait* wait) {
+  impl_->wait = wait;
 }
 
 void Connection::SetFaultSource(FaultSource* faults) {

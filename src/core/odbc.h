@@ -48,6 +48,7 @@ struct Connection::Impl {
   bool lost = false;
   bool may_reopen = false;
   FaultSource* faults = nullptr;
+  ServerWait* wait = nullptr;
   int timeout = 0;      ///< seconds
   std::string running;  ///< the statement (UTF-8) that the errors name
 
@@ -57,6 +58,9 @@ struct Connection::Impl {
 
   /// The failure of a call on `statement`, as an exception to throw; notes whether the link is dead.
   DatabaseError Failure(const OdbcHandle& statement);
+
+  /// Makes a call to the driver that waits for the server.
+  void WaitFor(const std::function<void()>& call);
 
   void OpenLink();
   void CloseLink() noexcept;
