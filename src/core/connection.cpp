@@ -3,6 +3,7 @@
 #include <array>
 
 #include "core/odbc.h"
+#include "core/sql_comment.h"
 #include "core/text.h"
 
 namespace zrt {
@@ -36,15 +37,20 @@ void OdbcHandle::Free() {
 }
 
 DatabaseError Diagnosis(const OdbcHandle& handle) {
-  std::array<SQLCHAR, 6> state{};
-  std::array<SQLCHAR, SQL_MAX_MESSAGE_LENGTH> text{};
+  std::array<char, 6> state{};
+  std::array<char, 1024> text{};
   SQLINTEGER native = 0;
   SQLSMALLINT length = 0;
-  const SQLRETURN result = SQLGetDiagRec(handle.Type(), handle.Get(), 1, state.data(), &native, text.data(),
-                                         static_cast<SQLSMALLINT>(text.size()), &length);
-  if (!SQL_SUCCEEDED(result)) return {"HY000", 0, "no diagnosis"};
-  return {reinterpret_cast<const char*>(state.data()), native,
-          FromWindows1251(reinterpret_cast<const char*>(text.data()))};
+  // Field by field: the driver manager turns a whole record into wide characters first, as UTF-8, and then has none for
+  // a message that quotes a name in windows-1251.
+  const auto field = [&](SQLSMALLINT which, void* into, std::size_t size) {
+    return SQL_SUCCEEDED(
+        SQLGetDiagField(handle.Type(), handle.Get(), 1, which, into, static_cast<SQLSMALLINT>(size), &length));
+  };
+  if (!field(SQL_DIAG_SQLSTATE, state.data(), state.size())) return {"HY000", 0, "no diagnosis"};
+  field(SQL_DIAG_NATIVE, &native, 0);
+  field(SQL_DIAG_MESSAGE_TEXT, text.data(), text.size());
+  return {state.data(), native, FromWindows1251(text.data())};
 }
 
 void Connection::Impl::OpenLink() {
@@ -87,7 +93,20 @@ OdbcHandle Connection::Impl::Send(std::string_view bytes) {
 }
 
 OdbcHandle Connection::Impl::Run(std::string_view sql) {
+  running = sql;
+  try {
+    return Begin(sql);
+  } catch (const DatabaseError& error) {
+    throw error.During(running);
+  }
+}
+
+OdbcHandle Connection::Impl::Begin(std::string_view sql) {
   if (!open) throw DatabaseError("08003", 0, "the connection isn't open");
+  const std::string bytes = ToWindows1251(sql);
+  // No statement of the program holds a comment. One that does has it from a text whose quote or back-slash ended the
+  // text early, and the comment would hide the WHERE behind it.
+  if (HoldsComment(bytes)) throw DatabaseError("42000", 0, "a comment sign outside the quotes of the statement");
   if (lost && std::exchange(may_reopen, false)) OpenLink();
   if (lost) throw DatabaseError("08S01", 0, "the connection is lost");
 
@@ -97,15 +116,15 @@ OdbcHandle Connection::Impl::Run(std::string_view sql) {
     OdbcHandle statement(SQL_HANDLE_STMT, link.Get());
     SQLExecDirect(statement.Get(), Bytes("KILL CONNECTION_ID()"), SQL_NTS);
   }
-  return Send(ToWindows1251(sql));
+  return Send(bytes);
 }
 
 DatabaseError Connection::Impl::Failure(const OdbcHandle& statement) {
-  DatabaseError error = Diagnosis(statement);
+  const DatabaseError error = Diagnosis(statement);
   SQLUINTEGER dead = SQL_CD_FALSE;
   SQLGetConnectAttr(link.Get(), SQL_ATTR_CONNECTION_DEAD, &dead, 0, nullptr);
   if (dead == SQL_CD_TRUE || NamesDeadLink(error)) lost = true;
-  return error;
+  return error.During(running);
 }
 
 Connection::Connection() : impl_(std::make_unique<Impl>()) {}
@@ -118,6 +137,7 @@ void Connection::Open(const std::string& connection_string) {
   Close();
   impl_->connection_string = ToWindows1251(connection_string);
   impl_->timeout = ConnectionTimeout;
+  impl_->running.clear();
   impl_->OpenLink();
   impl_->open = true;
 }

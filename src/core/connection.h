@@ -54,7 +54,8 @@ class Connection {
   void AllowReopen();
 
   /// Runs one statement (UTF-8) and drops its result, if any. Returns the number of affected rows, -1 if unknown.
-  /// Throws DatabaseError; also when the connection isn't open.
+  /// Throws DatabaseError; also when the connection isn't open. A statement that holds a comment outside its quotes is
+  /// refused before it is sent, here and by every Recordset: a text of the operator's has broken out of its quotes.
   std::int64_t Execute(std::string_view sql);
 
   /// The server's version as "10.11.6", asked without a statement. Empty when not open.

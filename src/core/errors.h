@@ -2,6 +2,8 @@
 
 #include <stdexcept>
 #include <string>
+#include <string_view>
+#include <utility>
 
 namespace zrt {
 
@@ -12,18 +14,35 @@ class Error : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// A statement or connection failed. Carries what the driver said.
+/// A statement or connection failed. Carries what the driver said, for the operator who asks for the details; what()
+/// is state, number and text in one line.
 class DatabaseError : public Error {
  public:
-  DatabaseError(std::string sqlstate, int native, const std::string& text)
-      : Error(sqlstate + "/" + std::to_string(native) + ": " + text), sqlstate_(std::move(sqlstate)), native_(native) {}
+  /// `text` is UTF-8.
+  DatabaseError(std::string sqlstate, int native, std::string text)
+      : Error(sqlstate + "/" + std::to_string(native) + ": " + text),
+        sqlstate_(std::move(sqlstate)),
+        native_(native),
+        text_(std::move(text)) {}
+
+  /// The same error, met while `statement` (UTF-8) ran; one that names its statement already keeps it.
+  DatabaseError During(std::string_view statement) const {
+    DatabaseError named = *this;
+    if (named.statement_.empty()) named.statement_ = statement;
+    return named;
+  }
 
   const std::string& SqlState() const { return sqlstate_; }  ///< five characters, e.g. "42S02"
-  int Native() const { return native_; }                     ///< the server's own number, e.g. 1146
+  int Native() const { return native_; }                     ///< the server's own number, e.g. 1146; 0 without one
+  const std::string& Text() const { return text_; }          ///< what the driver said, in its own words
+  /// The statement that failed, whole; empty when none did, as when connecting. Never holds a connection text.
+  const std::string& Statement() const { return statement_; }
 
  private:
   std::string sqlstate_;
   int native_;
+  std::string text_;
+  std::string statement_;
 };
 
 /// A number does not fit the integer that it is converted to.

@@ -48,10 +48,11 @@ struct Connection::Impl {
   bool lost = false;
   bool may_reopen = false;
   FaultSource* faults = nullptr;
-  int timeout = 0;  ///< seconds
+  int timeout = 0;      ///< seconds
+  std::string running;  ///< the statement (UTF-8) that the errors name
 
   /// Runs a statement (UTF-8), after opening a lost connection again if that is allowed. The statement handle returned
-  /// holds the result. Throws DatabaseError.
+  /// holds the result. A statement that holds a comment isn't sent. Throws DatabaseError, which names the statement.
   OdbcHandle Run(std::string_view sql);
 
   /// The failure of a call on `statement`, as an exception to throw; notes whether the link is dead.
@@ -59,6 +60,7 @@ struct Connection::Impl {
 
   void OpenLink();
   void CloseLink() noexcept;
+  OdbcHandle Begin(std::string_view sql);
   OdbcHandle Send(std::string_view bytes);
 };
 

@@ -1,3 +1,4 @@
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -42,14 +43,59 @@ TEST_F(Database, StatementsMeanTheSameOnEveryServer) {
   EXPECT_EQ(connection_.Execute("UPDATE T SET N=2 WHERE N=77"), 0);
   EXPECT_THROW(connection_.Execute("DELETE FROM T; DELETE FROM T"), DatabaseError);
   EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM T"), "1");
+  EXPECT_FALSE(connection_.IsLost());
+}
+
+TEST_F(Database, ACommentBehindABrokenQuoteIsNeverSent) {
+  shop_.Sql("INSERT INTO T (N,TXT) VALUES (1,'a'),(2,'b')");
+  const auto state = [&](const std::string& statement) {
+    try {
+      connection_.Execute(statement);
+      return std::string("ran");
+    } catch (const DatabaseError& error) {
+      EXPECT_EQ(error.Statement(), statement);
+      return fmt::format("{} {}", error.SqlState(), error.Native());
+    }
+  };
+  // In the middle stands what the operator typed; "ran" is what the server makes of it within its quotes.
+  const std::pair<std::string, const char*> kCases[] = {
+      {"Бар № 5", "ran"},       {"#1 /* -- ", "ran"},      {"5'' #", "ran"},
+      {"5\\' #", "ran"},        {"5\"` #", "ran"},         {"5' #", "42000 0"},
+      {"5'' ' #", "42000 0"},   {"5\\\\' #", "42000 0"},   {"5' -- ", "42000 0"},
+      {"5'--\t", "42000 0"},    {"5'--\u00A0", "42000 0"}, {"5'--\u007F", "42000 0"},
+      {"5' /*", "42000 0"},     {"5'+`\\`#", "42000 0"},   {std::string("5\0", 2), "42000 0"},
+      {"5'--5+'", "ran"},                                 // two minus signs
+      {"5'-- -'", "42000 0"},   {"5'\"#", "42000 1064"},  // a quote that stays open: the server refuses it itself
+      {"Хлеб\\", "42000 1064"},
+  };
+  for (const auto& [text, outcome] : kCases) {
+    shop_.Sql("UPDATE T SET TXT='a'");
+    EXPECT_EQ(state("UPDATE T SET TXT='" + text + "' WHERE N=1"), outcome) << text;
+    EXPECT_EQ(shop_.Value("SELECT TXT FROM T WHERE N=2"), "a") << text;
+  }
+  EXPECT_THROW(connection_.Execute("DELETE FROM T WHERE TXT='a' --"), DatabaseError);
+  EXPECT_THROW(set_.Open("SELECT N FROM T WHERE TXT='a'#'", connection_), DatabaseError);
+  EXPECT_FALSE(connection_.IsLost());
+}
+
+TEST_F(Database, AFailureSaysWhatTheDriverSaid) {
   try {
-    connection_.Execute("SELECT * FROM NO_SUCH");
+    connection_.Execute("SELECT * FROM Хлеб");
     FAIL();
   } catch (const DatabaseError& error) {
     EXPECT_EQ(error.SqlState(), "42S02");
     EXPECT_EQ(error.Native(), 1146);
+    EXPECT_NE(error.Text().find(".Хлеб' doesn't exist"), std::string::npos) << error.Text();
+    EXPECT_EQ(error.Statement(), "SELECT * FROM Хлеб");
   }
-  EXPECT_FALSE(connection_.IsLost());
+  try {
+    connection_.Open(MainConnectionString({ZRT_TEST_HOST, "stranger", ""}));
+    FAIL();
+  } catch (const DatabaseError& error) {
+    EXPECT_EQ(error.Native(), 1045);
+    EXPECT_EQ(error.Statement(), "");
+    EXPECT_EQ(std::string(error.what()).find("41730926"), std::string::npos);
+  }
 }
 
 TEST_F(Database, CyrillicIsKeptAsTheTerminalsKeepIt) {
