@@ -155,9 +155,10 @@ std::string Value(const Cell& cell, Copied how, const std::string& mark, const R
   return mark;
 }
 
-/// A value that was never filled in goes over as it is; a receipt or a line without its moment can't.
-bool GoesOverAsNull(const Cell& cell, Copied how) {
-  return cell.IsNull() && (how == Copied::kBare || how == Copied::kQuoted);
+/// Is the value a moment? A receipt or a line without its moment can't go over; any other value that was never filled
+/// in goes over as it is.
+bool IsMoment(Copied how) {
+  return how == Copied::kDay || how == Copied::kMoment;
 }
 
 }  // namespace
@@ -326,7 +327,10 @@ void frmExpImp::CopySales(const CopiedTable& table, const Recordset& rows, int r
     InsertThere(table, [&](std::size_t column) {
       const Cell cell = rows.At(row, static_cast<int>(column));
       const Copied how = table.columns[column].how;
-      return GoesOverAsNull(cell, how) ? "NULL" : Value(cell, how, mark, session_.Format());
+      if (!cell.IsNull()) return Value(cell, how, mark, session_.Format());
+      if (!IsMoment(how)) return std::string("NULL");
+      throw TypeMismatch(fmt::format("{}, ID {}: не заполнено поле {}", table.name, rows.At(row, id).Text(),
+                                     table.columns[column].name));
     });
     session_.Write(
         fmt::format("UPDATE {} SET {}={} WHERE ID={}", table.name, kMarkColumn, mark, rows.At(row, id).Text()));
