@@ -1,5 +1,11 @@
 #include "ui/desktop.h"
 
+#include <fmt/chrono.h>
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <ctime>
+#include <iostream>
 #include <utility>
 
 #include "core/errors.h"
@@ -101,9 +107,20 @@ void Desktop::Guard(const std::function<void()>& handler) {
   try {
     handler();
   } catch (const std::exception& error) {
+    NoteFailure(error);
     DoRuntimeError(error);
     if (OnRuntimeError) OnRuntimeError();
   }
+}
+
+void Desktop::NoteFailure(const std::exception& error) const {
+  std::string line = error.what();
+  const auto* failure = dynamic_cast<const DatabaseError*>(&error);
+  if (failure != nullptr && !failure->Statement().empty()) line += " | " + failure->Statement();
+  std::replace_if(
+      line.begin(), line.end(), [](char byte) { return byte == '\n' || byte == '\r'; }, ' ');
+  std::cerr << fmt::format("{:%Y-%m-%d %H:%M:%S} {}: {}\n", fmt::localtime(std::time(nullptr)),
+                           Front() == nullptr ? "-" : Front()->Name(), line);
 }
 
 void Desktop::Activated(Form& form) {

@@ -70,6 +70,11 @@ class Desktop {
   /// window event through here. While another action waits for the server nothing is run.
   void UserAction(const std::function<void()>& handler);
 
+  /// Writes a failure as one line on the standard error stream, for whoever looks after the program: the moment, the
+  /// form in front, SQLSTATE and number, the driver's words, the statement. Every run-time error passes here before its
+  /// box is shown; a handler that traps one for its own message calls it too.
+  void NoteFailure(const std::exception& error) const;
+
   /// A form came to the front: raises Deactivate of the one before and its Activate, unless it was in front already.
   /// Hosts call it inside UserAction when the operator brings a window forward; Show, Hide and Unload call it
   /// themselves.

@@ -187,7 +187,11 @@ TEST(Desktop, AFailureEndsTheHandlerAndNotTheProgram) {
   desktop.OnUserAction = [&] { ++actions; };
   desktop.OnRuntimeError = [&] { ++errors; };
   desktop.ExpectRuntimeError();
-  desktop.UserAction([] { throw DatabaseError("HY000", 2006, "gone"); });
+  testing::internal::CaptureStderr();
+  desktop.UserAction([] { throw DatabaseError("HY000", 2006, "gone\naway").During("SELECT 1"); });
+  const std::string line = testing::internal::GetCapturedStderr();
+  ASSERT_GT(line.size(), 20U);
+  EXPECT_EQ(line.substr(19), " -: HY000/2006: gone away | SELECT 1\n");
   desktop.UserAction([] {});
   EXPECT_EQ(actions, 2);
   EXPECT_EQ(errors, 1);
