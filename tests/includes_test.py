@@ -13,6 +13,7 @@ ROOMS = ("sales", "reference", "panels", "documents", "reports", "exchange")
 for room in ROOMS:
     BELOW[room] = {"core", "platform", "ui", "stock"}
 BELOW["app"] = {"core", "platform", "ui", "stock", *ROOMS}
+BELOW["check"] = {"core", "documents"}  # of the documents only the table of their kinds
 BELOW["ui/qt"] = {"core", "platform", "ui"}
 BELOW["app/program"] = {*BELOW["app"], "app", "ui/qt"}
 

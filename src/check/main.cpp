@@ -1,0 +1,44 @@
+// zrt_check: reads a shop's database and tells in Russian what does not fit together. Changes nothing.
+
+#include <iostream>
+#include <map>
+#include <string>
+
+#include "check/shop_check.h"
+#include "core/errors.h"
+#include "core/session.h"
+
+namespace {
+
+constexpr const char* kUsage =
+    "Проверка базы магазина: что в ней не сходится. Ничего не меняет.\n"
+    "  zrt_check [--host АДРЕС] [--user УЧЁТНАЯ_ЗАПИСЬ] [--database СХЕМА]\n"
+    "Код завершения: 0 - всё сходится, 1 - есть ошибки, 2 - проверить не удалось.\n";
+
+constexpr int kWhole = 0, kBroken = 1, kNotLooked = 2;
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  zrt::DatabaseAddress shop{ZRT_DB_HOST, ZRT_DB_USER, ZRT_DB_NAME};
+  const std::map<std::string, std::string*> options = {
+      {"--host", &shop.host}, {"--user", &shop.account}, {"--database", &shop.schema}};
+  for (int i = 1; i < argc; i += 2) {
+    const auto option = options.find(argv[i]);
+    if (option == options.end() || i + 1 == argc) {
+      std::cerr << kUsage;
+      return kNotLooked;
+    }
+    *option->second = argv[i + 1];
+  }
+  try {
+    zrt::Connection connection;
+    connection.Open(zrt::MainConnectionString(shop));
+    const zrt::check::Findings findings = zrt::check::CheckShop(connection);
+    std::cout << "База " << shop.schema << " на " << shop.host << "\n" << findings.Report();
+    return findings.IsWhole() ? kWhole : kBroken;
+  } catch (const std::exception& error) {
+    std::cerr << "Проверить не удалось: " << error.what() << "\n";
+    return kNotLooked;
+  }
+}

@@ -1,0 +1,191 @@
+// The check of a shop: silent about a whole one that lived through all that its rules allow, and one row for each way
+// in which a shop can be broken.
+
+#include "check/shop_check.h"
+#include "documents/documents_shop.h"
+
+namespace zrt {
+namespace {
+
+using check::Fault;
+using check::Findings;
+using test::DocumentsTest;
+
+class Check : public DocumentsTest {
+ protected:
+  Check() {
+    for (const char* statement : {
+             "UPDATE HOTKEYS SET CODE=1 WHERE ID=2401",
+             "INSERT INTO KASSA (OPER,SUM1,TER,NUM,N4,DAT) VALUES ('Заказ',1,1,7,3,'2026-11-11 12:00:00')",
+             "INSERT INTO PROD (COD,NAME,KOL,PRISE,SKID,SUM2,TER,REZ,NUM,N4,DATETIME) VALUES "
+             "(1,'Чай',2000,12000,0,24000,1,0,7,3,'2020-11-11 12:00:00')",
+         }) {
+      shop_.Sql(statement);
+    }
+    Receive(1, 10'000, 5'000, 1);        // 1
+    Receive(2, 20'000, 7'500, 1);        // 2
+    Give(kind::kOutgoing, 1, 3'000, 2);  // 3
+    Give(kind::kOutgoing, 3, 1'000, 3);  // 4: a service, which keeps no stock
+    Give(kind::kWriteOff, 2, 1'000, 4);  // 5
+    Give(kind::kTransferIn, 1, 500, 5);  // 6
+    Count(1, 5'000, 6);                  // 7
+    Now(7);
+    DocumentForm& price = Open(kind::kPriceChange);  // 8
+    Pick(kind::kPriceChange, 1, 0, 99'000);
+    Post(price);
+    Leave(price, BoxAnswer::kOk);
+    shop_.Sql("UPDATE TOVAR SET OST=IF(COD=1,5000,19000) WHERE COD<3");
+  }
+
+  void Give(std::uint8_t kind, int cod, int kol, int day) {
+    Now(day);
+    DocumentForm& form = Open(kind);
+    Pick(kind, cod, kol, 9'000);
+    Post(form);
+    Leave(form, BoxAnswer::kOk);
+  }
+  void Count(int cod, int kol, int day) {
+    Now(day);
+    DocumentForm& form = Open(kind::kInventory);
+    Pick(kind::kInventory, cod, kol, 5'000);
+    Type(*form.TextPrim, "счёт");
+    desktop_.Expect("Поместить документ в конец дня (23:59)?", BoxAnswer::kCancel, BoxIcon::kQuestion);
+    Post(form);
+    Leave(form, BoxAnswer::kOk);
+  }
+
+  Findings Look() {
+    Connection connection;
+    connection.Open(MainConnectionString(shop_.Address()));
+    return check::CheckShop(connection);
+  }
+  static std::vector<Fault> Found(const Findings& findings) {
+    std::vector<Fault> faults;
+    for (int i = 0; i < static_cast<int>(Fault::kCount); ++i) {
+      if (findings.Count(static_cast<Fault>(i)) > 0) faults.push_back(static_cast<Fault>(i));
+    }
+    return faults;
+  }
+};
+
+TEST_F(Check, AWholeShopIsContent) {
+  const Findings findings = Look();
+  EXPECT_TRUE(findings.IsWhole()) << findings.Report();
+  EXPECT_EQ(Found(findings), std::vector<Fault>{}) << findings.Report();
+  EXPECT_EQ(findings.Report(), "Всё сходится.\n");
+  shop_.Sql("DROP TABLE REGISTR");  // a shop that keeps no register
+  EXPECT_TRUE(Look().IsWhole());
+}
+
+TEST_F(Check, OneRowForEachFault) {
+  struct Broken {
+    const char* name;
+    std::vector<std::string> statements;
+    std::vector<Fault> faults;
+  };
+  const Broken kBroken[] = {
+      {"a head's date is lost", {"UPDATE JOURNAL SET DATEDOC='0000-00-00' WHERE ID=8"}, {Fault::kNoDate}},
+      {"a row's date is lost",
+       {"UPDATE REGISTR SET DATEDOC=NULL,OSTKOL=-1000 WHERE DOC=5", "UPDATE REGISTR SET OSTKOL=19000 WHERE DOC=2",
+        "UPDATE REGISTR SET DOCNEXT=NULL,DATENEXT=NULL WHERE COD=2"},
+       {Fault::kNoDate, Fault::kOtherDate}},
+      {"a kind that isn't one",
+       {"UPDATE JOURNAL SET DTYPE='Отчёт' WHERE ID=8"},
+       {Fault::kUnknownKind, Fault::kOtherKind}},
+      {"a state that isn't one", {"UPDATE JOURNAL SET RUN='1' WHERE ID=6"}, {Fault::kUnknownState}},
+      {"a head is gone", {"DELETE FROM JOURNAL WHERE ID=4"}, {Fault::kRowsWithoutHead}},
+      {"the head of a price change is gone", {"DELETE FROM JOURNAL WHERE ID=8"}, {Fault::kRowsWithoutHead}},
+      {"the head of an inventory is gone",
+       {"DELETE FROM JOURNAL WHERE ID=7"},
+       {Fault::kRowsWithoutHead, Fault::kLinkToDeleted}},
+      {"another kind's rows", {"UPDATE REGISTR SET DOCTYP=2 WHERE DOC=5"}, {Fault::kOtherKind}},
+      {"another date", {"UPDATE REGISTR SET DATEDOC='2026-11-04 12:00:01' WHERE DOC=5"}, {Fault::kOtherDate}},
+      {"the wrong way",
+       {"UPDATE REGISTR SET KOL=1000,OSTKOL=21000 WHERE DOC=5", "UPDATE TOVAR SET OST=21000 WHERE COD=2"},
+       {Fault::kWrongSign}},
+      {"posted, and the rows are lost",
+       {"DELETE FROM REGISTR WHERE DOC=4"},
+       {Fault::kPostedWithoutRows, Fault::kHeadSum}},
+      {"posted half-way",
+       {"UPDATE REGISTR SET RUN=0,OSTKOL=0 WHERE DOC=6"},
+       {Fault::kPostedHalf, Fault::kStaleBalance}},
+      {"unposted half-way", {"UPDATE JOURNAL SET RUN=NULL WHERE ID=7"}, {Fault::kPostedRowsOfUnposted}},
+      {"a balance is left behind",
+       {"UPDATE REGISTR SET RUN=0 WHERE DOC=5", "UPDATE JOURNAL SET RUN=NULL WHERE ID=5"},
+       {Fault::kBalanceWithoutPosting, Fault::kOldBalanceAtTills}},
+      {"a service is posted", {"UPDATE REGISTR SET RUN=1,OSTKOL=-1000 WHERE DOC=4"}, {Fault::kNoStockPosted}},
+      {"the balance was never written",
+       {"UPDATE REGISTR SET OSTKOL=0 WHERE DOC=7"},
+       {Fault::kWrongBalance, Fault::kOldBalanceAtTills}},
+      {"a balance is wrong in the middle", {"UPDATE REGISTR SET OSTKOL=OSTKOL+1 WHERE DOC=3"}, {Fault::kWrongBalance}},
+      {"a line is lost", {"UPDATE JOURNAL SET SUMM=SUMM+5000 WHERE ID=1"}, {Fault::kHeadSum}},
+      {"lines are doubled",
+       {"INSERT INTO REGISTR (DOC,DOCTYP,COD,KOL,SUMM,OSTKOL,KARD,DATEDOC,RUN,REZ) "
+        "SELECT DOC,DOCTYP,COD,KOL,SUMM,OSTKOL,KARD,DATEDOC,RUN,REZ FROM REGISTR WHERE DOC=4"},
+       {Fault::kHeadSum}},
+      {"a count changed under a posted head", {"UPDATE DOCINVENT SET KOL=KOL+1000"}, {Fault::kHeadSum}},
+      {"a link to another product's document", {"UPDATE REGISTR SET DOCNEXT=5 WHERE DOC=1"}, {Fault::kWrongLink}},
+      {"a link backwards",
+       {"UPDATE REGISTR SET DOCNEXT=1,DATENEXT=(SELECT DATEDOC FROM JOURNAL WHERE ID=1) WHERE DOC=6"},
+       {Fault::kWrongLink}},
+      {"no receipt", {"DELETE FROM KASSA"}, {Fault::kSoldWithoutReceipt}},
+      {"a key without its product", {"UPDATE HOTKEYS SET CODE=99 WHERE ID=2401"}, {Fault::kKeyWithoutProduct}},
+      {"a barcode twice", {"UPDATE TOVAR SET BARCODE='4820000000024' WHERE COD=1"}, {Fault::kDoubledBarcode}},
+      // What the rules allow.
+      {"not told to the tills", {"UPDATE TOVAR SET OST=1 WHERE COD=2"}, {Fault::kOldBalanceAtTills}},
+      {"an open document", {"INSERT INTO DOCUMENT (COD,TYP) VALUES (1,3)"}, {Fault::kOpenDocument}},
+      {"an open inventory", {"INSERT INTO DOCINVENT (COD,DOC) VALUES (1,-1)"}, {Fault::kOpenDocument}},
+  };
+  const char* kTables[] = {"JOURNAL", "REGISTR", "DOCUMENT", "DOCINVENT", "DOCPRICE", "TOVAR", "HOTKEYS", "KASSA"};
+  for (const char* table : kTables) shop_.Sql(fmt::format("CREATE TABLE WAS_{0} AS SELECT * FROM {0}", table));
+  for (const Broken& broken : kBroken) {
+    for (const std::string& statement : broken.statements) shop_.Sql(statement);
+    const Findings findings = Look();
+    EXPECT_EQ(Found(findings), broken.faults) << broken.name << "\n" << findings.Report();
+    EXPECT_EQ(findings.IsWhole(), check::TextOf(broken.faults.front()).allowed) << broken.name;
+    for (const char* table : kTables) {
+      shop_.Sql(fmt::format("DELETE FROM {}", table));
+      shop_.Sql(fmt::format("INSERT INTO {0} SELECT * FROM WAS_{0}", table));
+    }
+  }
+}
+
+TEST_F(Check, WhatTheRulesAllowIsNamedAndNotBroken) {
+  const auto later = [this](BoxAnswer answer, int documents) {
+    desktop_.Expect(
+        fmt::format("Документ проведён 'задним числом'!\n\rперепровести последующие за ним {} документов?", documents),
+        answer, BoxIcon::kQuestion);
+  };
+  // A backdated invoice, and nobody wants the later ones posted again.
+  Now(2, 15);
+  DocumentForm& late = Open(kind::kIncoming);
+  Pick(kind::kIncoming, 1, 4'000, 5'000);
+  desktop_.Expect("Провести документ?", BoxAnswer::kOk, BoxIcon::kQuestion);
+  later(BoxAnswer::kCancel, 5);
+  Click(late.RUNButton);
+  Findings findings = Look();
+  EXPECT_EQ(Found(findings), (std::vector<Fault>{Fault::kStaleBalance, Fault::kOpenDocument})) << findings.Report();
+  EXPECT_EQ(findings.Count(Fault::kStaleBalance), 2U);  // the transfer and the inventory
+  EXPECT_TRUE(findings.IsWhole());
+  // It is taken out again, with the later ones as they are: they are right by that.
+  desktop_.Expect("Отменить проведение документа?", BoxAnswer::kOk, BoxIcon::kQuestion);
+  later(BoxAnswer::kCancel, 5);
+  Click(*late.mnuUnRun);
+  EXPECT_EQ(Found(Look()), std::vector<Fault>{Fault::kOpenDocument});
+  // Posted with the later ones, and taken out alone.
+  desktop_.Expect("Провести документ?", BoxAnswer::kOk, BoxIcon::kQuestion);
+  later(BoxAnswer::kOk, 5);
+  Click(late.RUNButton);
+  EXPECT_EQ(Found(Look()), (std::vector<Fault>{Fault::kOldBalanceAtTills, Fault::kOpenDocument}));
+  desktop_.Expect("Отменить проведение документа?", BoxAnswer::kOk, BoxIcon::kQuestion);
+  later(BoxAnswer::kCancel, 5);
+  Click(*late.mnuUnRun);
+  findings = Look();
+  EXPECT_EQ(Found(findings),
+            (std::vector<Fault>{Fault::kStaleBalance, Fault::kOldBalanceAtTills, Fault::kOpenDocument}))
+      << findings.Report();
+  EXPECT_TRUE(findings.IsWhole());
+}
+
+}  // namespace
+}  // namespace zrt
