@@ -115,7 +115,6 @@ void Form2::ConnectDatabase() {
 }
 
 void Form2::InitMainWindow() {
-  session_.FilterName = "Data";
   Caption = executable_;
   ReadShiftHour();
   ReadReserveStatus();
