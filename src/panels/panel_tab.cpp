@@ -446,7 +446,7 @@ void PanelTab::CmdName_Click() {
 
 void PanelTab::CmdClrAll_Click() {
   Desktop& desktop = form_.TheDesktop();
-  const std::string entered = desktop.InputBox("Для очистки всех панелей введите пароль администратора:");
+  const std::string entered = desktop.AskPassword("Для очистки всех панелей введите пароль администратора:");
   if (entered != kAdministratorPassword) return;
   if (desktop.MsgBox("Подтвердите очистку ВСЕХ панелей!", BoxIcon::kQuestion, BoxButtons::kOkCancel) !=
       BoxAnswer::kOk) {
@@ -459,7 +459,7 @@ void PanelTab::CmdClrAll_Click() {
 }
 
 void PanelTab::CmdCopyAll_Click() {
-  if (form_.TheDesktop().InputBox("Введите пароль администратора:") != kAdministratorPassword) return;
+  if (form_.TheDesktop().AskPassword("Введите пароль администратора:") != kAdministratorPassword) return;
   copying_.ShowModal();
 }
 
