@@ -180,10 +180,11 @@ void Form2::DecideOperatingMode() {
     CreateDocumentTables(session_, dialog, session_.RegisterEnabled);
     return;
   }
-  const std::int64_t mode = stored.Int();
-  session_.FullEditMode = mode == 0 || mode == 1 || mode == -1;
-  session_.LiteMode = mode == 1;
-  session_.RegisterEnabled = mode == -1;
+  // The column is a text, and whatever it holds besides these three restricts the program: it must start all the same.
+  const std::string mode = stored.Text();
+  session_.LiteMode = mode == "1";
+  session_.RegisterEnabled = mode == "-1";
+  session_.FullEditMode = mode == "0" || session_.LiteMode || session_.RegisterEnabled;
 }
 
 void Form2::EnterLiteMode() {

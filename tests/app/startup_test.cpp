@@ -118,6 +118,9 @@ TEST_F(Startup, OperatingModes) {
       {"-1", true, false, true, {"prod", "report", "sprav", "sensor", "jurn"}},
       {"2", false, false, false, {"prod", "report", "sprav", "sensor"}},
       {"-2", false, false, false, {"prod", "report", "sprav", "sensor"}},
+      {"''", false, false, false, {"prod", "report", "sprav", "sensor"}},
+      {"'x'", false, false, false, {"prod", "report", "sprav", "sensor"}},
+      {"'1.4'", false, false, false, {"prod", "report", "sprav", "sensor"}},
   };
   TestDatabase with_documents(Stage::kRegister);
   for (const Mode& mode : kModes) {
