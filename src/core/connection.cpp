@@ -18,12 +18,6 @@ SQLCHAR* Bytes(std::string_view text) {
   return reinterpret_cast<SQLCHAR*>(const_cast<char*>(text.data()));
 }
 
-/// States and numbers by which drivers tell that there is no server at the other end any more.
-bool NamesDeadLink(const DatabaseError& error) {
-  return error.SqlState().starts_with("08") || error.Native() == 2006 || error.Native() == 2013 ||
-         error.Native() == 5014;
-}
-
 }  // namespace
 
 OdbcHandle::OdbcHandle(SQLSMALLINT type, SQLHANDLE parent) : type_(type) {
@@ -91,7 +85,7 @@ void Connection::Impl::CloseLink() noexcept {
 }
 
 OdbcHandle Connection::Impl::Send(std::string_view bytes) {
-  OdbcHandle statement(SQL_HANDLE_STMT, link.Get());
+  OdbcHandle statement = NewStatement();
   // A result is read once from its first to its last row; whatever moves in it later moves in our own copy.
   SQLSetStmtAttr(statement.Get(), SQL_ATTR_CURSOR_TYPE, reinterpret_cast<SQLPOINTER>(SQL_CURSOR_FORWARD_ONLY), 0);
   SQLRETURN result = SQL_ERROR;
@@ -128,11 +122,31 @@ OdbcHandle Connection::Impl::Begin(std::string_view sql) {
   return Send(bytes);
 }
 
+OdbcHandle Connection::Impl::NewStatement() {
+  try {
+    return {SQL_HANDLE_STMT, link.Get()};
+  } catch (const DatabaseError&) {
+    // Over some roads that is how a link that was cut shows first.
+    lost = true;
+    throw;
+  }
+}
+
+bool Connection::Impl::Answers() {
+  SQLRETURN result = SQL_ERROR;
+  try {
+    const OdbcHandle statement(SQL_HANDLE_STMT, link.Get());
+    WaitFor([&] { result = SQLExecDirect(statement.Get(), Bytes("SELECT 1"), SQL_NTS); });
+  } catch (const DatabaseError&) {
+    return false;
+  }
+  return SQL_SUCCEEDED(result) || result == SQL_NO_DATA;
+}
+
 DatabaseError Connection::Impl::Failure(const OdbcHandle& statement) {
   const DatabaseError error = Diagnosis(statement);
-  SQLUINTEGER dead = SQL_CD_FALSE;
-  SQLGetConnectAttr(link.Get(), SQL_ATTR_CONNECTION_DEAD, &dead, 0, nullptr);
-  if (dead == SQL_CD_TRUE || NamesDeadLink(error)) lost = true;
+  // Drivers have many states and numbers for a link that is gone; the server's silence is the same for all.
+  if (!Answers()) lost = true;
   return error.During(running);
 }
 
