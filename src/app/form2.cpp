@@ -107,8 +107,8 @@ void Form2::Form_Activate() {
 void Form2::ConnectDatabase() {
   try {
     session_.Connect();
-  } catch (const DatabaseError&) {
-    TheDesktop().MsgBox("Нет соединения с Базой Данных!", BoxIcon::kCritical);
+  } catch (const DatabaseError& error) {
+    TheDesktop().TellFailure("Нет соединения с Базой Данных!", error);
     return;
   }
   InitMainWindow();
@@ -127,9 +127,9 @@ void Form2::InitMainWindow() {
   session_.Pool().RsScratch.Close();
   try {
     OpenSets();
-  } catch (const Error&) {
+  } catch (const Error& error) {
     // Whatever failed: the operator knows this message, and nine times out of ten it was the date.
-    TheDesktop().MsgBox("Неправильно введена дата!", BoxIcon::kCritical);
+    TheDesktop().TellFailure("Неправильно введена дата!", error);
   }
 }
 
@@ -254,11 +254,13 @@ void Form2::Check1_Click() {
   mnuDocument.Visible = shown && session_.RegisterEnabled;
 }
 
-void Form2::ShowOnly(const Frame& frame) {
+void Form2::ShowOnly(Frame& frame) {
+  // First away with the old one: were both there for a moment, the window would grow to hold them.
   for (Frame* one :
        {&Catalogue.FrameSprav, &Sales.FrameProd, &Panels.FrameSensor, &Journal.FrameJourn, &KassaLite.FrameKassaLite}) {
-    one->Visible = one == &frame;
+    if (one != &frame) one->Visible = false;
   }
+  frame.Visible = true;
 }
 
 void Form2::HideScreensBehindTabs() {

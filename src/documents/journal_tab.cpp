@@ -72,7 +72,7 @@ void JournalTab::OpenDocument() {
 
 bool JournalTab::PasswordIsRight(const char* title) {
   Desktop& desktop = form_.TheDesktop();
-  if (desktop.InputBox("Введите пароль системного администратора", title) == kAdministratorPassword) return true;
+  if (desktop.AskPassword("Введите пароль системного администратора", title) == kAdministratorPassword) return true;
   desktop.MsgBox("Пароль неверный!", BoxIcon::kCritical);
   return false;
 }

@@ -161,6 +161,16 @@ bool IsMoment(Copied how) {
   return how == Copied::kDay || how == Copied::kMoment;
 }
 
+/// The base behind a connection as its server names it, whatever address it was reached by. Servers that don't tell
+/// capitals in names of schemas apart may give the name as it was asked for.
+std::string BaseBehind(Connection& connection) {
+  Recordset base;
+  base.Open(
+      "SELECT CONCAT_WS(' ',@@hostname,@@port,@@datadir,IF(@@lower_case_table_names=0,DATABASE(),LOWER(DATABASE())))",
+      connection);
+  return base.Field(0).Text();
+}
+
 }  // namespace
 
 frmExpImp::frmExpImp(Desktop& desktop, Session& session, const DriveMap& drives, std::string executable)
@@ -210,6 +220,13 @@ void frmExpImp::Connect1() {
   try {
     reserve.Open(
         DataLinkConnection(drives_, "File name=" + TxtUDL1.Text() + ";", kDatabaseDriver, &Connection::KnowsSource));
+    if (BaseBehind(reserve) == BaseBehind(session_.MainConnection)) {
+      reserve.Close();
+      TheDesktop().MsgBox(
+          "Этот файл доступа к данным ведёт в базу основного сервера!\nРезервная копия должна лежать в другой базе.",
+          BoxIcon::kCritical);
+      return;
+    }
     session_.ConnReserveOpen = true;
     WriteReserve("UPDATE CONST SET N6='резервный' WHERE COD=6");
     LblConn1.Visible = true;
@@ -244,7 +261,7 @@ void frmExpImp::CmdConn_Click() {
 
 void frmExpImp::CmdClrRez_Click() {
   const std::string password =
-      TheDesktop().InputBox("Для отмены статуса РЕЗЕРВНЫЙ для текущего сервера введите пароль администратора:");
+      TheDesktop().AskPassword("Для отмены статуса РЕЗЕРВНЫЙ для текущего сервера введите пароль администратора:");
   if (password != kAdministratorPassword) return;
   const BoxAnswer answer =
       TheDesktop().MsgBox("Подтвердите отмену статуса РЕЗЕРВНЫЙ для текущего сервера!\nпрограмма будет закрыта",

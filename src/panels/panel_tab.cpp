@@ -418,7 +418,7 @@ void PanelTab::CmdName_Click() {
 
 void PanelTab::CmdClrAll_Click() {
   Desktop& desktop = TheDesktop();
-  const std::string entered = desktop.InputBox("Для очистки всех панелей введите пароль администратора:");
+  const std::string entered = desktop.AskPassword("Для очистки всех панелей введите пароль администратора:");
   if (entered != kAdministratorPassword) return;
   if (desktop.MsgBox("Подтвердите очистку ВСЕХ панелей!", BoxIcon::kQuestion, BoxButtons::kOkCancel) !=
       BoxAnswer::kOk) {
@@ -431,7 +431,7 @@ void PanelTab::CmdClrAll_Click() {
 }
 
 void PanelTab::CmdCopyAll_Click() {
-  if (TheDesktop().InputBox("Введите пароль администратора:") != kAdministratorPassword) return;
+  if (TheDesktop().AskPassword("Введите пароль администратора:") != kAdministratorPassword) return;
   copying_.ShowModal();
 }
 

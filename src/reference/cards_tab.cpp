@@ -84,7 +84,8 @@ void CardsTab::DeleteDiscountCard(std::int16_t rez) {
 
 void CardsTab::CmdClrAllDKard_Click() {
   Desktop& desktop = TheDesktop();
-  const std::string entered = desktop.InputBox("Для полного удаления дисконтных карт введите пароль администратора:");
+  const std::string entered =
+      desktop.AskPassword("Для полного удаления дисконтных карт введите пароль администратора:");
   if (entered != kAdministratorPassword) return;
   if (desktop.MsgBox("Подтвердите удаление ВСЕХ дисконтных карт,\n\rудаление ВСЕХ видов дисконтных карт и\n\r"
                      "удаление ВСЕХ данных о держателях карт!",

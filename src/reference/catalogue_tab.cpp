@@ -156,7 +156,7 @@ void CatalogueTab::DeleteProduct(std::int32_t cod) {
 
 void CatalogueTab::CmdClrAllPLU_Click() {
   Desktop& desktop = TheDesktop();
-  const std::string entered = desktop.InputBox("Для полной очистки справочника меню введите пароль администратора:");
+  const std::string entered = desktop.AskPassword("Для полной очистки справочника меню введите пароль администратора:");
   if (entered != kAdministratorPassword) return;
   if (desktop.MsgBox("Подтвердите удаление ВСЕХ товаров!", BoxIcon::kQuestion, BoxButtons::kOkCancel) !=
       BoxAnswer::kOk) {

@@ -30,8 +30,9 @@ void TableOutput::SaveCsv(const std::string& prefix, const std::vector<std::stri
   const std::string now = tools_.session.Format().DateTimeText(tools_.session.TheClock().Now());
   const std::string path = LblPath.Caption() + prefix + FileStamp(now) + ".csv";
   WriteCsv(tools_.drives, path, titles, table);
-  TheDesktop().MsgBox("Выгрузка в файл " + path + "\n\rуспешно завершена!", BoxIcon::kExclamation, BoxButtons::kOk,
-                      "DESKOR");
+  TheDesktop().TellWritten(
+      {.text = "Выгрузка в файл " + path + "\n\rуспешно завершена!", .icon = BoxIcon::kExclamation, .title = "DESKOR"},
+      path);
 }
 
 void TableOutput::OpenWorkbook(const std::vector<std::string>& titles, const std::function<ReportTable()>& make_table,

@@ -72,8 +72,8 @@ void KassaLiteTab::CmdDatLite_Click() {
     session_.PeriodAll = false;
     ClearFieldsBut(nullptr);
     LblInfLite.Caption = TextDateLite.Caption();
-  } catch (const Error&) {
-    WarnOfDate();
+  } catch (const Error& error) {
+    WarnOfDate(error);
   }
 }
 
@@ -107,8 +107,8 @@ void KassaLiteTab::RunFilter(const sales::LiteFilter& filter, TextBox* field) {
 
     ClearFieldsBut(field);
     LblInfLite.Caption = TextDateLite.Caption() + sales::Filled(filter.suffix, value);
-  } catch (const Error&) {
-    WarnOfDate();
+  } catch (const Error& error) {
+    WarnOfDate(error);
   }
 }
 
@@ -118,9 +118,9 @@ void KassaLiteTab::ClearFieldsBut(const TextBox* field) {
   }
 }
 
-void KassaLiteTab::WarnOfDate() {
+void KassaLiteTab::WarnOfDate(const Error& error) {
   // The label keeps saying that the query is under way: the operator sees that what stands above is not the answer.
-  TheDesktop().MsgBox("Неправильно введена дата!", BoxIcon::kCritical);
+  TheDesktop().TellFailure("Неправильно введена дата!", error);
 }
 
 void KassaLiteTab::BeginQuery() {

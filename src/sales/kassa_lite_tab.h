@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/errors.h"
 #include "core/session.h"
 #include "sales/sales_statements.h"
 #include "ui/controls.h"
@@ -54,7 +55,7 @@ class KassaLiteTab : public FormSection {
   /// that the date is wrong.
   void RunFilter(const sales::LiteFilter& filter, TextBox* field);
   void ClearFieldsBut(const TextBox* field);
-  void WarnOfDate();
+  void WarnOfDate(const Error& error);
 
   /// The label that a query is under way, no sum.
   void BeginQuery();

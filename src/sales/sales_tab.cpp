@@ -212,9 +212,9 @@ void SalesTab::CmdDat_Click() {
 
     session_.PeriodAll = false;
     LblInf.Caption = fmt::format("{}{}", TextDate.Caption(), kExciseSuffix.at(static_cast<std::size_t>(ExciseFilter)));
-  } catch (const Error&) {
+  } catch (const Error& error) {
     // The label keeps saying that the query is under way: the operator sees that what stands below is not the answer.
-    TheDesktop().MsgBox("Неправильно введена дата!", BoxIcon::kCritical);
+    TheDesktop().TellFailure("Неправильно введена дата!", error);
   }
 }
 
@@ -492,8 +492,9 @@ void SalesTab::SaveTable() {
       break;
   }
   file.Close();
-  TheDesktop().MsgBox("Выгрузка в файл " + path + "\nуспешно завершена!", BoxIcon::kExclamation, BoxButtons::kOk,
-                      "DESKOR");
+  TheDesktop().TellWritten(
+      {.text = "Выгрузка в файл " + path + "\nуспешно завершена!", .icon = BoxIcon::kExclamation, .title = "DESKOR"},
+      path);
 }
 
 std::string SalesTab::SalesTitle(const std::string& file_name) {

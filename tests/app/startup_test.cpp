@@ -6,6 +6,7 @@
 #include "platform/settings_file.h"
 #include "support/scripted_desktop.h"
 #include "support/scripted_faults.h"
+#include "support/temporary_folder.h"
 #include "support/test_database.h"
 
 namespace zrt {
@@ -32,7 +33,8 @@ class Startup : public testing::Test {
 
   TestDatabase database_{Stage::kPlain};
   FixedClock clock_{{{2026, 11, 12}, 10, 0, 0}};
-  DriveMap drives_{std::filesystem::temp_directory_path() / "zrt_no_such_folder"};
+  test::TemporaryFolder folder_;
+  DriveMap drives_{folder_.Path()};
   ScriptedDesktop desktop_;
   ScriptedFaults faults_;
   std::unique_ptr<App> app_;
@@ -94,7 +96,7 @@ TEST_F(Startup, WithoutAServerItSaysSoAndEndsWithAnError) {
   DatabaseAddress stranger = database_.Address();
   stranger.account = "nobody";
   DatabaseAddress elsewhere = database_.Address();
-  elsewhere.schema = "no_such_schema";
+  elsewhere.schema = "zrt_no_such_schema";
   for (const DatabaseAddress& address : {nowhere, stranger, elsewhere}) {
     desktop_.Expect("Нет соединения с Базой Данных!", BoxAnswer::kOk, BoxIcon::kCritical);
     desktop_.ExpectRuntimeError();

@@ -120,15 +120,33 @@ TEST_F(Reserve, ConnectingMarksTheOtherBaseAndKeepsThePath) {
   EXPECT_TRUE(Screen().CmdExp.IsUsable());
   EXPECT_EQ(Screen().LblEnd.Caption(), "12.11.2026");
   EXPECT_TRUE(app_->TheSession.ConnReserveOpen);
-  EXPECT_EQ(faults_.Statements(), Texts{"UPDATE CONST SET N5='C:\\\\\\KORVINA\\reserve.udl' WHERE COD=6"});
+  EXPECT_EQ(faults_.Statements().back(), "UPDATE CONST SET N5='C:\\\\\\KORVINA\\reserve.udl' WHERE COD=6");
   Do([this] { app_->Main.Close(); });
   EXPECT_FALSE(app_->TheSession.ConnReserveOpen);
   EXPECT_FALSE(app_->TheSession.ConnReserve.IsOpen());
 }
 
+TEST_F(Reserve, TheShopsOwnBaseIsNoReserveByWhateverAddress) {
+  const DatabaseAddress as_built = shop_.Address();
+  DatabaseAddress in_short = as_built;  // 127.0.0.5 is 127.5 as well
+  in_short.host.replace(0, in_short.host.rfind('.'), "127");
+  for (const DatabaseAddress& own : {as_built, in_short}) {
+    WriteFile(kLink, LinkTo(own));
+    Open();
+    desktop_.Expect(
+        "Этот файл доступа к данным ведёт в базу основного сервера!\nРезервная копия должна лежать в другой базе.",
+        BoxAnswer::kOk, BoxIcon::kCritical);
+    Click(Screen().CmdConn1);
+    EXPECT_FALSE(Screen().Frame2.Enabled());
+    EXPECT_FALSE(app_->TheSession.ConnReserveOpen);
+    EXPECT_EQ(shop_.Value("SELECT N6 FROM CONST WHERE COD=6"), "NULL");
+    app_.reset();
+  }
+}
+
 TEST_F(Reserve, AServerThatCantBeReachedIsPassedOverInSilence) {
   DatabaseAddress nowhere = reserve_.Address();
-  nowhere.schema = "no_such_schema";
+  nowhere.schema = "zrt_no_such_schema";
   for (const std::string& bytes : {LinkTo(nowhere), std::string("no link at all")}) {
     WriteFile(kLink, bytes);
     Open();
@@ -150,7 +168,7 @@ TEST_F(Reserve, ABaseThatRefusesItsMarkIsNotConnected) {
   EXPECT_FALSE(Screen().LblConn1.Visible());
   EXPECT_TRUE(Screen().CmdConn1.Enabled());
   EXPECT_TRUE(app_->TheSession.ConnReserveOpen);
-  EXPECT_EQ(faults_.Statements().size(), 1U);
+  EXPECT_EQ(faults_.Statements().back(), "UPDATE CONST SET N5='C:\\\\\\KORVINA\\reserve.udl' WHERE COD=6");
 }
 
 TEST_F(Reserve, AWindowOpenedAnewConnectsAnew) {
@@ -186,7 +204,7 @@ TEST_F(Reserve, ThePathIsKeptWithItsFirstBackSlashProtected) {
     Type(Screen().TxtUDL1, path);
     faults_.Forget();
     Click(Screen().CmdConn1);
-    EXPECT_EQ(faults_.Statements(), Texts{"UPDATE CONST SET N5='" + kept + "' WHERE COD=6"});
+    EXPECT_EQ(faults_.Statements().back(), "UPDATE CONST SET N5='" + kept + "' WHERE COD=6");
   }
 }
 
@@ -401,20 +419,20 @@ TEST_F(Reserve, ADayWithADyingServer) {
   {
     Connection link;
     link.Open(MainConnectionString({server.Host(), address.account, ""}));
-    link.Execute("DROP DATABASE IF EXISTS reserve");
-    link.Execute("CREATE DATABASE reserve");
+    link.Execute("DROP DATABASE IF EXISTS zrt_reserve");
+    link.Execute("CREATE DATABASE zrt_reserve");
     for (const char* table : {"PROD", "KASSA", "CONST", "TOVAR", "KLIENT", "HOTKEYS"}) {
       Recordset made;
       Connection shop;
       shop.Open(MainConnectionString(shop_.Address()));
       made.Open(std::string("SHOW CREATE TABLE ") + table, shop);
-      link.Execute("USE reserve");
+      link.Execute("USE zrt_reserve");
       link.Execute(made.Field(1).Text());
     }
     link.Execute("INSERT INTO CONST (COD) VALUES (6)");
   }
   address.host = server.Host();
-  address.schema = "reserve";
+  address.schema = "zrt_reserve";
   WriteFile(kLink, LinkTo(address));
   shop_.Sql(
       "INSERT INTO TOVAR (COD,COD1,NAME,OST,KOL,PRISE,BARCODE,NDS,REZ,N1,N2,N4,T1,N5,N7,UKT) VALUES "

@@ -1,11 +1,10 @@
 #include "ui/qt/qt_desktop.h"
 
 #include <QApplication>
-#include <QInputDialog>
-#include <QMessageBox>
 
 #include "core/errors.h"
 #include "ui/form.h"
+#include "ui/qt/boxes.h"
 #include "ui/qt/form_window.h"
 #include "ui/qt/qt_text.h"
 
@@ -13,29 +12,22 @@ namespace zrt {
 
 namespace {
 
-QMessageBox::Icon QtIcon(BoxIcon icon) {
-  switch (icon) {
-    case BoxIcon::kCritical:
-      return QMessageBox::Critical;
-    case BoxIcon::kQuestion:
-      return QMessageBox::Question;
-    case BoxIcon::kExclamation:
-      return QMessageBox::Warning;
-    case BoxIcon::kInformation:
-      return QMessageBox::Information;
-    case BoxIcon::kNone:
-      break;
-  }
-  return QMessageBox::NoIcon;
-}
-
-QString BoxText(const std::string& text) {
-  return ToQt(WithPlainBreaks(text));
+bool IsMainWindow(const auto& shown) {
+  return shown.second->Window()->property("mainWindow").toBool();
 }
 
 }  // namespace
 
-QtDesktop::QtDesktop(RegionalFormat format, const DriveMap& drives) : Desktop(std::move(format)), drives_(drives) {}
+QtDesktop::QtDesktop(RegionalFormat format, const DriveMap& drives) : Desktop(std::move(format)), drives_(drives) {
+  server_wait_.FrontWindow = [this] { return FrontWindow(); };
+  server_wait_.IsStarting = [this] {
+    return std::ranges::none_of(windows_, [](const auto& one) { return IsMainWindow(one); });
+  };
+  server_wait_.OnResumed = [this] {
+    QMetaObject::invokeMethod(
+        &retired_, [this] { NoteFront(); }, Qt::QueuedConnection);
+  };
+}
 
 QtDesktop::~QtDesktop() = default;
 
@@ -65,6 +57,17 @@ QWidget* QtDesktop::FrontWindow() const {
   return window == nullptr ? nullptr : window->Window();
 }
 
+QWidget* QtDesktop::MainWindowFor(const Form& form) const {
+  const auto main = std::ranges::find_if(windows_, [](const auto& one) { return IsMainWindow(one); });
+  return main == windows_.end() || main->first == &form ? nullptr : main->second->Window();
+}
+
+void QtDesktop::NoteFront() {
+  for (const auto& [form, window] : windows_) {
+    if (window->Window()->isActiveWindow() && Front() != form) return UserAction([&] { Activated(window->TheForm()); });
+  }
+}
+
 void QtDesktop::SetFocus(Control& control) {
   FormWindow* window = WindowOf(control.Owner());
   if (window != nullptr && window->Window()->isVisible()) {
@@ -75,6 +78,7 @@ void QtDesktop::SetFocus(Control& control) {
 }
 
 void QtDesktop::Repaint(Control& control) {
+  server_wait_.Tick();
   if (FormWindow* window = WindowOf(control.Owner())) window->Repaint(control);
 }
 
@@ -83,7 +87,8 @@ void QtDesktop::DoShow(Form& form, bool modal) {
   const QWidget* owner = QApplication::activeWindow();
   std::unique_ptr<FormWindow>& window = windows_[&form];
   if (window == nullptr) window = std::make_unique<FormWindow>(form, drives_);
-  window->Open(modal, owner == window->Window() ? nullptr : owner);
+  if (owner == window->Window()) owner = nullptr;
+  window->Open(modal, owner, modal ? owner : MainWindowFor(form));
   if (const auto wanted = wanted_focus_.find(&form); wanted != wanted_focus_.end()) {
     window->Focus(*wanted->second);
     wanted_focus_.erase(wanted);
@@ -111,52 +116,28 @@ void QtDesktop::DoUnload(Form& form) {
   if (LoadedForms().empty()) Quit(0);
 }
 
-BoxAnswer QtDesktop::DoMsgBox(const std::string& text, BoxIcon icon, BoxButtons buttons, const std::string& title) {
-  QMessageBox box(FrontWindow());
-  box.setIcon(QtIcon(icon));
-  box.setWindowTitle(ToQt(title));
-  box.setTextFormat(Qt::PlainText);
-  box.setText(BoxText(text));
-  switch (buttons) {
-    case BoxButtons::kOk:
-      box.setStandardButtons(QMessageBox::Ok);
-      break;
-    case BoxButtons::kOkCancel:
-      box.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
-      break;
-    case BoxButtons::kYesNo:
-      box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
-      box.setEscapeButton(QMessageBox::No);
-      break;
-  }
-  const int pressed = box.exec();
+BoxAnswer QtDesktop::DoMsgBox(const Message& message) {
+  const BoxAnswer answer = ShowMessage(message, drives_, FrontWindow());
   if (QWidget* owner = FrontWindow()) owner->activateWindow();
-  switch (pressed) {
-    case QMessageBox::Cancel:
-      return BoxAnswer::kCancel;
-    case QMessageBox::Yes:
-      return BoxAnswer::kYes;
-    case QMessageBox::No:
-      return BoxAnswer::kNo;
-    default:
-      return BoxAnswer::kOk;
-  }
+  return answer;
 }
 
 std::string QtDesktop::DoInputBox(const std::string& prompt, const std::string& title, const std::string& preset) {
-  QInputDialog box(FrontWindow());
-  box.setWindowTitle(ToQt(title));
-  box.setLabelText(BoxText(prompt));
-  box.setTextValue(ToQt(preset));
-  const bool accepted = box.exec() == QDialog::Accepted;
+  const std::string line = AskLine({prompt, title, preset, false}, FrontWindow());
   if (QWidget* owner = FrontWindow()) owner->activateWindow();
-  return accepted ? box.textValue().toStdString() : std::string();
+  return line;
+}
+
+std::string QtDesktop::DoPasswordBox(const std::string& prompt, const std::string& title) {
+  const std::string line = AskLine({prompt, title, {}, true}, FrontWindow());
+  if (QWidget* owner = FrontWindow()) owner->activateWindow();
+  return line;
 }
 
 void QtDesktop::DoRuntimeError(const std::exception& error) {
   std::string text = "Ошибка выполнения. Действие прервано.";
   if (const auto* file = dynamic_cast<const FileError*>(&error)) text += "\n" + file->Path();
-  DoMsgBox(text, BoxIcon::kCritical, BoxButtons::kOk, ProgramTitle);
+  TellFailure(text, error);
 }
 
 }  // namespace zrt

@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QCalendarWidget>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
 #include <QInputDialog>
 #include <QLabel>
@@ -19,9 +20,12 @@
 #include <QTabBar>
 #include <QTableView>
 #include <QTest>
+#include <QTextEdit>
 #include <QTimer>
+#include <QToolTip>
 #include <QTreeWidget>
 #include <QWheelEvent>
+#include <thread>
 
 #include "app/app.h"
 #include "core/errors.h"
@@ -106,6 +110,91 @@ class MainWindow : public testing::Test {
   std::unique_ptr<TestDatabase> database_;
   std::unique_ptr<App> app_;
 };
+
+/// What was seen, every few milliseconds, while an action waited for the server.
+class Watch {
+ public:
+  explicit Watch(std::function<void()> look) : look_(std::move(look)) {
+    QObject::connect(&clock_, &QTimer::timeout, [this] { look_(); });
+    constexpr int kOften = 20;
+    clock_.start(kOften);
+  }
+
+ private:
+  std::function<void()> look_;
+  QTimer clock_;
+};
+
+TEST_F(MainWindow, StaysAliveButStillWhileTheServerThinks) {
+  Start();
+  auto* edit = Find<QLineEdit>("Text1");
+  edit->setFocus();
+  bool cursor = false;
+  bool note = false;
+  bool handler_ran = false;
+  std::string question;
+  bool given_up = false;
+  desktop_->TheServerWait()->GiveUp = [&] { given_up = true; };
+  {
+    const Watch watch([&] {
+      if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+        question = box->text().toStdString();
+        EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+        box->button(QMessageBox::No)->click();
+      } else if (const auto* shown = Find<QLabel>("decoServerNote"); shown != nullptr && question.empty()) {
+        note = shown->isVisible() && shown->text().contains("Жду ответа сервера");
+        cursor = QApplication::overrideCursor() != nullptr;
+        desktop_->UserAction([&] { handler_ran = true; });
+        QTest::keyClicks(edit, "7");
+        QTest::keyClick(edit, Qt::Key_Escape);
+      }
+    });
+    desktop_->UserAction([&] { app_->TheSession.ReadOne("SELECT SLEEP(1.6)"); });
+  }
+  EXPECT_TRUE(cursor);
+  EXPECT_TRUE(note);
+  EXPECT_FALSE(handler_ran);
+  EXPECT_EQ(edit->text(), "");
+  EXPECT_TRUE(app_->Main.IsVisible());  // Esc would have hidden it
+  EXPECT_TRUE(question.starts_with("Сервер ещё не ответил.")) << question;
+  EXPECT_FALSE(given_up);
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+  EXPECT_EQ(Find<QLabel>("decoServerNote"), nullptr);
+
+  // Many quick statements add up to a long action too, and a box takes the cursor away.
+  const Answers answers({QMessageBox::Ok});
+  desktop_->UserAction([&] {
+    for (int i = 0; i < 30; ++i) app_->TheSession.ReadOne("SELECT SLEEP(0.01)");
+    EXPECT_NE(QApplication::overrideCursor(), nullptr);
+    desktop_->MsgBox("готово");
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+  });
+}
+
+TEST_F(MainWindow, AStartThatWaitsForTheServerIsEndedByEscOrByClosing) {
+  database_ = std::make_unique<TestDatabase>(Stage::kPlain);
+  Prepare();
+  app_->Start();
+  Settle();
+  int given_up = 0;
+  desktop_->TheServerWait()->GiveUp = [&] { ++given_up; };
+  QWidget* splash = QApplication::topLevelWidgets().constFirst();
+  for (const bool by_key : {true, false}) {
+    const int before = given_up;
+    const Watch watch([&] {
+      if (Find<QLabel>("decoServerNote") == nullptr || given_up > before) return;
+      if (by_key) {
+        QTest::keyClick(splash, Qt::Key_Escape);
+      } else {
+        splash->close();
+      }
+    });
+    desktop_->UserAction(
+        [&] { desktop_->TheServerWait()->Make([] { std::this_thread::sleep_for(std::chrono::milliseconds(1300)); }); });
+    EXPECT_EQ(given_up, before + 1);
+  }
+  EXPECT_TRUE(app_->Splash.IsVisible());
+}
 
 TEST_F(MainWindow, TextsAndTheirCursorGoBothWays) {
   Start();
@@ -475,13 +564,64 @@ TEST_F(MainWindow, LiteScreenHasNoMenuRow) {
   EXPECT_FALSE(Find("FrameProd")->isVisible());
 }
 
-TEST_F(MainWindow, AFailureEndsTheActionInOneBoxWithoutDatabaseText) {
+TEST_F(MainWindow, AFailureEndsTheActionInOneBoxWithItsDetailsClosedAtFirst) {
   Start();
-  Sales().CmdNOpl.Click = [&] { app_->TheSession.Write("DROP TABLE NO_SUCH_TABLE"); };
-  Answers answers({QMessageBox::Ok});
-  QTest::mouseClick(Find<QPushButton>("CmdNOpl"), Qt::LeftButton);
-  EXPECT_EQ(answers.Texts, (std::vector<std::string>{"Ошибка выполнения. Действие прервано."}));
+  std::string details;
+  std::string button;
+  bool closed_at_first = false;
+  const auto read_box = [&] {
+    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    const auto* text = box->findChild<QTextEdit*>();
+    closed_at_first = !text->isVisible();
+    box->buttons().constLast()->click();
+    QCoreApplication::processEvents();
+    if (text->isVisible()) button = box->buttons().constLast()->text().toStdString();
+    details = text->toPlainText().toStdString();
+    box->button(QMessageBox::Ok)->click();
+  };
+  const auto fail = [&](const std::string& statement, const std::string& message) {
+    Sales().CmdNOpl.Click = [this, statement, message] {
+      try {
+        app_->TheSession.Write(statement);
+      } catch (const Error& error) {
+        if (message.empty()) throw;
+        desktop_->TellFailure(message, error);
+      }
+    };
+    QTimer::singleShot(30, desktop_->TheServerWait(), read_box);
+    QTest::mouseClick(Find<QPushButton>("CmdNOpl"), Qt::LeftButton);
+  };
+  // A handler without a trap, and one that has a message of its own.
+  for (const std::string message : {"", "Неправильно введена дата!"}) {
+    details.clear();
+    fail("DROP TABLE NO_SUCH_TABLE", message);
+    EXPECT_TRUE(closed_at_first);
+    EXPECT_EQ(button, "Подробности");
+    for (const char* told : {"SQLSTATE 42S02, 1051", "DROP TABLE NO_SUCH_TABLE", "zrt_test"}) {
+      EXPECT_NE(details.find(told), std::string::npos) << told << " isn't in " << details;
+    }
+    EXPECT_EQ(details.find("pwd"), std::string::npos);
+  }
   EXPECT_TRUE(Find("FrameProd")->isVisible());
+}
+
+TEST_F(MainWindow, FieldsTakeOneLineOfCharactersThatTheBaseHas) {
+  Start();
+  auto* edit = Find<QLineEdit>("Text1");
+  const auto paste = [&](const char* text) {
+    edit->clear();
+    QApplication::clipboard()->setText(QString::fromUtf8(text));
+    edit->paste();
+    return Sales().Text1.Text();
+  };
+  EXPECT_EQ(paste("12\r\nх\t3"), "12  х 3");
+  EXPECT_EQ(paste("Ґ€№ ёЁ"), "Ґ€№ ёЁ");
+  EXPECT_FALSE(QToolTip::isVisible());
+  EXPECT_EQ(paste("а☺б漢😀в"), "абв");
+  EXPECT_EQ(edit->cursorPosition(), 3);
+  EXPECT_EQ(QToolTip::text().toStdString(), "Этих знаков нет в кодировке базы данных: ☺漢😀");
+  QTest::keyClicks(edit, "!");
+  EXPECT_EQ(Sales().Text1.Text(), "абв!");
 }
 
 TEST_F(MainWindow, ClosingTheWindowStopsTheProgram) {
@@ -580,6 +720,16 @@ TEST_F(Windows, AnInputBoxGivesItsLineOrNothing) {
   };
   EXPECT_EQ(answer(true), "Привет");
   EXPECT_EQ(answer(false), "");
+
+  QTimer::singleShot(20, [] {
+    auto* box = qobject_cast<QInputDialog*>(QApplication::activeModalWidget());
+    EXPECT_EQ(box->textEchoMode(), QLineEdit::Password);
+    const int title = box->fontMetrics().horizontalAdvance(box->windowTitle());
+    EXPECT_GT(box->width(), title);
+    QTest::keyClicks(box->findChild<QLineEdit*>(), "357218");
+    box->accept();
+  });
+  EXPECT_EQ(desktop_.AskPassword("Пароль", "Заголовок, длиннее всего, что в этом окне написано и введено"), "357218");
 }
 
 TEST_F(Windows, ATimerDoesNotFireInsideItsOwnHandler) {
