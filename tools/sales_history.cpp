@@ -232,9 +232,8 @@ void SalesHistory::CloseOrder(Order& order) {
   order.is_closed = !forgotten && !(current && order.closed > end_ && !shop);
   row.state = order.is_closed ? kClosed : random_.Percent(40) ? kBillPrinted : kOpen;
   if (!order.is_closed) row.export_mark.reset();
-  // The shop's till and what is taken away have no table. The copying to a reserve server refuses a missing number, so
-  // what hasn't been copied yet carries a zero.
-  if (shop || random_.Percent(6)) row.table = row.export_mark ? std::optional<int>() : std::optional<int>(0);
+  // The shop's till and what is taken away have no table.
+  if (shop || random_.Percent(6)) row.table.reset();
   row.cash = random_.Percent(60);
   row.opened = SqlMoment(order.day, order.opened);
 

@@ -48,6 +48,8 @@ App::App(Desktop& desktop, const Clock& clock, const DriveMap& drives, AppSettin
   StockDocuments.TransferIn.LoadFromFile = [this] { Import.Open(frmImpTov::kTransferIn); };
   StockDocuments.TransferOut.LoadFromFile = [this] { Import.Open(frmImpTov::kTransferOut); };
   StockDocuments.Inventory.ExportLines = [this](const Recordset& lines) { LineExport.Open(lines); };
+  TheSession.MainConnection.SetServerWait(desktop_.TheServerWait());
+  TheSession.ConnReserve.SetServerWait(desktop_.TheServerWait());
   desktop_.OnUserAction = [this] {
     TheSession.MainConnection.AllowReopen();
     TheSession.ConnReserve.AllowReopen();

@@ -180,10 +180,11 @@ void Form2::DecideOperatingMode() {
     CreateDocumentTables(session_, dialog, session_.RegisterEnabled);
     return;
   }
-  const std::int64_t mode = stored.Int();
-  session_.FullEditMode = mode == 0 || mode == 1 || mode == -1;
-  session_.LiteMode = mode == 1;
-  session_.RegisterEnabled = mode == -1;
+  // The column is a text, and whatever it holds besides these three restricts the program: it must start all the same.
+  const std::string mode = stored.Text();
+  session_.LiteMode = mode == "1";
+  session_.RegisterEnabled = mode == "-1";
+  session_.FullEditMode = mode == "0" || session_.LiteMode || session_.RegisterEnabled;
 }
 
 void Form2::EnterLiteMode() {
@@ -254,11 +255,13 @@ void Form2::Check1_Click() {
   mnuDocument.Visible = shown && session_.RegisterEnabled;
 }
 
-void Form2::ShowOnly(const Frame& frame) {
+void Form2::ShowOnly(Frame& frame) {
+  // First away with the old one: were both there for a moment, the window would grow to hold them.
   for (Frame* one :
        {&Catalogue.FrameSprav, &Sales.FrameProd, &Panels.FrameSensor, &Journal.FrameJourn, &KassaLite.FrameKassaLite}) {
-    one->Visible = one == &frame;
+    if (one != &frame) one->Visible = false;
   }
+  frame.Visible = true;
 }
 
 void Form2::HideScreensBehindTabs() {

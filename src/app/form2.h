@@ -108,7 +108,7 @@ class Form2 final : public Form {
   void EnableRegister();
   void OpenSets();
 
-  void ShowOnly(const Frame& frame);
+  void ShowOnly(Frame& frame);
   void HideScreensBehindTabs();
 
   Session& session_;

@@ -18,12 +18,6 @@ SQLCHAR* Bytes(std::string_view text) {
   return reinterpret_cast<SQLCHAR*>(const_cast<char*>(text.data()));
 }
 
-/// States and numbers by which drivers tell that there is no server at the other end any more.
-bool NamesDeadLink(const DatabaseError& error) {
-  return error.SqlState().starts_with("08") || error.Native() == 2006 || error.Native() == 2013 ||
-         error.Native() == 5014;
-}
-
 }  // namespace
 
 OdbcHandle::OdbcHandle(SQLSMALLINT type, SQLHANDLE parent) : type_(type) {
@@ -63,9 +57,12 @@ void Connection::Impl::OpenLink() {
   const auto seconds = reinterpret_cast<SQLPOINTER>(static_cast<SQLULEN>(timeout));
   SQLSetConnectAttr(fresh.Get(), SQL_ATTR_LOGIN_TIMEOUT, seconds, SQL_IS_UINTEGER);
   SQLSetConnectAttr(fresh.Get(), SQL_ATTR_CONNECTION_TIMEOUT, seconds, SQL_IS_UINTEGER);
-  const SQLRETURN result =
-      SQLDriverConnect(fresh.Get(), nullptr, Bytes(connection_string),
-                       static_cast<SQLSMALLINT>(connection_string.size()), nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
+  SQLRETURN result = SQL_ERROR;
+  WaitFor([&] {
+    result =
+        SQLDriverConnect(fresh.Get(), nullptr, Bytes(connection_string),
+                         static_cast<SQLSMALLINT>(connection_string.size()), nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
+  });
   if (!SQL_SUCCEEDED(result)) throw Diagnosis(fresh);
   link = std::move(fresh);
   try {
@@ -77,16 +74,22 @@ void Connection::Impl::OpenLink() {
   lost = false;
 }
 
+void Connection::Impl::WaitFor(const std::function<void()>& call) {
+  if (wait == nullptr) return call();
+  wait->Make(call);
+}
+
 void Connection::Impl::CloseLink() noexcept {
   if (link.Get() != nullptr) SQLDisconnect(link.Get());
   link.Free();
 }
 
 OdbcHandle Connection::Impl::Send(std::string_view bytes) {
-  OdbcHandle statement(SQL_HANDLE_STMT, link.Get());
+  OdbcHandle statement = NewStatement();
   // A result is read once from its first to its last row; whatever moves in it later moves in our own copy.
   SQLSetStmtAttr(statement.Get(), SQL_ATTR_CURSOR_TYPE, reinterpret_cast<SQLPOINTER>(SQL_CURSOR_FORWARD_ONLY), 0);
-  const SQLRETURN result = SQLExecDirect(statement.Get(), Bytes(bytes), static_cast<SQLINTEGER>(bytes.size()));
+  SQLRETURN result = SQL_ERROR;
+  WaitFor([&] { result = SQLExecDirect(statement.Get(), Bytes(bytes), static_cast<SQLINTEGER>(bytes.size())); });
   // SQL_NO_DATA: an UPDATE or DELETE that found no row
   if (!SQL_SUCCEEDED(result) && result != SQL_NO_DATA) throw Failure(statement);
   return statement;
@@ -119,11 +122,31 @@ OdbcHandle Connection::Impl::Begin(std::string_view sql) {
   return Send(bytes);
 }
 
+OdbcHandle Connection::Impl::NewStatement() {
+  try {
+    return {SQL_HANDLE_STMT, link.Get()};
+  } catch (const DatabaseError&) {
+    // Over some roads that is how a link that was cut shows first.
+    lost = true;
+    throw;
+  }
+}
+
+bool Connection::Impl::Answers() {
+  SQLRETURN result = SQL_ERROR;
+  try {
+    const OdbcHandle statement(SQL_HANDLE_STMT, link.Get());
+    WaitFor([&] { result = SQLExecDirect(statement.Get(), Bytes("SELECT 1"), SQL_NTS); });
+  } catch (const DatabaseError&) {
+    return false;
+  }
+  return SQL_SUCCEEDED(result) || result == SQL_NO_DATA;
+}
+
 DatabaseError Connection::Impl::Failure(const OdbcHandle& statement) {
   const DatabaseError error = Diagnosis(statement);
-  SQLUINTEGER dead = SQL_CD_FALSE;
-  SQLGetConnectAttr(link.Get(), SQL_ATTR_CONNECTION_DEAD, &dead, 0, nullptr);
-  if (dead == SQL_CD_TRUE || NamesDeadLink(error)) lost = true;
+  // Drivers have many states and numbers for a link that is gone; the server's silence is the same for all.
+  if (!Answers()) lost = true;
   return error.During(running);
 }
 
@@ -184,6 +207,10 @@ bool Connection::KnowsSource(const std::string& name) {
     if (ToLower(FromWindows1251(reinterpret_cast<const char*>(source.data()))) == ToLower(name)) return true;
   }
   return false;
+}
+
+void Connection::SetServerWait(ServerWait* wait) {
+  impl_->wait = wait;
 }
 
 void Connection::SetFaultSource(FaultSource* faults) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -16,6 +17,15 @@ class FaultSource {
   /// Called before each statement that the program sends. kFail makes it fail as a server would refuse it; kCut breaks
   /// the link first, so that the statement and all later ones fail as with a dead server.
   virtual Verdict BeforeStatement(std::string_view sql) = 0;
+};
+
+/// Makes the calls that wait for the server. A host may make them elsewhere while it keeps its windows alive; to the
+/// program's logic each is still one call that returns when the server has answered.
+class ServerWait {
+ public:
+  virtual ~ServerWait() = default;
+  /// Runs `call`, which throws nothing and touches the driver alone, and returns when it has ended.
+  virtual void Make(const std::function<void()>& call) = 0;
 };
 
 /// The one connection to the shop's database, which the terminals write to at the same time. Thin over unixODBC: no
@@ -66,6 +76,9 @@ class Connection {
 
   /// Tests hang their fault source in here; nullptr takes it out. Not owned.
   void SetFaultSource(FaultSource* faults);
+
+  /// Who makes the calls that wait for the server; nullptr makes them in place. Not owned.
+  void SetServerWait(ServerWait* wait);
 
   struct Impl;  ///< the driver's side; only core itself sees into it
 

@@ -48,6 +48,7 @@ struct Connection::Impl {
   bool lost = false;
   bool may_reopen = false;
   FaultSource* faults = nullptr;
+  ServerWait* wait = nullptr;
   int timeout = 0;      ///< seconds
   std::string running;  ///< the statement (UTF-8) that the errors name
 
@@ -55,12 +56,18 @@ struct Connection::Impl {
   /// holds the result. A statement that holds a comment isn't sent. Throws DatabaseError, which names the statement.
   OdbcHandle Run(std::string_view sql);
 
-  /// The failure of a call on `statement`, as an exception to throw; notes whether the link is dead.
+  /// The failure of a call on `statement`, as an exception to throw; a link on which the server answers
+  /// nothing any more counts as lost from now on.
   DatabaseError Failure(const OdbcHandle& statement);
+
+  /// Makes a call to the driver that waits for the server.
+  void WaitFor(const std::function<void()>& call);
 
   void OpenLink();
   void CloseLink() noexcept;
   OdbcHandle Begin(std::string_view sql);
+  OdbcHandle NewStatement();
+  bool Answers();  ///< is there a server at the other end of the link?
   OdbcHandle Send(std::string_view bytes);
 };
 

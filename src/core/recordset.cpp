@@ -176,6 +176,10 @@ std::string Recordset::FieldName(int index) const {
   return rows_->columns[static_cast<std::size_t>(index)].name;
 }
 
+int Recordset::FieldLength(std::string_view name) const {
+  return IsOpen() ? rows_->columns[static_cast<std::size_t>(FieldIndex(name))].length : 0;
+}
+
 FieldType Recordset::Type(int index) const {
   if (index < 0 || index >= FieldCount()) throw Error("no such column: " + std::to_string(index));
   return rows_->columns[static_cast<std::size_t>(index)].type;

@@ -97,6 +97,8 @@ class Recordset {
   int FieldCount() const;
   std::string FieldName(int index) const;  ///< alias of the column, index from 0
   FieldType Type(int index) const;
+  /// Characters that a text column holds, as the server declares it; 0 when the set isn't open.
+  int FieldLength(std::string_view name) const;
   /// Index of a column by its name, case ignored; throws Error when there is none.
   int FieldIndex(std::string_view name) const;
 

@@ -73,7 +73,7 @@ class Session {
   bool IsConnected() const { return pool_ != nullptr; }
 
   Connection MainConnection;
-  Connection ConnReserve;           ///< the reserve server's; opened by the operator, only written to
+  Connection ConnReserve;           ///< the reserve server's; opened by the operator
   Command CmdReserve{ConnReserve};  ///< its command
   bool ConnReserveOpen = false;     ///< the reserve server has been connected
   std::string SqlText;              ///< the statement being built

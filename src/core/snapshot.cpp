@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <climits>
 
 #include "core/errors.h"
 #include "core/text.h"
@@ -171,7 +172,7 @@ class Fetcher {
       const std::string text =
           FromWindows1251({reinterpret_cast<const char*>(name.data()), static_cast<std::size_t>(name_length)});
       const SqlType type = FindType(sql_type);
-      snapshot_.columns.push_back({text, ToLower(text), type.type});
+      snapshot_.columns.push_back({text, ToLower(text), type.type, static_cast<int>(std::min<SQLULEN>(size, INT_MAX))});
 
       Binding binding{type.form, sizeof(std::int64_t), {}, {}};
       if (type.form == Form::kSigned && Attribute(number, SQL_DESC_UNSIGNED) == SQL_TRUE)

@@ -88,6 +88,7 @@ struct Snapshot {
     std::string name;    ///< UTF-8
     std::string folded;  ///< lower case, for the search by name
     FieldType type;
+    int length;  ///< characters or digits that the column holds
   };
 
   /// Takes the whole result of `statement`. Throws DatabaseError.

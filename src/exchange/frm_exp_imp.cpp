@@ -1,8 +1,10 @@
 #include "exchange/frm_exp_imp.h"
 
-#include <fmt/args.h>
 #include <fmt/format.h>
 
+#include <array>
+#include <span>
+#include <string_view>
 #include <utility>
 
 #include "core/errors.h"
@@ -13,22 +15,30 @@
 
 namespace zrt {
 
-/// A list that the reserve server gets whole.
-struct frmExpImp::ListCopy {
-  const char* read;
-  const char* clear;
-  const char* insert;  ///< a place for each column of `read`, in its order
-  const char* done;
+namespace {
+
+/// How a column's value goes into the reserve's INSERT.
+enum class Copied {
+  kBare,
+  kQuoted,
+  kDay,     ///< a moment of which the day is copied
+  kMoment,  ///< through its text on the screen, as kDay
+  kMark,    ///< the mark of the day of the export, in place of the row's number: the reserve numbers its rows itself
 };
 
-/// A table of sales, whose new rows are appended there and marked on both sides.
-struct frmExpImp::SalesCopy {
-  const char* read;    ///< up to N5, then ID, then what may be NULL
-  const char* insert;  ///< a place for each column up to N5, one for the mark, then for those behind ID
-  const char* mark;
-  int day;  ///< the field of which the day is copied, kNone without one
-  int moment;
-  bool n5_may_be_null;
+struct CopiedColumn {
+  std::string_view name;
+  Copied how = Copied::kBare;
+};
+
+}  // namespace
+
+/// A table of which the reserve server gets rows. The columns are read and written in this order.
+struct frmExpImp::CopiedTable {
+  std::string_view name;
+  std::span<const CopiedColumn> columns;
+  std::string_view rows;  ///< which rows, behind the table's name
+  std::string_view done;  ///< what the operator is told at the end
 };
 
 namespace {
@@ -40,14 +50,125 @@ constexpr Colour kSuccess = 0x008000;
 /// CONST.N5 holds as many characters of a path.
 constexpr std::size_t kPathLength = 50;
 
-constexpr int kNone = -1;
+constexpr std::array kProducts = std::to_array<CopiedColumn>({{"ID"},
+                                                              {"COD"},
+                                                              {"COD1"},
+                                                              {"NAME", Copied::kQuoted},
+                                                              {"OST"},
+                                                              {"KOL"},
+                                                              {"PRISE"},
+                                                              {"BARCODE", Copied::kQuoted},
+                                                              {"NDS"},
+                                                              {"REZ"},
+                                                              {"N1"},
+                                                              {"N2"},
+                                                              {"N4"},
+                                                              {"T1", Copied::kQuoted},
+                                                              {"N5"},
+                                                              {"N7"},
+                                                              {"UKT", Copied::kQuoted}});
 
-// What the two tables of sales have in common, by the field's place in `read`.
-constexpr int kN5 = 16, kId = 17;
+constexpr std::array kWaiters = std::to_array<CopiedColumn>(
+    {{"COD"}, {"NAME", Copied::kQuoted}, {"TOTAL"}, {"SUM1"}, {"DATETIME", Copied::kQuoted}, {"NUM"}});
 
-/// A moment goes through its text on the screen; throws TypeMismatch for NULL.
-std::string ScreenText(const Cell& cell, const RegionalFormat& format) {
-  return format.DateTimeText(cell.Moment());
+constexpr std::array kKeys = std::to_array<CopiedColumn>({{"ID"}, {"CODE"}, {"REZ"}, {"LV"}});
+
+// UKT isn't quoted here, unlike in the catalogue's copy: an empty one breaks the statement.
+constexpr std::array kSoldLines = std::to_array<CopiedColumn>({{"COD"},
+                                                               {"NAME", Copied::kQuoted},
+                                                               {"KOL"},
+                                                               {"PRISE"},
+                                                               {"SKID"},
+                                                               {"SUM2"},
+                                                               {"TER"},
+                                                               {"PERS"},
+                                                               {"DATETIME", Copied::kMoment},
+                                                               {"REZ"},
+                                                               {"NUM"},
+                                                               {"N1"},
+                                                               {"N2"},
+                                                               {"N3"},
+                                                               {"N4"},
+                                                               {"T1", Copied::kQuoted},
+                                                               {"N5"},
+                                                               {"ID", Copied::kMark},
+                                                               {"N6"},
+                                                               {"UKT"}});
+
+constexpr std::array kReceipts = std::to_array<CopiedColumn>({{"OPER", Copied::kQuoted},
+                                                              {"SUM1", Copied::kQuoted},
+                                                              {"SKID", Copied::kQuoted},
+                                                              {"SUM2", Copied::kQuoted},
+                                                              {"PLUS", Copied::kQuoted},
+                                                              {"MINUS", Copied::kQuoted},
+                                                              {"TER"},
+                                                              {"PERS"},
+                                                              {"DAT", Copied::kDay},
+                                                              {"TIM", Copied::kMoment},
+                                                              {"NUM"},
+                                                              {"N1"},
+                                                              {"N2"},
+                                                              {"N3"},
+                                                              {"N4"},
+                                                              {"T1", Copied::kQuoted},
+                                                              {"N5"},
+                                                              {"ID", Copied::kMark},
+                                                              {"N6"}});
+
+/// The column of the reserve, and of this database, that holds the mark.
+constexpr std::string_view kMarkColumn = "N7";
+
+std::string Read(const CopiedColumn& column) {
+  return std::string(column.name);
+}
+
+std::string Written(const CopiedColumn& column) {
+  return std::string(column.how == Copied::kMark ? kMarkColumn : column.name);
+}
+
+std::string Quoted(const std::string& value) {
+  return "'" + value + "'";
+}
+
+/// `text_of(i)` for each column, separated by commas.
+template <class Text>
+std::string Listed(std::size_t columns, const Text& text_of) {
+  std::string list;
+  for (std::size_t i = 0; i < columns; ++i) list += (i == 0 ? "" : ",") + text_of(i);
+  return list;
+}
+
+/// A value as it stands in the statement. Throws TypeMismatch for NULL and for what is no moment where one is due.
+std::string Value(const Cell& cell, Copied how, const std::string& mark, const RegionalFormat& format) {
+  switch (how) {
+    case Copied::kBare:
+      return cell.Text();
+    case Copied::kQuoted:
+      return Quoted(cell.Text());
+    case Copied::kDay:
+      return Quoted(CutSqlDate(format.DateTimeText(cell.Moment())));
+    case Copied::kMoment:
+      return Quoted(CutSqlDateTime(format.DateTimeText(cell.Moment())));
+    case Copied::kMark:
+      break;
+  }
+  return mark;
+}
+
+/// Is the value a moment? A receipt or a line without its moment can't go over; any other value that was never filled
+/// in goes over as it is.
+bool IsMoment(Copied how) {
+  return how == Copied::kDay || how == Copied::kMoment;
+}
+
+/// The base behind a connection as its server names it, whatever address it was reached by. Servers that don't tell
+/// capitals in names of schemas apart may give the name as it was asked for.
+std::string BaseBehind(Connection& connection) {
+  Recordset base;
+  base.Open(
+      "SELECT CONCAT_WS(' ',@@hostname,@@port,@@datadir,IF(@@lower_case_table_names=0,DATABASE(),LOWER(DATABASE())))",
+      connection);
+  return base.Field(0).Text();
 }
 
 }  // namespace
@@ -99,6 +220,13 @@ void frmExpImp::Connect1() {
   try {
     reserve.Open(
         DataLinkConnection(drives_, "File name=" + TxtUDL1.Text() + ";", kDatabaseDriver, &Connection::KnowsSource));
+    if (BaseBehind(reserve) == BaseBehind(session_.MainConnection)) {
+      reserve.Close();
+      TheDesktop().MsgBox(
+          "Этот файл доступа к данным ведёт в базу основного сервера!\nРезервная копия должна лежать в другой базе.",
+          BoxIcon::kCritical);
+      return;
+    }
     session_.ConnReserveOpen = true;
     WriteReserve("UPDATE CONST SET N6='резервный' WHERE COD=6");
     LblConn1.Visible = true;
@@ -146,81 +274,51 @@ void frmExpImp::CmdClrRez_Click() {
 }
 
 void frmExpImp::ExportTov() {
-  ReplaceList({
-      "SELECT ID,COD,COD1,NAME,OST,KOL,PRISE,BARCODE,NDS,REZ,N1,N2,N4,T1,N5,N7,UKT FROM TOVAR",
-      "DELETE FROM TOVAR",
-      "INSERT INTO TOVAR (ID,COD,COD1,NAME,OST,KOL,PRISE,BARCODE,NDS,REZ,N1,N2,N4,T1,N5,N7,UKT) VALUES "
-      "({},{},{},'{}',{},{},{},'{}',{},{},{},{},{},'{}',{},{},'{}')",
-      "Экспорт справочника товаров успешно завершен!",
-  });
+  ReplaceList(
+      {.name = "TOVAR", .columns = kProducts, .rows = "", .done = "Экспорт справочника товаров успешно завершен!"});
 }
 
 void frmExpImp::ExportOfc() {
-  ReplaceList({
-      "SELECT COD,NAME,TOTAL,SUM1,DATETIME,NUM FROM KLIENT",
-      "DELETE FROM KLIENT",
-      "INSERT INTO KLIENT (COD,NAME,TOTAL,SUM1,DATETIME,NUM) VALUES ({},'{}',{},{},'{}',{})",
-      "Экспорт списка официантов успешно завершен!",
-  });
+  ReplaceList(
+      {.name = "KLIENT", .columns = kWaiters, .rows = "", .done = "Экспорт списка официантов успешно завершен!"});
 }
 
 void frmExpImp::ExportKeys() {
-  ReplaceList({
-      "SELECT ID,CODE,REZ,LV FROM HOTKEYS WHERE LV IS NOT NULL",
-      "DELETE FROM HOTKEYS",
-      "INSERT INTO HOTKEYS (ID,CODE,REZ,LV) VALUES ({},{},{},{})",
-      "Экспорт сенсорной клавиатуры успешно завершен!",
-  });
+  ReplaceList({.name = "HOTKEYS",
+               .columns = kKeys,
+               .rows = " WHERE LV IS NOT NULL",
+               .done = "Экспорт сенсорной клавиатуры успешно завершен!"});
 }
 
-void frmExpImp::ReplaceList(const ListCopy& copy) {
+void frmExpImp::ReplaceList(const CopiedTable& table) {
   Recordset list;
-  session_.BindSet(list, copy.read);
+  OpenRows(table, list);
   if (list.RecordCount() == 0) return;
   ProgressBar.Max = list.RecordCount();
-  WriteReserve(copy.clear);
+  WriteReserve(fmt::format("DELETE FROM {}", table.name));
   for (; !list.Eof(); list.MoveNext()) {
-    fmt::dynamic_format_arg_store<fmt::format_context> values;
-    for (int field = 0; field < list.FieldCount(); ++field) values.push_back(list.Field(field).Text());
-    WriteReserve(fmt::vformat(copy.insert, values));
+    InsertThere(table, [&](std::size_t column) {
+      return Value(list.Field(static_cast<int>(column)), table.columns[column].how, {}, session_.Format());
+    });
     ProgressBar.Value = list.Bookmark();
   }
   ProgressBar.Value = 0;
-  TheDesktop().MsgBox(copy.done, BoxIcon::kExclamation);
+  TheDesktop().MsgBox(std::string(table.done), BoxIcon::kExclamation);
 }
 
 void frmExpImp::ExportProd() {
-  // UKT isn't quoted here, unlike in the catalogue's copy: an empty one breaks the statement.
-  static constexpr SalesCopy kSoldLines = {
-      .read =
-          "SELECT COD,NAME,KOL,PRISE,SKID,SUM2,TER,PERS,DATETIME,REZ,NUM,N1,N2,N3,N4,T1,N5,ID,N6,UKT FROM PROD WHERE "
-          "N4>2 AND N7 IS NULL AND DATETIME IS NOT NULL",
-      .insert =
-          "INSERT INTO PROD (COD,NAME,KOL,PRISE,SKID,SUM2,TER,PERS,DATETIME,REZ,NUM,N1,N2,N3,N4,T1,N5,N7,N6,UKT) "
-          "VALUES ({},'{}',{},{},{},{},{},{},'{}',{},{},{},{},{},{},'{}',{},{},{},{})",
-      .mark = "UPDATE PROD SET N7={} WHERE ID={}",
-      .day = kNone,
-      .moment = 8,
-      .n5_may_be_null = false,
-  };
-  static constexpr SalesCopy kReceipts = {
-      .read =
-          "SELECT OPER,SUM1,SKID,SUM2,PLUS,MINUS,TER,PERS,DAT,TIM,NUM,N1,N2,N3,N4,T1,N5,ID,N6 FROM KASSA WHERE N4>2 "
-          "AND N7 IS NULL",
-      .insert =
-          "INSERT INTO KASSA (OPER,SUM1,SKID,SUM2,PLUS,MINUS,TER,PERS,DAT,TIM,NUM,N1,N2,N3,N4,T1,N5,N7,N6) VALUES "
-          "('{}','{}','{}','{}','{}','{}',{},{},'{}','{}',{},{},{},{},{},'{}',{},{},{})",
-      .mark = "UPDATE KASSA SET N7={} WHERE ID={}",
-      .day = 8,
-      .moment = 9,
-      .n5_may_be_null = true,
-  };
+  static constexpr CopiedTable kLines = {.name = "PROD",
+                                         .columns = kSoldLines,
+                                         .rows = " WHERE N4>2 AND N7 IS NULL AND DATETIME IS NOT NULL",
+                                         .done = "Экспорт таблицы продаж успешно завершен!"};
+  static constexpr CopiedTable kOperations = {
+      .name = "KASSA", .columns = kReceipts, .rows = " WHERE N4>2 AND N7 IS NULL", .done = kLines.done};
   ProgressBar.Max = 1;
   ProgressBar.Value = 1;
   Recordset lines;
-  session_.BindSet(lines, kSoldLines.read);
+  OpenRows(kLines, lines);
   Recordset receipts;
-  session_.BindSet(receipts, kReceipts.read);
+  OpenRows(kOperations, receipts);
   ProgressBar.Value = 0;
   // The lines alone decide: receipts without any wait for the next time.
   if (lines.RecordCount() == 0) {
@@ -230,36 +328,44 @@ void frmExpImp::ExportProd() {
   ProgressBar.Max = lines.RecordCount() + receipts.RecordCount();
   const std::string today = session_.Format().DateText(session_.TheClock().Now().date);
   const std::string mark = Mid(today, 1, 2) + Mid(today, 4, 2) + Mid(today, 9, 2);
-  CopySales(kSoldLines, lines, 0, mark);
-  CopySales(kReceipts, receipts, lines.RecordCount(), mark);
+  CopySales(kLines, lines, 0, mark);
+  CopySales(kOperations, receipts, lines.RecordCount(), mark);
   ShowLastCopied();
   ProgressBar.Value = 0;
-  TheDesktop().MsgBox("Экспорт таблицы продаж успешно завершен!", BoxIcon::kExclamation);
+  TheDesktop().MsgBox(std::string(kLines.done), BoxIcon::kExclamation);
 }
 
 // Two statements a row, on either side and in no transaction: when the second one fails the row is copied once more by
 // the next export. The reserve gives its rows numbers of its own.
 
-void frmExpImp::CopySales(const SalesCopy& copy, const Recordset& rows, int rows_before, const std::string& mark) {
+void frmExpImp::CopySales(const CopiedTable& table, const Recordset& rows, int rows_before, const std::string& mark) {
+  const int id = rows.FieldIndex("ID");
   for (int row = 1; row <= rows.RecordCount(); ++row) {
-    fmt::dynamic_format_arg_store<fmt::format_context> values;
-    for (int field = 0; field < rows.FieldCount(); ++field) {
-      const Cell cell = rows.At(row, field);
-      if (field == copy.day) {
-        values.push_back(CutSqlDate(ScreenText(cell, session_.Format())));
-      } else if (field == copy.moment) {
-        values.push_back(CutSqlDateTime(ScreenText(cell, session_.Format())));
-      } else if (field == kId) {
-        values.push_back(mark);
-      } else {
-        const bool may_be_null = field > kId || (field == kN5 && copy.n5_may_be_null);
-        values.push_back(may_be_null && cell.IsNull() ? "NULL" : cell.Text());
-      }
-    }
-    WriteReserve(fmt::vformat(copy.insert, values));
-    session_.Write(fmt::format(fmt::runtime(copy.mark), mark, rows.At(row, kId).Text()));
+    InsertThere(table, [&](std::size_t column) {
+      const Cell cell = rows.At(row, static_cast<int>(column));
+      const Copied how = table.columns[column].how;
+      if (!cell.IsNull()) return Value(cell, how, mark, session_.Format());
+      if (!IsMoment(how)) return std::string("NULL");
+      throw TypeMismatch(fmt::format("{}, ID {}: не заполнено поле {}", table.name, rows.At(row, id).Text(),
+                                     table.columns[column].name));
+    });
+    session_.Write(
+        fmt::format("UPDATE {} SET {}={} WHERE ID={}", table.name, kMarkColumn, mark, rows.At(row, id).Text()));
     ProgressBar.Value = rows_before + row;
   }
+}
+
+void frmExpImp::OpenRows(const CopiedTable& table, Recordset& rows) {
+  const auto name = [&](std::size_t column) { return Read(table.columns[column]); };
+  session_.BindSet(rows,
+                   fmt::format("SELECT {} FROM {}{}", Listed(table.columns.size(), name), table.name, table.rows));
+}
+
+void frmExpImp::InsertThere(const CopiedTable& table, const std::function<std::string(std::size_t)>& value) {
+  const auto name = [&](std::size_t column) { return Written(table.columns[column]); };
+  const std::size_t columns = table.columns.size();
+  WriteReserve(
+      fmt::format("INSERT INTO {} ({}) VALUES ({})", table.name, Listed(columns, name), Listed(columns, value)));
 }
 
 void frmExpImp::ShowLastCopied() {

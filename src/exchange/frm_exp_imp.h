@@ -13,7 +13,8 @@ namespace zrt {
 /// layout, each replacing what is there, and the closed sales, which are appended. Keeps the name of the data link file
 /// of either server.
 ///
-/// The main connection reads, marks and is the source; the reserve's only writes. Nothing is copied in a transaction: a
+/// The main connection reads, marks and is the source; the reserve's gets the rows, and is asked for little more than
+/// its last sale. Nothing is copied in a transaction: a
 /// failure ends the copy at its row, and what has been copied by then stays copied and marked.
 class frmExpImp final : public Form {
  public:
@@ -46,8 +47,7 @@ class frmExpImp final : public Form {
   std::function<void()> CloseProgram;
 
  private:
-  struct ListCopy;
-  struct SalesCopy;
+  struct CopiedTable;
 
   void Form_Load();
   void CmdConn1_Click();
@@ -66,9 +66,12 @@ class frmExpImp final : public Form {
   /// at a NULL; rows copied by then keep their marks.
   void ExportProd();
 
-  void ReplaceList(const ListCopy& copy);
+  void ReplaceList(const CopiedTable& table);
   /// `rows_before`: how far the bar has come with the table before.
-  void CopySales(const SalesCopy& copy, const Recordset& rows, int rows_before, const std::string& mark);
+  void CopySales(const CopiedTable& table, const Recordset& rows, int rows_before, const std::string& mark);
+  void OpenRows(const CopiedTable& table, Recordset& rows);
+  /// `value` gives what each column gets, as it stands in the statement.
+  void InsertThere(const CopiedTable& table, const std::function<std::string(std::size_t)>& value);
   void ShowLastCopied();
   void WriteReserve(std::string sql);
 

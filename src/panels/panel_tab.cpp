@@ -149,7 +149,6 @@ void PanelTab::ChooseFirst() {
 
 void PanelTab::ShowFirstName() {
   TextName.Text = session_.ReadOne("SELECT T9 FROM CONST WHERE COD=1").Field(0).TextOrEmpty();
-  named_row_ = 1;
 }
 
 void PanelTab::LoadPanelKeys(std::uint8_t panel, std::uint8_t level, std::uint8_t row) {
@@ -220,8 +219,7 @@ void PanelTab::Option1_Click(std::uint8_t panel) {
   PanelNo = panel;
   LevelNo = 1;
   Option2.front().Choose();
-  ShowLevel();
-  ShowPanelName();
+  ShowPanel();
   Text6.Text = "";
 }
 
@@ -236,8 +234,7 @@ void PanelTab::CmdMenu_Click() {
   Label1.Caption = fmt::format("Меню № {}", session_.CurrentMenu);
   TextMenu.Text = session_.CurrentMenu == 1 ? CmdMenu.Caption_1() : CmdMenu.Caption_2();
   NumberPanels();  // no name of the other menu stays, whichever of the reads below fails or finds no row
-  ShowLevel();
-  ShowPanelName();
+  ShowPanel();
   NamePanelsBy(fmt::format("SELECT COD, T9 FROM CONST WHERE COD BETWEEN {} AND {}",
                            (session_.CurrentMenu - 1) * kPanelsPerMenu + 1, session_.CurrentMenu * kPanelsPerMenu));
   Text6.Text = "";
@@ -255,11 +252,12 @@ void PanelTab::ShowLevel() {
   LoadPanelKeys(PanelNo, LevelNo, 0);
 }
 
-void PanelTab::ShowPanelName() {
+void PanelTab::ShowPanel() {
+  TextName.Text = "";  // the name of the panel before isn't this one's, whichever of the reads fails
+  ShowLevel();
   const int row = TablePanel(session_.CurrentMenu, PanelNo);
   const Recordset& name = session_.ReadOne(fmt::format("SELECT T9 FROM CONST WHERE COD={}", row));
-  TextName.Text = name.Eof() ? std::string() : name.Field(0).TextOrEmpty();
-  named_row_ = row;
+  if (!name.Eof()) TextName.Text = name.Field(0).TextOrEmpty();
 }
 
 // Selecting a key
@@ -433,8 +431,6 @@ void PanelTab::CmdName_Click() {
   const std::size_t panel = std::stoul(Trim(Right(Label5.Caption(), 2)));
   const int menu = session_.CurrentMenu;
   const int row = TablePanel(session_.CurrentMenu, static_cast<int>(panel));
-  // A panel that couldn't be shown has left the name of the one before here: the operator is to see the true one first.
-  if (row != named_row_) return ShowPanelName();
   session_.Write(fmt::format("UPDATE CONST SET T9='{}' WHERE COD={}", TextName.Text(), row));
   NamePanel(panel, TextName.Text());
   if (menu != 0) session_.Write(fmt::format("UPDATE CONST SET N{}='{}' WHERE COD=7", menu, TextMenu.Text()));

@@ -129,7 +129,8 @@ class PanelTab {
   void ShowPlace();
   /// Shows the level chosen, from its first key.
   void ShowLevel();
-  void ShowPanelName();
+  /// Shows the level chosen and the panel's name.
+  void ShowPanel();
   void Complain(const std::string& text);
 
   /// Captions of the panel buttons are their numbers.
@@ -152,7 +153,6 @@ class PanelTab {
   };
   std::optional<ShownLevel> painted_;               ///< the level that the keys show
   Colour colour_of_selected_ = key_colour::kEmpty;  ///< what the selected key shows when it isn't
-  int named_row_ = 0;                               ///< COD of the row of CONST whose name TextName shows
 };
 
 }  // namespace zrt

@@ -2,13 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <fstream>
-#include <iterator>
 #include <sstream>
 #include <vector>
 
 #include "core/errors.h"
 #include "core/text.h"
+#include "platform/text_file.h"
 
 namespace zrt {
 
@@ -20,18 +19,20 @@ struct Field {
 };
 using Fields = std::vector<Field>;
 
-/// Names that mean the same, each under the driver's own name, which comes first.
-constexpr std::array<std::array<std::string_view, 5>, 5> kSameNames = {{
-    {"server", "data source", "address", "addr", "network address"},
-    {"database", "initial catalog", "db"},
-    {"uid", "user id", "user", "username"},
+/// The fields that are taken from a link, each under the driver's own name, which comes first, and under those that
+/// mean the same. All others stay out: drivers have options that load code or let one call carry several statements,
+/// and a link is a file that anyone may have sent.
+constexpr std::array<std::array<std::string_view, 9>, 6> kTaken = {{
+    {"server", "data source", "address", "addr", "network address", "host", "host name", "hostname", "server name"},
+    {"port", "port number"},
+    {"database", "initial catalog", "db", "database name", "schema"},
+    {"uid", "user id", "user", "username", "user name"},
     {"pwd", "password"},
     {"dsn", "data source name"},
 }};
 
-/// Fields of the driver's text that the program decides itself, and those that only Windows reads.
-constexpr std::array<std::string_view, 6> kNotTaken = {"driver",   "charset",  "stmt",
-                                                       "initstmt", "provider", "persist security info"};
+/// A link has a few lines; anything larger is another file.
+constexpr std::size_t kMaxLinkFile = 64U << 10;
 
 std::string Decoded(const std::string& bytes) {
   const std::string_view all = bytes;
@@ -53,11 +54,12 @@ std::string WithoutSections(const std::string& text) {
   return joined;
 }
 
-std::string OwnName(const std::string& name) {
-  for (const auto& names : kSameNames) {
-    if (std::find(names.begin(), names.end(), std::string_view(name)) != names.end()) return std::string(names.front());
+/// The driver's name of a field; "" for one that isn't taken.
+std::string_view OwnName(std::string_view name) {
+  for (const auto& names : kTaken) {
+    if (!name.empty() && std::find(names.begin(), names.end(), name) != names.end()) return names.front();
   }
-  return name;
+  return {};
 }
 
 /// "name=value;name=value". A value in quotes or braces may hold anything; its own closing sign stands doubled in it.
@@ -102,9 +104,9 @@ const Field* Find(const Fields& fields, std::string_view name) {
 /// Adds those fields that are not there yet, under the driver's names.
 void Take(Fields& taken, const Fields& fields) {
   for (const Field& field : fields) {
-    const std::string name = OwnName(field.name);
-    const bool mine = std::find(kNotTaken.begin(), kNotTaken.end(), std::string_view(name)) != kNotTaken.end();
-    if (!mine && !field.value.empty() && Find(taken, name) == nullptr) taken.push_back({name, field.value});
+    const std::string_view name = OwnName(field.name);
+    if (!name.empty() && !field.value.empty() && Find(taken, name) == nullptr)
+      taken.push_back({std::string(name), field.value});
   }
 }
 
@@ -124,15 +126,11 @@ std::string DataLinkConnection(const DriveMap& drives, const std::string& connec
   if (named == nullptr) return connection_text;
   const std::string path = named->value;
 
-  std::ifstream file(drives.ToNative(path), std::ios::binary);
-  const std::string bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  if (!file.is_open() || file.bad()) throw FileError(path, "can't be read");
-
+  const std::string bytes = ReadSmallFile(drives, path, kMaxLinkFile);
   const Fields linked = Split(WithoutSections(Decoded(bytes)));
   Fields fields;
   if (const Field* extended = Find(linked, "extended properties")) Take(fields, Split(extended->value));
   Take(fields, linked);
-  std::erase_if(fields, [](const Field& field) { return field.name == "extended properties"; });
 
   const Field* server = Find(fields, "server");
   const Field* source = Find(fields, "dsn");

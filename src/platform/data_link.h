@@ -18,10 +18,12 @@ using DataSourceTest = std::function<bool(const std::string& name)>;
 /// "Provider=...;Data Source=...;Initial Catalog=...;User ID=...;Password=..." or the driver's text under "Extended
 /// Properties"; or it holds the driver's text alone. Inner fields go before outer ones. The driver is always `driver`:
 /// the file names that of the machine that wrote it. A field that names a data source of this machine (`is_source`)
-/// stands for server and driver. What a file says of the character set is passed over, because texts are stored as the
+/// stands for server and driver. Server, port, database, account, password and data source are taken; whatever else a
+/// file asks for is passed over: options of the driver, and the character set, because texts are stored as the
 /// terminals' bytes.
 ///
-/// Throws FileError when the file is missing, can't be read, or names neither a server nor a data source.
+/// Throws FileError when the file is missing, can't be read, is larger than 64 KB, or names neither a server nor a data
+/// source.
 std::string DataLinkConnection(const DriveMap& drives, const std::string& connection_text, std::string_view driver,
                                const DataSourceTest& is_source);
 

@@ -1,9 +1,13 @@
 #include "platform/settings_file.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
 #include <system_error>
 
 #include "core/text.h"
 #include "platform/text_file.h"
+#include "platform/whole_file.h"
 
 namespace zrt {
 
@@ -44,15 +48,32 @@ std::optional<std::string> FindDataLinkPath(const DriveMap& drives, std::string_
 }
 
 void SaveDataLinkPath(const DriveMap& drives, std::string_view executable, std::string_view path) {
-  std::vector<std::string> lines;
-  if (drives.HasFile(kSettingsFile)) lines = ReadTextLines(drives, kSettingsFile);
-  std::erase_if(lines, [&](const std::string& line) {
-    const std::optional<Record> record = ReadRecord(line);
-    return record && record->executable == executable;
-  });
-  TextFileWriter file(drives, std::string(kSettingsFile));
-  for (const std::string& line : lines) file.Line(line);
-  file.Line(fmt::format("{},{}", executable, path));
+  constexpr std::size_t kMaxSettingsFile = 1U << 20;
+  std::string bytes;
+  if (drives.HasFile(kSettingsFile)) bytes = ReadSmallFile(drives, kSettingsFile, kMaxSettingsFile);
+  // Other programs may read one kind of line end alone.
+  const std::size_t first_end = bytes.find('\n');
+  const bool plain_ends = first_end != std::string::npos && (first_end == 0 || bytes[first_end - 1] != '\r');
+  const std::string_view line_end = plain_ends ? "\n" : "\r\n";
+
+  // The machine may keep the file elsewhere and have a link here; then it is that one which changes.
+  std::error_code error;
+  const std::filesystem::path native = drives.ToNative(kSettingsFile);
+  const std::filesystem::path real = std::filesystem::weakly_canonical(native, error);
+  WholeFile file(std::string(kSettingsFile), error ? native : real);
+  file.LikeTheOneBefore();
+  for (std::size_t at = 0; at < bytes.size();) {
+    const std::size_t next = std::min(bytes.find('\n', at), bytes.size() - 1) + 1;
+    const std::string line = bytes.substr(at, next - at);
+    at = next;
+    const std::size_t text = line.find_last_not_of("\r\n") + 1;
+    const std::optional<Record> record = ReadRecord(FromWindows1251(line.substr(0, text)));
+    if (record && record->executable == executable) continue;
+    file.Write(line);
+    if (!line.ends_with('\n')) file.Write(line_end);
+  }
+  file.Write(ToWindows1251(fmt::format("{},{}", executable, path)));
+  file.Write(line_end);
   file.Close();
 }
 

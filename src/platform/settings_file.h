@@ -18,7 +18,8 @@ inline constexpr std::string_view kSettingsFile = "C:/Korvina/ZRTr";
 std::optional<std::string> FindDataLinkPath(const DriveMap& drives, std::string_view executable);
 
 /// Makes `path` the data link file of `executable`: its line stands at the end, the lines of all others stay as they
-/// are and in their order. Makes the file when there is none. Throws FileError; the file is as before then.
+/// are, byte for byte, and in their order. The file keeps its owner, its mode, its line ends and its place behind a
+/// link; it is made when there is none. Throws FileError; the file is as before then.
 void SaveDataLinkPath(const DriveMap& drives, std::string_view executable, std::string_view path);
 
 }  // namespace zrt

@@ -177,7 +177,7 @@ class SheetReader final : public RunsReader {
     if (element == "sheetData") in_data_ = true;
     if (!in_data_) return;
     if (element == "row") {
-      row_ = attributes["r"].empty() ? row_ + 1 : Number(attributes["r"]);
+      row_ = attributes["r"].empty() ? row_ + 1 : RowNumber(attributes["r"]);
       column_ = 0;
     } else if (element == "c") {
       StartCell(attributes["r"]);
@@ -210,6 +210,12 @@ class SheetReader final : public RunsReader {
     return number;
   }
 
+  static std::int64_t RowNumber(std::string_view digits) {
+    const std::int64_t row = Number(digits);
+    if (row < 1 || row > kMaxSpreadsheetRows) throw SpreadsheetFault::kDamaged;
+    return row;
+  }
+
   // `reference` is "B12", or "" for the cell after the last one.
   void StartCell(std::string_view reference) {
     if (reference.empty()) {
@@ -223,7 +229,7 @@ class SheetReader final : public RunsReader {
            reference[letters] <= 'Z') {
       column_ = column_ * 26 + (reference[letters++] - 'A' + 1);
     }
-    row_ = Number(reference.substr(letters));
+    row_ = RowNumber(reference.substr(letters));
   }
 
   void PutCell() {

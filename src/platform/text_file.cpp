@@ -1,5 +1,7 @@
 #include "platform/text_file.h"
 
+#include <algorithm>
+#include <fstream>
 #include <system_error>
 
 #include "core/errors.h"
@@ -7,46 +9,37 @@
 
 namespace zrt {
 
-TextFileWriter::TextFileWriter(const DriveMap& drives, std::string drive_path)
-    : drive_path_(std::move(drive_path)), final_(drives.ToNative(drive_path_)), unfinished_(final_) {
-  unfinished_ += ".part";
-  // A folder of the file's name would only be noticed at the end.
-  std::error_code error;
-  if (!std::filesystem::is_directory(final_, error)) file_.open(unfinished_, std::ios::binary | std::ios::trunc);
-  if (!file_.is_open()) throw FileError(drive_path_, "can't be written");
-}
-
-TextFileWriter::~TextFileWriter() {
-  if (!file_.is_open()) return;
-  file_.close();
-  std::error_code error;
-  std::filesystem::remove(unfinished_, error);
-}
-
 void TextFileWriter::Line(std::string_view text) {
-  file_ << ToWindows1251(text) << "\r\n";
+  file_.Write(ToWindows1251(text) + "\r\n");
 }
 
-void TextFileWriter::Close() {
-  file_.close();
+std::string ReadSmallFile(const DriveMap& drives, std::string_view drive_path, std::size_t most) {
+  const std::filesystem::path native = drives.ToNative(drive_path);
   std::error_code error;
-  if (file_.good()) {
-    std::filesystem::rename(unfinished_, final_, error);
-    if (!error) return;
-  }
-  std::filesystem::remove(unfinished_, error);
-  throw FileError(drive_path_, "can't be written");
+  // A pipe or a device of that name would keep the program waiting or never end.
+  if (!std::filesystem::is_regular_file(native, error)) throw FileError(std::string(drive_path), "can't be read");
+  std::ifstream file(native, std::ios::binary);
+  std::string bytes;
+  char block[1U << 16];
+  do {
+    file.read(block, sizeof block);
+    bytes.append(block, static_cast<std::size_t>(file.gcount()));
+    if (bytes.size() > most) throw FileError(std::string(drive_path), "is too large");
+  } while (file);
+  if (!file.eof()) throw FileError(std::string(drive_path), "can't be read");
+  return bytes;
 }
 
 std::vector<std::string> ReadTextLines(const DriveMap& drives, std::string_view drive_path) {
-  std::ifstream file(drives.ToNative(drive_path), std::ios::binary);
+  const std::string bytes = ReadSmallFile(drives, drive_path, kMaxTextFile);
   std::vector<std::string> lines;
-  for (std::string bytes; std::getline(file, bytes);) {
-    if (!bytes.empty() && bytes.back() == '\r') bytes.pop_back();
-    lines.push_back(FromWindows1251(bytes));
+  for (std::size_t at = 0; at < bytes.size();) {
+    const std::size_t end = std::min(bytes.find('\n', at), bytes.size());
+    std::string_view line = std::string_view(bytes).substr(at, end - at);
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    lines.push_back(FromWindows1251(line));
+    at = end + 1;
   }
-  // A folder of that name opens as a stream and fails at the first read.
-  if (!file.is_open() || file.bad()) throw FileError(std::string(drive_path), "can't be read");
   return lines;
 }
 

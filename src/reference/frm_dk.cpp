@@ -52,6 +52,7 @@ void frmDK::NewDiscountCard() {
   TextSkd.Text = "0";
   TextName.SetFocus();
   TextName.SelectAll();
+  TextName.MaxLength = BarcodeLength();
   ShowModal();
 }
 
@@ -66,7 +67,12 @@ void frmDK::OpenDiscountCard(std::int16_t rez) {
   card.Close();
   TextSkd.SetFocus();
   TextSkd.SelectAll();
+  TextName.MaxLength = BarcodeLength();
   ShowModal();
+}
+
+int frmDK::BarcodeLength() {
+  return session_.Pool().RsCards.FieldLength("CardBarcode");
 }
 
 void frmDK::Form_Activate() {
@@ -83,23 +89,15 @@ void frmDK::Form_Activate() {
 }
 
 void frmDK::CheckHolder_Click() {
-  if (CheckHolder.Value()) {
-    // The tick comes back with the holder: if he can't be read, a save must not take the empty fields for the truth.
-    CheckHolder.Value = false;
-    FindHolder();
-    CheckHolder.Value = true;
-  } else {
-    EmptyHolder();
-  }
   ShowHolder(CheckHolder.Value());
+  EmptyHolder();
+  if (CheckHolder.Value()) FindHolder();
 }
 
 void frmDK::FindHolder() {
   Recordset& holder =
       session_.ReadOne(fmt::format("SELECT NAME,ADRES,TEL FROM DKHOLDER WHERE CARD='{}'", Trim(TextName.Text())));
-  if (holder.RecordCount() == 0) {
-    EmptyHolder();
-  } else {
+  if (holder.RecordCount() > 0) {
     TxtHName.Text = holder.Field(0).TextOrEmpty();
     TxtHAddr.Text = holder.Field(1).TextOrEmpty();
     TxtHTel.Text = holder.Field(2).TextOrEmpty();

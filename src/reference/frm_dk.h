@@ -50,6 +50,8 @@ class frmDK final : public Form {
                       const std::string& phone);
 
  private:
+  /// Characters that the shop's column of barcodes holds.
+  int BarcodeLength();
   void Form_Activate();
   void CheckHolder_Click();
   void OKButton_Click();

@@ -181,6 +181,11 @@ void frmPLU::ShowLocation(const std::string& code) {
 
 void frmPLU::ShowFor(std::uint8_t caller, TextBox& first) {
   CardCaller = caller;
+  // What is typed is as long as the shop's columns are.
+  const Recordset& list = session_.Pool().RsProducts;
+  TextName.MaxLength = list.FieldLength("Name");
+  TextBar.MaxLength = list.FieldLength("Barcode");
+  TextUkt.MaxLength = list.FieldLength("UKTZED");
   ListKVP.Visible = false;
   first.SetFocus();
   first.SelectAll();

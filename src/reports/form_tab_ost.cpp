@@ -49,9 +49,7 @@ void FormTabOst::CmdOst_Click() {
   if (products.RecordCount() == 0) {
     Output.TellNoData();
   } else if (Output.ToWorkbook()) {
-    constexpr int kSumColumnInBook = kSumColumn + 1;
-    Output.OpenWorkbook({"ОСТАТКИ ТОВАРОВ", day}, [&] { return MakeTable(products, moment, true); },
-                        {kWidths, 0, {kSumColumnInBook}});
+    Output.OpenWorkbook({"ОСТАТКИ ТОВАРОВ", day}, [&] { return MakeTable(products, moment, true); }, {kWidths});
   } else {
     Output.SaveCsv("Ostatk_", {";;ОСТАТКИ ТОВАРОВ", ";;" + day}, MakeTable(products, moment, false));
   }

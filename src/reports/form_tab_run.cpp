@@ -61,8 +61,8 @@ std::string Quantity(std::int64_t thousandths, const RegionalFormat& format) {
   return format.FormatNumber(static_cast<double>(thousandths) / scale::kDocument, 3) + " ";
 }
 
-const SheetLook kDocumentLook = {{{1, 1, 20}, {2, 2, 6}, {3, 3, 18}, {4, 8, 11}}, 0, {4, 5, 6, 7, 8}};
-const SheetLook kTurnoverLook = {{{1, 1, 6}, {2, 2, 40}, {3, 7, 12}}, 0, {}};
+const SheetLook kDocumentLook = {{{1, 1, 20}, {2, 2, 6}, {3, 3, 18}, {4, 8, 11}}};
+const SheetLook kTurnoverLook = {{{1, 1, 6}, {2, 2, 40}, {3, 7, 12}}};
 
 }  // namespace
 

@@ -24,10 +24,6 @@ std::string Join(const std::vector<std::string>& cells) {
   return line;
 }
 
-bool IsOneOf(int number, const std::vector<int>& all) {
-  return std::find(all.begin(), all.end(), number) != all.end();
-}
-
 /// Column of a day: that of the first day of the span which isn't before it.
 std::size_t DayColumn(const std::string& day, const Date& first) {
   const std::optional<Date> date = ParseDate(day);
@@ -84,12 +80,10 @@ Workbook MakeWorkbook(const std::vector<std::string>& titles, const ReportTable&
   int row = kHeaderRow;
   for (const std::vector<std::string>& cells : table.rows) {
     ++row;
-    const bool totals = table.has_totals && &cells == &table.rows.back();
-    if (totals) book.RowHeights.push_back({row, kTallRow});
+    if (table.has_totals && &cells == &table.rows.back()) book.RowHeights.push_back({row, kTallRow});
     for (std::size_t i = 0; i < cells.size(); ++i) {
       const int column = static_cast<int>(i) + 1;
-      const bool bold = column == look.bold_column || (totals && IsOneOf(column, look.bold_totals));
-      if (!cells[i].empty()) book.Cell(row, column, cells[i], bold);
+      if (!cells[i].empty()) book.Cell(row, column, cells[i], column == look.bold_column);
     }
   }
   book.StatusBar.push_back("ГОТОВО!");

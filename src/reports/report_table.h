@@ -25,8 +25,7 @@ void WriteCsv(const DriveMap& drives, const std::string& drive_path, const std::
 /// How a table looks in a workbook.
 struct SheetLook {
   std::vector<Workbook::ColumnSpan> widths;
-  int bold_column = 0;           ///< column of the sheet whose cells stand out, 0 for none
-  std::vector<int> bold_totals;  ///< columns of the sheet whose totals stand out
+  int bold_column = 0;  ///< column of the sheet whose cells stand out, 0 for none
 };
 
 /// The table as a sheet: two titles, the first bold, the headers in row 3, the rows below. The heights of the headers

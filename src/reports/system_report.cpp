@@ -42,13 +42,13 @@ void Surcharges(ReportLines& lines, const Figures& figures) {
 void Discounts(ReportLines& lines, const Figures& figures) {
   // The first letter of the label is the Latin C: so it has always stood in the reports.
   if (const int orders = figures.Count(figure::CountDiscount); orders > 0) {
-    lines.Line("Cкидки всего:  " + CountText(orders) + figures.Sum(figure::SumDiscount) +
-               figures.Sum(figure::SumAfterDiscount));
+    const std::string given = figures.Sum(figure::SumDiscount);
+    lines.Line("Cкидки всего:  " + CountText(orders) + given + figures.Sum(figure::SumAfterDiscount));
     lines.SingleRule();
   }
   if (const int orders = figures.Count(figure::CountHandDiscount); orders > 0) {
-    lines.Line("в т.ч. скидка %" + CountText(orders) + figures.Sum(figure::SumHandDiscount) +
-               figures.Sum(figure::SumAfterHandDiscount));
+    const std::string given = figures.Sum(figure::SumHandDiscount);
+    lines.Line("в т.ч. скидка %" + CountText(orders) + given + figures.Sum(figure::SumAfterHandDiscount));
   }
 }
 

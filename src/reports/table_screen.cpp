@@ -69,7 +69,7 @@ void PivotScreen::ShowPivot(const Pivot& pivot, const ReportSpan& span) {
       return in_book;
     };
     if (Output.ToWorkbook()) {
-      Output.OpenWorkbook({pivot.title, pivot.period_text}, sheet, {kWidths, kTotalColumnInBook, {}});
+      Output.OpenWorkbook({pivot.title, pivot.period_text}, sheet, {kWidths, kTotalColumnInBook});
     } else {
       Output.SaveCsv(pivot.file_prefix, {";;" + pivot.title, ";;" + pivot.period_text}, table());
     }

@@ -28,9 +28,7 @@ frmDelChek::frmDelChek(Desktop& desktop, Session& session) : Form(desktop, "frmD
 void frmDelChek::CmdKas_Click(std::int16_t index) {
   KassaNo = index;
   RequeryCheck();
-  // The time begins anew with each press of a button, and with nothing else.
-  Timer1.Enabled = false;
-  Timer1.Enabled = true;
+  Timer1.Enabled = true;  // while it runs, another press doesn't prolong it
 }
 
 void frmDelChek::RequeryCheck() {

@@ -258,7 +258,22 @@ void SalesTab::CmdAll_Click() {
   LblKol.Caption = {};
   BeginQuery("ALL");
 
-  const auto excise = static_cast<std::size_t>(session_.ExciseFilter);
+  try {
+    OpenWholePeriod();
+  } catch (const Error&) {
+    // What is shown is still the whole period if it was before: the label mustn't speak of one day of it.
+    if (session_.PeriodAll) TextDate.Caption = "весь период";
+    throw;
+  }
+
+  TextDate.Caption = "весь период";
+  LblInf.Caption = std::string(kWholePeriod.at(static_cast<std::size_t>(session_.ExciseFilter)));
+  CmdDat.Enabled = false;
+  Month0.Visible = false;
+  session_.PeriodAll = true;
+}
+
+void SalesTab::OpenWholePeriod() {
   const std::string narrowed = sales::ExciseCondition(session_.ExciseFilter);
   switch (session_.CurrentGrid) {
     case 0:
@@ -272,12 +287,6 @@ void SalesTab::CmdAll_Click() {
       break;
   }
   OpenOrders("");
-
-  TextDate.Caption = "весь период";
-  LblInf.Caption = std::string(kWholePeriod.at(excise));
-  CmdDat.Enabled = false;
-  Month0.Visible = false;
-  session_.PeriodAll = true;
 }
 
 void SalesTab::CmdTerm_Click() {

@@ -74,6 +74,7 @@ class SalesTab {
   void Month0_DateClick();
   void CmdDat_Click();
   void CmdAll_Click();
+  void OpenWholePeriod();
   void CmdTerm_Click();
   void CmdOfc_Click();
   void CmdFiltr_Click();

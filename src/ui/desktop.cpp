@@ -90,8 +90,11 @@ void Desktop::Leave(Form& form) {
 }
 
 void Desktop::UserAction(const std::function<void()>& handler) {
+  if (IsWaiting()) return;
   if (OnUserAction) OnUserAction();
+  DoActionBegins();
   Guard(handler);
+  DoActionEnds();
 }
 
 void Desktop::Guard(const std::function<void()>& handler) {

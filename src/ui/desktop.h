@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/connection.h"
 #include "core/regional_format.h"
 #include "ui/form.h"
 
@@ -58,12 +59,15 @@ class Desktop {
   /// Drops all windows without a word to their forms: the program is ending.
   void DropWindows();
 
+  /// Who makes the calls that wait for the server; nullptr makes them in place.
+  virtual ServerWait* TheServerWait() { return nullptr; }
+
   virtual void SetFocus(Control& control) = 0;
   virtual void Repaint(Control& control) = 0;
 
   /// Runs what the operator's action causes. A failure ends the handler here: the operator sees one plain box without
   /// database text, earlier statements stay in force, and the program lives. Hosts bring every click, key, timer and
-  /// window event through here.
+  /// window event through here. While another action waits for the server nothing is run.
   void UserAction(const std::function<void()>& handler);
 
   /// A form came to the front: raises Deactivate of the one before and its Activate, unless it was in front already.
@@ -84,6 +88,9 @@ class Desktop {
   virtual void DoModalLoop(Form& form) = 0;         ///< the operator works in the form until IsVisible() is false
   virtual void DoHide(Form& form) = 0;              ///< IsVisible() is false already
   virtual void DoUnload(Form& form) = 0;            ///< the form is hidden; drop its window
+  virtual bool IsWaiting() const { return false; }  ///< an action is in the middle of a call to the server
+  virtual void DoActionBegins() {}
+  virtual void DoActionEnds() {}
   /// A run-time error ended a handler.
   virtual void DoRuntimeError(const std::exception& error) = 0;
 

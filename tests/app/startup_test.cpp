@@ -6,6 +6,7 @@
 #include "platform/settings_file.h"
 #include "support/scripted_desktop.h"
 #include "support/scripted_faults.h"
+#include "support/temporary_folder.h"
 #include "support/test_database.h"
 
 namespace zrt {
@@ -32,7 +33,8 @@ class Startup : public testing::Test {
 
   TestDatabase database_{Stage::kPlain};
   FixedClock clock_{{{2026, 11, 12}, 10, 0, 0}};
-  DriveMap drives_{std::filesystem::temp_directory_path() / "zrt_no_such_folder"};
+  test::TemporaryFolder folder_;
+  DriveMap drives_{folder_.Path()};
   ScriptedDesktop desktop_;
   ScriptedFaults faults_;
   std::unique_ptr<App> app_;
@@ -94,7 +96,7 @@ TEST_F(Startup, WithoutAServerItSaysSoAndEndsWithAnError) {
   DatabaseAddress stranger = database_.Address();
   stranger.account = "nobody";
   DatabaseAddress elsewhere = database_.Address();
-  elsewhere.schema = "no_such_schema";
+  elsewhere.schema = "zrt_no_such_schema";
   for (const DatabaseAddress& address : {nowhere, stranger, elsewhere}) {
     desktop_.Expect("Нет соединения с Базой Данных!", BoxAnswer::kOk, BoxIcon::kCritical);
     desktop_.ExpectRuntimeError();
@@ -118,6 +120,9 @@ TEST_F(Startup, OperatingModes) {
       {"-1", true, false, true, {"prod", "report", "sprav", "sensor", "jurn"}},
       {"2", false, false, false, {"prod", "report", "sprav", "sensor"}},
       {"-2", false, false, false, {"prod", "report", "sprav", "sensor"}},
+      {"''", false, false, false, {"prod", "report", "sprav", "sensor"}},
+      {"'x'", false, false, false, {"prod", "report", "sprav", "sensor"}},
+      {"'1.4'", false, false, false, {"prod", "report", "sprav", "sensor"}},
   };
   TestDatabase with_documents(Stage::kRegister);
   for (const Mode& mode : kModes) {

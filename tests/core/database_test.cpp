@@ -1,10 +1,14 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <functional>
 #include <limits>
+#include <thread>
 
 #include "core/errors.h"
 #include "core/session.h"
+#include "support/forwarding_proxy.h"
 #include "support/private_server.h"
 #include "support/scripted_faults.h"
 #include "support/test_database.h"
@@ -282,7 +286,7 @@ TEST_F(Database, RefusalsOfTheServerAtOpening) {
   };
   fails({"127.0.0.254", address.account, address.schema}, 2002);
   fails({address.host, "stranger", address.schema}, 1045);
-  fails({address.host, address.account, "no_such_schema"}, 1049);
+  fails({address.host, address.account, "zrt_no_such_schema"}, 1049);
   EXPECT_THROW(other.Execute("SELECT 1"), DatabaseError);
 }
 
@@ -299,6 +303,44 @@ TEST_F(Database, ABrokenLinkIsReportedAndOpenedAgainAtTheNextActionOnce) {
   connection_.Execute("INSERT INTO T (N,TXT) VALUES (3,REPEAT('x',60))");  // the session's mode is back, too
   EXPECT_FALSE(connection_.IsLost());
   EXPECT_EQ(shop_.Value("SELECT N FROM T"), "3");
+}
+
+TEST_F(Database, ALinkThatIsGoneIsGoneHoweverOneLearnsOfIt) {
+  using Link = test::ForwardingProxy::Link;
+  shop_.Sql("INSERT INTO T (N,TXT) SELECT seq,REPEAT('x',50) FROM seq_1_to_50000");
+  test::ForwardingProxy proxy(ZRT_TEST_HOST);
+  const std::string text = MainConnectionString(shop_.Address());
+  Connection link;
+  link.Open(text + fmt::format("; server=127.0.0.1; port={}", proxy.Port()));
+  const std::function<void()> kCuts[] = {
+      [&] { proxy.Do(Link::kDrop); },
+      [&] { proxy.Do(Link::kReset); },
+      [&] { proxy.DoAfter(Link::kDrop, 100'000); },  // in the middle of the rows
+      [&] { proxy.DoAfter(Link::kReset, 100'000); },
+      [&] {
+        proxy.Do(Link::kStall);  // the statement is under way then
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+      },
+  };
+  for (const auto& cut : kCuts) {
+    Recordset rows;
+    cut();
+    const std::jthread end_of_stall([&] {
+      std::this_thread::sleep_for(std::chrono::milliseconds(100));
+      proxy.Do(Link::kDrop);
+    });
+    EXPECT_THROW(rows.Open("SELECT * FROM T", link), DatabaseError);
+    EXPECT_TRUE(link.IsLost()) << &cut - kCuts;
+    EXPECT_THROW(rows.Open("SELECT 1", link), DatabaseError);
+    link.AllowReopen();
+    EXPECT_THROW(rows.Open("SELECT 2", link), DatabaseError) << "there is no way yet";
+    std::this_thread::sleep_for(std::chrono::milliseconds(110));
+    proxy.Do(Link::kForward);
+    link.AllowReopen();
+    rows.Open("SELECT COUNT(*) FROM T", link);
+    EXPECT_FALSE(link.IsLost());
+    EXPECT_EQ(rows.Field(0).Int(), 50000);
+  }
 }
 
 TEST_F(Database, AFailedStatementLeavesTheLinkAlone) {

@@ -1,13 +1,13 @@
 #include "platform/data_link.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
 
 #include "core/errors.h"
 #include "core/text.h"
+#include "support/temporary_folder.h"
 
 namespace zrt {
 namespace {
@@ -25,8 +25,6 @@ std::string Utf16(const std::u16string& text, bool big_endian) {
 
 class DataLink : public testing::Test {
  protected:
-  ~DataLink() override { std::filesystem::remove_all(root_); }
-
   std::string Read(const std::string& bytes) {
     std::filesystem::create_directories(root_ / "C");
     std::ofstream(root_ / "C" / "r.udl", std::ios::binary) << bytes;
@@ -34,7 +32,8 @@ class DataLink : public testing::Test {
                               [](const std::string& name) { return name == "kassa-dsn"; });
   }
 
-  std::filesystem::path root_ = std::filesystem::temp_directory_path() / ("zrt_data_link_" + std::to_string(getpid()));
+  test::TemporaryFolder folder_;
+  const std::filesystem::path& root_ = folder_.Path();
   DriveMap drives_{root_};
 };
 
@@ -45,7 +44,7 @@ TEST_F(DataLink, ReadsWhatWindowsAndPeopleWrite) {
       u"Info=False;Extended Properties=\"DRIVER={MySQL ODBC 3.51 "
       u"Driver};SERVER=10.0.0.5;PORT=3307;DATABASE=резерв;UID=root;PWD=1;OPTION=3;CHARSET=cp1251;\"\r\n";
   const std::string kFromWide =
-      "driver={Own Driver}; server=10.0.0.5; port=3307; database=резерв; uid=root; pwd=1; option=3; charset=latin1";
+      "driver={Own Driver}; server=10.0.0.5; port=3307; database=резерв; uid=root; pwd=1; charset=latin1";
   struct Case {
     const char* name;
     std::string bytes;
@@ -72,6 +71,16 @@ TEST_F(DataLink, ReadsWhatWindowsAndPeopleWrite) {
        "driver={Own Driver}; server=s; pwd={a;b}}c}; uid=q\"q; charset=latin1"},
       {"quotes within quotes", kHead + "Extended Properties=\"server=s;pwd=\"\"a;b\"\";database=d\"",
        "driver={Own Driver}; server=s; pwd={a;b}; database=d; charset=latin1"},
+      {"options of the driver",
+       "server=s;OPTION=67108864;plugin_dir=/tmp;PLUGIN_DIR={/tmp};INITSTMT=DROP TABLE TOVAR;STMT=x;sslkey=k;socket=/s;"
+       "Extended Properties=\"db=d;option=67108864\";=;port=3307;multi_statements=1;read_default_file=/etc/my.cnf",
+       "driver={Own Driver}; server=s; database=d; port=3307; charset=latin1"},
+      {"an option inside a value", "server=s;pwd={a};OPTION=67108864;uid=b};OPTION=67108864",
+       "driver={Own Driver}; server=s; pwd=a; uid={b}}}; charset=latin1"},
+      {"an option inside a braced value", "server=s;pwd=\"a};OPTION=67108864\"",
+       "driver={Own Driver}; server=s; pwd={a}};OPTION=67108864}; charset=latin1"},
+      {"other names", "host=10.0.0.7;port number=3308;user name=a;database name=d",
+       "driver={Own Driver}; server=10.0.0.7; port=3308; uid=a; database=d; charset=latin1"},
       {"a source of this machine", kHead + "Provider=MSDASQL;Data Source=kassa-dsn;User ID=root",
        "dsn=kassa-dsn; uid=root; charset=latin1"},
       {"a source named twice", kHead + "Data Source=any;Extended Properties=\"DSN=any;UID=root\"",
@@ -83,11 +92,13 @@ TEST_F(DataLink, ReadsWhatWindowsAndPeopleWrite) {
 }
 
 TEST_F(DataLink, NoServerAndNoFileAreErrorsThatNameTheFile) {
-  for (const char* bytes :
-       {"", "\xFF\xFE", "[oledb]\r\n", "Provider=MSDASQL.1;User ID=root", "server", "=;=", "\"'{"}) {
+  for (const std::string& bytes :
+       {std::string(), std::string("\xFF\xFE"), std::string("[oledb]\r\n"),
+        std::string("Provider=MSDASQL.1;User ID=root"), std::string("server"), std::string("=;="), std::string("\"'{"),
+        "server=s;pwd=" + std::string(65536, 'x')}) {
     try {
       Read(bytes);
-      ADD_FAILURE() << bytes;
+      ADD_FAILURE() << bytes.substr(0, 80);
     } catch (const FileError& error) {
       EXPECT_EQ(error.Path(), "C:\\r.udl");
     }

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <fstream>
@@ -8,27 +9,22 @@
 #include "platform/drive_map.h"
 #include "platform/settings_file.h"
 #include "platform/text_file.h"
+#include "support/temporary_folder.h"
 
 namespace zrt {
 namespace {
 
 class Drives : public testing::Test {
  protected:
-  Drives() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "zrt_drives_XXXXXX").string();
-    root_ = mkdtemp(pattern.data());
-    drives_ = DriveMap(root_);
-  }
-  ~Drives() override { std::filesystem::remove_all(root_); }
-
   void Write(const std::string& drive_path, const std::string& bytes) {
     const auto native = drives_.ToNative(drive_path);
     std::filesystem::create_directories(native.parent_path());
     std::ofstream(native, std::ios::binary) << bytes;
   }
 
-  std::filesystem::path root_;
-  DriveMap drives_{{}};
+  test::TemporaryFolder folder_;
+  const std::filesystem::path& root_ = folder_.Path();
+  DriveMap drives_{root_};
 };
 
 TEST_F(Drives, DrivePathsBecomeFoldersOfTheUser) {
@@ -78,6 +74,55 @@ TEST_F(Drives, AnUnreadableSettingsFileIsAnError) {
   EXPECT_THROW(FindDataLinkPath(drives_, "zrt"), FileError);
 }
 
+TEST_F(Drives, TheSettingsFileKeepsWhatIsntThePrograms) {
+  namespace fs = std::filesystem;
+  fs::create_directories(drives_.ToNative(kSettingsFile).parent_path());
+  SaveDataLinkPath(drives_, "zrt", "C:\\a.udl");  // where there was none
+  EXPECT_EQ(FindDataLinkPath(drives_, "zrt"), "C:\\a.udl");
+  fs::remove(drives_.ToNative(kSettingsFile));
+
+  const fs::path elsewhere = root_ / "etc" / "shop.conf";
+  fs::create_directories(elsewhere.parent_path());
+  fs::create_symlink("../../etc/shop.conf", drives_.ToNative(kSettingsFile));
+  const std::pair<std::string, std::string> kFiles[] = {
+      {"zrt,old\nkassa,C:\\\xEA\x98.udl\n; \"note\n", "kassa,C:\\\xEA\x98.udl\n; \"note\nzrt,new\n"},
+      {"kassa, 1\r\n\r\nzrt,old\r\nlast", "kassa, 1\r\n\r\nlast\r\nzrt,new\r\n"},
+      {"", "zrt,new\r\n"},
+  };
+  for (const auto& [before, after] : kFiles) {
+    std::ofstream(elsewhere, std::ios::binary) << before;
+    fs::permissions(elsewhere, fs::perms(0640));
+    SaveDataLinkPath(drives_, "zrt", "new");
+    std::ifstream file(elsewhere, std::ios::binary);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), after);
+    EXPECT_EQ(fs::status(elsewhere).permissions(), fs::perms(0640));
+    EXPECT_TRUE(fs::is_symlink(drives_.ToNative(kSettingsFile)));
+  }
+}
+
+TEST_F(Drives, WritersOfOneNameDontMeet) {
+  namespace fs = std::filesystem;
+  Write("C:/x/other", "of somebody else");
+  const fs::path folder = root_ / "C/x";
+  for (const char* name : {"a.csv", "a.csv.part"}) fs::create_symlink("other", folder / name);
+  {
+    TextFileWriter one(drives_, "C:/x/a.csv");
+    TextFileWriter two(drives_, "C:/x/a.csv");
+    one.Line("1");
+    two.Line("2");
+    one.Line("1");
+    one.Close();
+    two.Line("2");
+    two.Close();
+    TextFileWriter given_up(drives_, "C:/x/a.csv");
+    given_up.Line("3");
+  }
+  EXPECT_EQ(ReadTextLines(drives_, "C:/x/a.csv"), (std::vector<std::string>{"2", "2"}));
+  EXPECT_EQ(ReadTextLines(drives_, "C:/x/other"), std::vector<std::string>{"of somebody else"});
+  EXPECT_FALSE(fs::is_symlink(folder / "a.csv"));
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 3) << "something is left beside the file";
+}
+
 TEST_F(Drives, TextFileIsWholeOrNotThere) {
   Write("C:/Отчёт/x.csv", "как было");
   const auto folder = root_ / "C/Отчёт";
@@ -109,6 +154,10 @@ TEST_F(Drives, TextLinesOfAnyEnding) {
   EXPECT_TRUE(ReadTextLines(drives_, "C:/empty").empty());
   EXPECT_THROW(ReadTextLines(drives_, "C:/missing"), FileError);
   EXPECT_THROW(ReadTextLines(drives_, "C:/"), FileError);
+  ASSERT_EQ(mkfifo((root_ / "C/pipe").c_str(), 0600), 0);
+  EXPECT_THROW(ReadTextLines(drives_, "C:/pipe"), FileError);
+  std::filesystem::resize_file(root_ / "C/empty", kMaxTextFile + 1);
+  EXPECT_THROW(ReadTextLines(drives_, "C:/empty"), FileError);
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include "platform/spreadsheet.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <fstream>
 #include <iterator>
@@ -9,6 +8,7 @@
 
 #include "core/text.h"
 #include "platform/spreadsheet_files.h"
+#include "support/temporary_folder.h"
 
 namespace zrt {
 namespace {
@@ -22,13 +22,7 @@ std::string Sample(const std::string& name) {
 
 class Spreadsheets : public testing::Test {
  protected:
-  Spreadsheets() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "zrt_sheets_XXXXXX").string();
-    root_ = mkdtemp(pattern.data());
-    drives_ = DriveMap(root_);
-    std::filesystem::create_directories(drives_.ToNative("C:\\"));
-  }
-  ~Spreadsheets() override { std::filesystem::remove_all(root_); }
+  Spreadsheets() { std::filesystem::create_directories(drives_.ToNative("C:\\")); }
 
   // The name tells nothing of the kind.
   Spreadsheet Open(const std::string& bytes) {
@@ -67,8 +61,8 @@ class Spreadsheets : public testing::Test {
   static constexpr const char* kOtherKind = "C:\\таблица.dat: файл - не таблица .xls, .xlsx или .ods";
   static constexpr const char* kNoSheet = "C:\\таблица.dat: в файле нет листа с таблицей";
 
-  std::filesystem::path root_;
-  DriveMap drives_{{}};
+  TemporaryFolder folder_;
+  DriveMap drives_{folder_.Path()};
 };
 
 // Files of .xlsx and .ods, written as small as they can be.
@@ -457,6 +451,8 @@ TEST_F(Spreadsheets, NothingHalfReadIsHandedOut) {
       {Xlsx("<row><c t='s'><v>1</v></c></row>", "<si><t>а</t></si>"), kDamaged},
       {Xlsx("<row><c t='s'><v>-1</v></c></row>", "<si><t>а</t></si>"), kDamaged},
       {Xlsx("<row r='1048577'><c><v>1</v></c></row>"), kDamaged},
+      {Xlsx("<row r='9223372036854775807'/><row><c><v>1</v></c></row>"), kDamaged},
+      {Xlsx("<row><c r='A9223372036854775807'/></row><row><c><v>1</v></c></row>"), kDamaged},
       {Xlsx("<row r='0'><c><v>1</v></c></row>"), kDamaged},
       {Xlsx("<row r='x'/>"), kDamaged},
       {Xlsx("<row><c r='XFE1'><v>1</v></c></row>"), kDamaged},

@@ -271,14 +271,13 @@ class Reports(unittest.TestCase):
         sql(f"UPDATE TOVAR SET PRISE=1 WHERE COD={codes[2]}")
         return codes
 
-    def stock_book(self, titles, table, widths, bold):
+    def stock_book(self, titles, table, widths, totals=True):
         cells = [f"1,1* {titles[0]}", f"2,1 {titles[1]}"]
-        heights = ["height 3 23"] + ([f"height {len(table) + 2} 23"] if bold else [])
+        heights = ["height 3 23"] + ([f"height {len(table) + 2} 23"] if totals else [])
         for number, row in enumerate(table, 3):
             for column, text in enumerate(row, 1):
                 if text or number == 3:
-                    stands_out = number == len(table) + 2 and column in bold
-                    cells.append(f"{number},{column}{'*' if stands_out else ''} {text}")
+                    cells.append(f"{number},{column} {text}")
         return self.block("workbook", cells + widths + heights + ["status ВЫПОЛНЯЕТСЯ ОБРАБОТКА!", "status ГОТОВО!"])
 
     def test_balances(self):
@@ -296,7 +295,7 @@ class Reports(unittest.TestCase):
                 script += self.csv("click CmdOst", "Ostatk_", [";;ОСТАТКИ ТОВАРОВ", f";;на конец смены {date}"], table)
             script += ["set Check3 on", "click CmdOst"] + self.stock_book(
                 ["ОСТАТКИ ТОВАРОВ", f"на конец смены {date}"], shop.balances(on, hour, 3, True, book=True),
-                ["width 1-1 4", "width 2-2 6", "width 3-3 40", "width 4-4 18", "width 5-9 9"], [7])
+                ["width 1-1 4", "width 2-2 6", "width 3-3 40", "width 4-4 18", "width 5-9 9"])
             self.play(script)
 
     def test_movements(self):
@@ -311,7 +310,7 @@ class Reports(unittest.TestCase):
             table = shop.turnover(*span)
             script += self.csv("click CmdRunAll", "Tovar_ALL", [";ДВИЖЕНИЕ ТОВАРА", ";" + period], table)
             script += ["set Check3 on", "click CmdRunAll"] + self.stock_book(
-                ["ДВИЖЕНИЕ ТОВАРА", period], table, ["width 1-1 6", "width 2-2 40", "width 3-7 12"], [])
+                ["ДВИЖЕНИЕ ТОВАРА", period], table, ["width 1-1 6", "width 2-2 40", "width 3-7 12"], totals=False)
             names = {product["COD"]: product["NAME"] for product in shop.products}
             for cod in (codes[0], codes[1], codes[35]):
                 title = f"ДВИЖЕНИЕ ТОВАРА {cod} {names[cod]} ПО ДОКУМЕНТАМ"
@@ -321,7 +320,7 @@ class Reports(unittest.TestCase):
                            f"expect LblTov.Caption {quoted(names[cod])}"]
                 script += self.csv("click CmdRun", f"Tovar_{cod}", [";;" + title, ";;" + period], table)
                 script += ["set Check3 on", "click CmdRun"] + self.stock_book(
-                    [title, period], table, ["width 1-1 20", "width 2-2 6", "width 3-3 18", "width 4-8 11"], [4, 5, 6, 7, 8])
+                    [title, period], table, ["width 1-1 20", "width 2-2 6", "width 3-3 18", "width 4-8 11"])
             self.play(script)
 
 

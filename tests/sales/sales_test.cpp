@@ -375,6 +375,13 @@ TEST_F(Sales, AFailedStatementIsToldOnceAndTheNextActionRuns) {
   Click(tab.CmdAll);
   EXPECT_FALSE(app_->TheSession.PeriodAll);
   EXPECT_TRUE(tab.CmdDat.Enabled());
+  EXPECT_EQ(tab.TextDate.Caption(), "12.11.2026");
+
+  Click(tab.CmdAll);
+  faults_.FailAt(1);
+  desktop_.ExpectRuntimeError();
+  Click(tab.CmdAll);
+  EXPECT_EQ(tab.TextDate.Caption(), "весь период");
 }
 
 class LiteSales : public Sales {
@@ -623,12 +630,12 @@ TEST_F(Sales, AnAnnulmentIsLoggedBeforeTheLineGoes) {
   EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM SPION"), "1");
   EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM CHECK3"), "2");
 
-  // Only the press of a terminal's button begins it anew.
+  // Nothing prolongs it while it runs, not even another press.
   desktop_.UserAction([&] { window.DeleteCheckRow(77); });
   desktop_.UserAction([&] { window.DataGrid1.UserRow(1); });
   EXPECT_EQ(clockwork.turned, 0);
   Click(window.CmdKas[2]);
-  EXPECT_EQ(clockwork.turned, 2);
+  EXPECT_EQ(clockwork.turned, 0);
   window.Timer1.SetView(nullptr);
 
   // A terminal without a table: nothing of another one's receipt is left under its name.

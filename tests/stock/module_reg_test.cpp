@@ -9,6 +9,7 @@
 #include "core/errors.h"
 #include "support/scripted_desktop.h"
 #include "support/scripted_faults.h"
+#include "support/temporary_folder.h"
 #include "support/test_database.h"
 
 namespace zrt {
@@ -401,7 +402,8 @@ class Catalogue : public testing::Test {
 
   TestDatabase shop_{Stage::kRegister};
   FixedClock clock_;
-  DriveMap drives_{std::filesystem::temp_directory_path() / "zrt_no_such_folder"};
+  test::TemporaryFolder folder_;
+  DriveMap drives_{folder_.Path()};
   ScriptedDesktop desktop_;
   ScriptedFaults faults_;
   App app_{desktop_, clock_, drives_, AppSettings{shop_.Address(), "zrt"}};

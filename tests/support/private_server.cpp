@@ -1,10 +1,13 @@
 #include "support/private_server.h"
 
+#include <fmt/format.h>
 #include <signal.h>
 
 #include <chrono>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <thread>
 
 #include "core/errors.h"
@@ -34,8 +37,17 @@ void PrivateServer::Stop() {
 
 void PrivateServer::Kill() {
   pid_t pid = 0;
-  if (!(std::ifstream(folder_ + "/pid") >> pid) || kill(pid, SIGKILL) != 0) throw Error("no server runs in " + folder_);
-  while (kill(pid, 0) == 0) std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  std::ifstream(folder_ + "/pid") >> pid;
+  if (!IsOurs(pid) || kill(pid, SIGKILL) != 0) throw Error("no server runs in " + folder_);
+  while (IsOurs(pid)) std::this_thread::sleep_for(std::chrono::milliseconds(5));
+}
+
+bool PrivateServer::IsOurs(pid_t pid) const {
+  std::ifstream file(fmt::format("/proc/{}/cmdline", pid), std::ios::binary);
+  const std::string arguments{std::istreambuf_iterator<char>(file), {}};
+  // As the script names it, with the folder's whole path.
+  const std::string data = "--datadir=" + std::filesystem::weakly_canonical(folder_).string() + "/data";
+  return arguments.find('\0' + data + '\0') != std::string::npos;
 }
 
 void PrivateServer::RunScript(const std::string& arguments) const {

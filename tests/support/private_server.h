@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <string>
 
 namespace zrt::test {
@@ -24,6 +26,8 @@ class PrivateServer {
   void Kill();
 
  private:
+  /// Is this process the server of our folder? A number may belong to another process by now.
+  bool IsOurs(pid_t pid) const;
   void RunScript(const std::string& arguments) const;
 
   std::string folder_;

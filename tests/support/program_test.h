@@ -1,7 +1,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -13,6 +12,7 @@
 #include "support/recording_machine.h"
 #include "support/scripted_desktop.h"
 #include "support/scripted_faults.h"
+#include "support/temporary_folder.h"
 #include "support/test_database.h"
 
 namespace zrt::test {
@@ -24,10 +24,7 @@ class ProgramTest : public testing::Test {
   explicit ProgramTest(Stage stage = Stage::kRegister) : shop_(stage) {
     std::filesystem::create_directories(drives_.ToNative("C:\\Korvina\\Report"));
   }
-  ~ProgramTest() override {
-    app_.reset();
-    std::filesystem::remove_all(folder_);
-  }
+  ~ProgramTest() override { app_.reset(); }
 
   /// Starts the program, chooses `tab` if one is named, and forgets the statements of the start.
   void Start(const std::string& tab = {}) {
@@ -66,8 +63,8 @@ class ProgramTest : public testing::Test {
 
   TestDatabase shop_;
   FixedClock clock_{{{2026, 11, 12}, 10, 0, 0}};
-  std::filesystem::path folder_ =
-      std::filesystem::temp_directory_path() / ("zrt_program_test_" + std::to_string(getpid()));
+  TemporaryFolder own_folder_;
+  const std::filesystem::path& folder_ = own_folder_.Path();
   DriveMap drives_{folder_};
   RecordingPrinter printer_;
   RecordingSpreadsheet spreadsheet_;

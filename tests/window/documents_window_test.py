@@ -59,7 +59,7 @@ class Documents(unittest.TestCase):
         wait_for("the picker's end", lambda: not self.program.is_open("frmPLUpodb"))
         # A scanner types the digits and Enter.
         incoming.press("CmdBar")
-        self.program.box()
+        self.program.box().activate()
         self.program.type(barcode)
         self.program.key("Return")
         dialog = self.program.form("frmPLUdial")

@@ -4,6 +4,7 @@ import datetime
 import time
 import unittest
 
+import pyatspi
 from zrt_window import Program, Screen, Shop, wait_for
 
 # The terminals have sold until this evening, so that today's shift is full at whatever hour the tests run.
@@ -22,6 +23,24 @@ def setUpModule():
 def shown(amount):
     """An amount as the program shows it: comma, thousands apart."""
     return f"{float(amount):,.2f}".replace(",", "\u00a0").replace(".", ",")
+
+
+def assert_keeps_its_size(test, form):
+    """Going from any tab to any other one changes nothing about the window, which fits the screen."""
+    def size():
+        box = form.accessible.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+        return box.width, box.height
+
+    before = size()
+    test.assertLessEqual(before, (1024, 768))
+    tabs = form.tabs()
+    for start in tabs:
+        for end in tabs:
+            for tab in (start, end):
+                form.tab(tab)
+                test.assertEqual(size(), before, f"from {start} to {end}, at {tab}")
+    time.sleep(0.2)  # a window that grows stays so
+    test.assertEqual(size(), before)
 
 
 def stop(test, program, form):
@@ -69,6 +88,7 @@ class EveryMode(unittest.TestCase):
             wait_for("the journal", lambda: form.is_shown("DataGrid6"))
             self.assertEqual(form.rows("DataGrid6"), int(shop.ask("SELECT COUNT(*) FROM JOURNAL")[0][0]))
             program.picture("Form2-jurn")
+            assert_keeps_its_size(self, form)
             stop(self, program, form)
 
     def test_without_the_stock_register(self):
@@ -77,6 +97,7 @@ class EveryMode(unittest.TestCase):
             form = program.form("Form2")
             self.assertEqual(form.tabs(), [SALES, REPORT, CATALOGUE, PANELS])
             self.assertEqual(form.menus(), ["Отчёты", "Обработки", "Настройки", "О программе"])
+            assert_keeps_its_size(self, form)
             stop(self, program, form)
 
     def test_lite(self):
@@ -93,6 +114,7 @@ class EveryMode(unittest.TestCase):
             form.tab(CATALOGUE)
             wait_for("the catalogue", lambda: form.is_shown("DataGrid1_0"))
             self.assertFalse(form.is_shown("CmdRefrTov"))
+            assert_keeps_its_size(self, form)
             stop(self, program, form)
 
     def test_restricted(self):
@@ -104,6 +126,7 @@ class EveryMode(unittest.TestCase):
             self.assertFalse(form.is_enabled("CmdNew"))
             self.assertFalse(form.is_shown("CmdClrAllPLU"))
             program.picture("Form2-sprav-restricted")
+            assert_keeps_its_size(self, form)
             stop(self, program, form)
 
     def test_a_base_that_the_program_never_saw(self):
@@ -152,6 +175,10 @@ class Hands(unittest.TestCase):
             self.assertRegex(about.caption("lblVersion"), r"^Version \d+\.\d+\.\d+$")
             about.activate()
             if close == "key":
+                # A modifier alone is no key yet.
+                self.program.key("Alt_L", "Shift_L", "Control_L")
+                time.sleep(0.2)
+                self.assertTrue(self.program.is_open("frmSplash"))
                 self.program.picture("frmSplash")
                 self.program.key("space")
             else:

@@ -16,6 +16,30 @@ std::optional<QColor> OwnColour(Colour colour) {
                 static_cast<int>(colour >> 16 & 0xFF));
 }
 
+bool IsModifierAlone(const QKeyEvent& event) {
+  switch (event.key()) {
+    case 0:
+    case Qt::Key_unknown:  // switching to another layout
+    case Qt::Key_Shift:
+    case Qt::Key_Control:
+    case Qt::Key_Alt:
+    case Qt::Key_AltGr:
+    case Qt::Key_Meta:
+    case Qt::Key_Super_L:
+    case Qt::Key_Super_R:
+    case Qt::Key_Hyper_L:
+    case Qt::Key_Hyper_R:
+    case Qt::Key_CapsLock:
+    case Qt::Key_NumLock:
+    case Qt::Key_ScrollLock:
+    case Qt::Key_Mode_switch:
+    case Qt::Key_Menu:
+      return true;
+    default:
+      return false;
+  }
+}
+
 Key KeyOf(const QKeyEvent& event) {
   switch (event.key()) {
     case Qt::Key_Return:

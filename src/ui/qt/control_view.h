@@ -66,6 +66,9 @@ class ControlView : public QObject, public ElementView {
   bool alive_ = true;
 };
 
+/// Is it a modifier or a switch of the keyboard, which means nothing until another key is pressed?
+bool IsModifierAlone(const QKeyEvent& event);
+
 /// The key as handlers see it.
 Key KeyOf(const QKeyEvent& event);
 

@@ -80,13 +80,13 @@ void FormWindow::Show(const PropertyBase& property) {
   }
 }
 
-void FormWindow::Open(bool modal, const QWidget* owner) {
+void FormWindow::Open(bool modal, const QWidget* owner, const QWidget* above) {
   if (!window_->isVisible()) {
     window_->setWindowModality(modal ? Qt::ApplicationModal : Qt::NonModal);
     if (!placed_) Place(owner);
     placed_ = true;
     window_->winId();
-    window_->windowHandle()->setTransientParent(modal && owner != nullptr ? owner->windowHandle() : nullptr);
+    window_->windowHandle()->setTransientParent(above != nullptr ? above->windowHandle() : nullptr);
   }
   window_->show();
   window_->raise();
@@ -127,7 +127,8 @@ void FormWindow::Repaint(const Control& control) {
   if (!window_->isVisible()) return;
   ControlView* view = ViewOf(control);
   if (view != nullptr && view->RepaintAlone()) return;
-  if (window_->layout() != nullptr) window_->layout()->activate();
+  // A label that has just got a longer text gets the room for it first.
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
   window_->repaint();
 }
 
@@ -163,8 +164,10 @@ bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
       return false;
     }
     case QEvent::KeyPress: {
+      const auto& pressed = *static_cast<QKeyEvent*>(event);
+      if (IsModifierAlone(pressed)) return false;
       // What a control's widget leaves has been through the control's handlers already.
-      Key key = KeyOf(*static_cast<QKeyEvent*>(event));
+      Key key = KeyOf(pressed);
       if (!form_.KeyDown || (key.code != Key::kOther && IsOfAControl(window_->focusWidget()))) return false;
       TheDesktop().UserAction([&] { form_.KeyDown.Raise(key); });
       return !alive_ || key.code != Key::kOther;

@@ -35,10 +35,11 @@ class FormWindow final : public QObject, public ElementView {
   ~FormWindow() override;
 
   QWidget* Window() const { return window_.get(); }
+  Form& TheForm() const { return form_; }
 
   void Show(const PropertyBase& property) override;
-  /// Makes the window visible, in front; over `owner` if there is one.
-  void Open(bool modal, const QWidget* owner);
+  /// Makes the window visible, in front: in the middle of `owner`, and from then on above `above`, if there are such.
+  void Open(bool modal, const QWidget* owner, const QWidget* above);
   /// Takes events until the window is hidden.
   void WaitUntilHidden();
   void Hide();

@@ -29,13 +29,26 @@ QMessageBox::Icon QtIcon(BoxIcon icon) {
   return QMessageBox::NoIcon;
 }
 
+bool IsMainWindow(const auto& shown) {
+  return shown.second->Window()->property("mainWindow").toBool();
+}
+
 QString BoxText(const std::string& text) {
   return ToQt(WithPlainBreaks(text));
 }
 
 }  // namespace
 
-QtDesktop::QtDesktop(RegionalFormat format, const DriveMap& drives) : Desktop(std::move(format)), drives_(drives) {}
+QtDesktop::QtDesktop(RegionalFormat format, const DriveMap& drives) : Desktop(std::move(format)), drives_(drives) {
+  server_wait_.FrontWindow = [this] { return FrontWindow(); };
+  server_wait_.IsStarting = [this] {
+    return std::ranges::none_of(windows_, [](const auto& one) { return IsMainWindow(one); });
+  };
+  server_wait_.OnResumed = [this] {
+    QMetaObject::invokeMethod(
+        &retired_, [this] { NoteFront(); }, Qt::QueuedConnection);
+  };
+}
 
 QtDesktop::~QtDesktop() = default;
 
@@ -65,6 +78,17 @@ QWidget* QtDesktop::FrontWindow() const {
   return window == nullptr ? nullptr : window->Window();
 }
 
+QWidget* QtDesktop::MainWindowFor(const Form& form) const {
+  const auto main = std::ranges::find_if(windows_, [](const auto& one) { return IsMainWindow(one); });
+  return main == windows_.end() || main->first == &form ? nullptr : main->second->Window();
+}
+
+void QtDesktop::NoteFront() {
+  for (const auto& [form, window] : windows_) {
+    if (window->Window()->isActiveWindow() && Front() != form) return UserAction([&] { Activated(window->TheForm()); });
+  }
+}
+
 void QtDesktop::SetFocus(Control& control) {
   FormWindow* window = WindowOf(control.Owner());
   if (window != nullptr && window->Window()->isVisible()) {
@@ -75,6 +99,7 @@ void QtDesktop::SetFocus(Control& control) {
 }
 
 void QtDesktop::Repaint(Control& control) {
+  server_wait_.Tick();
   if (FormWindow* window = WindowOf(control.Owner())) window->Repaint(control);
 }
 
@@ -83,7 +108,8 @@ void QtDesktop::DoShow(Form& form, bool modal) {
   const QWidget* owner = QApplication::activeWindow();
   std::unique_ptr<FormWindow>& window = windows_[&form];
   if (window == nullptr) window = std::make_unique<FormWindow>(form, drives_);
-  window->Open(modal, owner == window->Window() ? nullptr : owner);
+  if (owner == window->Window()) owner = nullptr;
+  window->Open(modal, owner, modal ? owner : MainWindowFor(form));
   if (const auto wanted = wanted_focus_.find(&form); wanted != wanted_focus_.end()) {
     window->Focus(*wanted->second);
     wanted_focus_.erase(wanted);

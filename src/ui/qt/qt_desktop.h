@@ -7,6 +7,7 @@
 
 #include "platform/drive_map.h"
 #include "ui/desktop.h"
+#include "ui/qt/server_wait.h"
 
 class QWidget;
 
@@ -26,6 +27,7 @@ class QtDesktop : public Desktop {
   int Run();
 
   void Quit(int code) override;
+  QtServerWait* TheServerWait() override { return &server_wait_; }
   void SetFocus(Control& control) override;
   void Repaint(Control& control) override;
 
@@ -36,13 +38,22 @@ class QtDesktop : public Desktop {
   void DoModalLoop(Form& form) override;
   void DoHide(Form& form) override;
   void DoUnload(Form& form) override;
+  bool IsWaiting() const override { return server_wait_.IsWaiting(); }
+  void DoActionBegins() override { server_wait_.ActionBegins(); }
+  void DoActionEnds() override { server_wait_.ActionEnds(); }
   void DoRuntimeError(const std::exception& error) override;
 
  private:
   FormWindow* WindowOf(const Form& form) const;
   QWidget* FrontWindow() const;
+  /// The window above which `form` stays, so that a click on it buries nothing that is unsaved; nullptr for the main
+  /// window itself, and before there is one.
+  QWidget* MainWindowFor(const Form& form) const;
+  /// Catches up with the window that came to the front while handlers stood still.
+  void NoteFront();
 
   const DriveMap& drives_;
+  QtServerWait server_wait_;
   std::map<const Form*, std::unique_ptr<FormWindow>> windows_;
   /// Focus asked for before there was a window.
   std::map<const Form*, const Control*> wanted_focus_;

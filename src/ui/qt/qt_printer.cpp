@@ -40,10 +40,11 @@ void PaintJob(const PrintJob& job, QPrinter& paper) {
   paper.setDocName(ToQt(job.title));
   QPainter painter;
   if (!painter.begin(&paper)) throw Error("the printer takes no document");
-  painter.setFont(PrintFont(job.points, paper));
+  const QFont font = PrintFont(job.points, paper);
+  const double advance = QFontMetricsF(font, &paper).horizontalAdvance(QLatin1Char('0'));
   const double dots_per_twip = static_cast<double>(paper.resolution()) / kTwipsPerInch;
   const double line_height = job.points * kTwipsPerPoint * 1.15 * dots_per_twip;
-  const double ascent = QFontMetricsF(painter.font(), &paper).ascent();
+  const double ascent = QFontMetricsF(font, &paper).ascent();
   const double top = kMargin * dots_per_twip;
   const double bottom = paper.pageRect(QPrinter::DevicePixel).height() - top;
   double y = top;
@@ -52,8 +53,17 @@ void PaintJob(const PrintJob& job, QPrinter& paper) {
       if (!paper.newPage()) throw Error("the printer takes no further page");
       y = top;
     }
-    for (const PrintedPiece& piece : line) {
-      painter.drawText(QPointF((kMargin + piece.left) * dots_per_twip, y + ascent), ToQt(piece.text));
+    for (std::size_t i = 0; i < line.size(); ++i) {
+      const QString text = ToQt(line[i].text);
+      // A piece fills the room up to the next one, so that words and rules go on unbroken.
+      QFont spaced = font;
+      if (i + 1 < line.size() && !text.isEmpty()) {
+        const double room = (line[i + 1].left - line[i].left) * dots_per_twip;
+        const double natural = advance * static_cast<double>(text.size());
+        spaced.setLetterSpacing(QFont::PercentageSpacing, 100 * room / natural);
+      }
+      painter.setFont(spaced);
+      painter.drawText(QPointF((kMargin + line[i].left) * dots_per_twip, y + ascent), text);
     }
     y += line_height;
   }

@@ -60,18 +60,20 @@ std::vector<Word> Printed(const PrintJob& job) {
 
 constexpr double kPointsPerTwip = 1.0 / 20;
 
-TEST(Paper, PiecesBeginAtTheirPlacesAndDoNotTouch) {
+TEST(Paper, PiecesBeginAtTheirPlacesAndJoinWithoutAGap) {
   PrintJob job{"Системный отчёт", 10, {}};
-  job.lines.push_back({{0, std::string(22, 'W')}, {2100, " " + std::string(8, '8')}, {3100, "НЕЗАКРЫТЫЕ"}});
+  job.lines.push_back({{0, std::string(22, 'W')}, {2100, " " + std::string(8, '8') + " "}, {3100, "НЕЗАКРЫТЫЕ"}});
+  job.lines.push_back({{0, std::string(22, '=')}, {2100, std::string(10, '=')}, {3100, std::string(10, '=')}});
   job.lines.push_back({{0, "второй"}});
   const std::vector<Word> words = Printed(job);
-  ASSERT_EQ(words.size(), 4U);
-  const double character = (words[0].right - words[0].left) / 22;
-  EXPECT_NEAR(words[1].left - words[0].left, 2100 * kPointsPerTwip + character, 0.3);
+  ASSERT_EQ(words.size(), 5U);  // the rule is one of them, without a gap behind the 22nd or the 32nd character
+  const double character = 2100 * kPointsPerTwip / 22;
+  EXPECT_NEAR(words[0].right - words[0].left, 22 * character, 0.3);
+  EXPECT_NEAR(words[1].left - words[0].left, 2100 * kPointsPerTwip + 1000 * kPointsPerTwip / 10, 0.3);
   EXPECT_NEAR(words[2].left - words[0].left, 3100 * kPointsPerTwip, 0.3);
-  EXPECT_LE(22 * character, 2100 * kPointsPerTwip);  // the next column is free
   EXPECT_EQ(words[0].top, words[2].top);
   EXPECT_EQ(words[2].text, "НЕЗАКРЫТЫЕ");
+  EXPECT_EQ(words[3].text, QString(42, '='));
   EXPECT_NEAR(words[3].top - words[0].top, 11.5, 0.3);  // 10 points and the room between lines
 }
 

@@ -22,6 +22,7 @@
 #include <QTimer>
 #include <QTreeWidget>
 #include <QWheelEvent>
+#include <thread>
 
 #include "app/app.h"
 #include "core/errors.h"
@@ -106,6 +107,91 @@ class MainWindow : public testing::Test {
   std::unique_ptr<TestDatabase> database_;
   std::unique_ptr<App> app_;
 };
+
+/// What was seen, every few milliseconds, while an action waited for the server.
+class Watch {
+ public:
+  explicit Watch(std::function<void()> look) : look_(std::move(look)) {
+    QObject::connect(&clock_, &QTimer::timeout, [this] { look_(); });
+    constexpr int kOften = 20;
+    clock_.start(kOften);
+  }
+
+ private:
+  std::function<void()> look_;
+  QTimer clock_;
+};
+
+TEST_F(MainWindow, StaysAliveButStillWhileTheServerThinks) {
+  Start();
+  auto* edit = Find<QLineEdit>("Text1");
+  edit->setFocus();
+  bool cursor = false;
+  bool note = false;
+  bool handler_ran = false;
+  std::string question;
+  bool given_up = false;
+  desktop_->TheServerWait()->GiveUp = [&] { given_up = true; };
+  {
+    const Watch watch([&] {
+      if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+        question = box->text().toStdString();
+        EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+        box->button(QMessageBox::No)->click();
+      } else if (const auto* shown = Find<QLabel>("decoServerNote"); shown != nullptr && question.empty()) {
+        note = shown->isVisible() && shown->text().contains("Жду ответа сервера");
+        cursor = QApplication::overrideCursor() != nullptr;
+        desktop_->UserAction([&] { handler_ran = true; });
+        QTest::keyClicks(edit, "7");
+        QTest::keyClick(edit, Qt::Key_Escape);
+      }
+    });
+    desktop_->UserAction([&] { app_->TheSession.ReadOne("SELECT SLEEP(1.6)"); });
+  }
+  EXPECT_TRUE(cursor);
+  EXPECT_TRUE(note);
+  EXPECT_FALSE(handler_ran);
+  EXPECT_EQ(edit->text(), "");
+  EXPECT_TRUE(app_->Main.IsVisible());  // Esc would have hidden it
+  EXPECT_TRUE(question.starts_with("Сервер ещё не ответил.")) << question;
+  EXPECT_FALSE(given_up);
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+  EXPECT_EQ(Find<QLabel>("decoServerNote"), nullptr);
+
+  // Many quick statements add up to a long action too, and a box takes the cursor away.
+  const Answers answers({QMessageBox::Ok});
+  desktop_->UserAction([&] {
+    for (int i = 0; i < 30; ++i) app_->TheSession.ReadOne("SELECT SLEEP(0.01)");
+    EXPECT_NE(QApplication::overrideCursor(), nullptr);
+    desktop_->MsgBox("готово");
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+  });
+}
+
+TEST_F(MainWindow, AStartThatWaitsForTheServerIsEndedByEscOrByClosing) {
+  database_ = std::make_unique<TestDatabase>(Stage::kPlain);
+  Prepare();
+  app_->Start();
+  Settle();
+  int given_up = 0;
+  desktop_->TheServerWait()->GiveUp = [&] { ++given_up; };
+  QWidget* splash = QApplication::topLevelWidgets().constFirst();
+  for (const bool by_key : {true, false}) {
+    const int before = given_up;
+    const Watch watch([&] {
+      if (Find<QLabel>("decoServerNote") == nullptr || given_up > before) return;
+      if (by_key) {
+        QTest::keyClick(splash, Qt::Key_Escape);
+      } else {
+        splash->close();
+      }
+    });
+    desktop_->UserAction(
+        [&] { desktop_->TheServerWait()->Make([] { std::this_thread::sleep_for(std::chrono::milliseconds(1300)); }); });
+    EXPECT_EQ(given_up, before + 1);
+  }
+  EXPECT_TRUE(app_->Splash.IsVisible());
+}
 
 TEST_F(MainWindow, TextsAndTheirCursorGoBothWays) {
   Start();

@@ -1,0 +1,213 @@
+#include "ui/qt/server_wait.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMessageBox>
+#include <QTimer>
+#include <QWindow>
+#include <chrono>
+#include <cstdlib>
+
+namespace zrt {
+
+namespace {
+
+constexpr int kCursorAfter = 200;  // milliseconds, as all below
+constexpr int kNoteAfter = 1000;
+constexpr int kBreath = 40;
+
+// Handing a call to another thread costs tens of microseconds. A posting of thousands of quick statements would feel
+// that; they are made in place once they have shown to be quick, as the server has just answered.
+constexpr int kCallsHandedOver = 50;
+constexpr qint64 kQuickCall = 5'000'000;  // nanoseconds
+
+bool IsInput(const QEvent& event) {
+  switch (event.type()) {
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::Shortcut:
+    case QEvent::ShortcutOverride:
+    case QEvent::InputMethod:
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseMove:
+    case QEvent::Wheel:
+    case QEvent::ContextMenu:
+    case QEvent::DragEnter:
+    case QEvent::DragMove:
+    case QEvent::Drop:
+    case QEvent::Close:
+      return true;
+    default:
+      return false;
+  }
+}
+
+/// The line at the foot of the window that is being waited in.
+class Note final : public QLabel {
+ public:
+  Note(QWidget* window, QString text) : QLabel(window), text_(std::move(text)) {
+    setObjectName(QStringLiteral("decoServerNote"));
+    setAlignment(Qt::AlignCenter);
+    setMargin(6);
+    setWordWrap(true);
+    setStyleSheet(QStringLiteral("background: #ffffe6; color: #1c1c1c; border: 1px solid #b8b890;"));
+    since_.start();
+    Update();
+  }
+
+  void Update() {
+    const QString seconds = QString::number(since_.elapsed() / 1000 + kNoteAfter / 1000);
+    setText(QStringLiteral("Жду ответа сервера базы данных: %1 с\n%2").arg(seconds, text_));
+    const int height = heightForWidth(parentWidget()->width());
+    setGeometry(0, parentWidget()->height() - height, parentWidget()->width(), height);
+    raise();
+    show();
+  }
+
+ private:
+  QString text_;
+  QElapsedTimer since_;
+};
+
+}  // namespace
+
+QtServerWait::QtServerWait() {
+  // Nothing may be tidied up: the other thread is in the middle of the driver.
+  GiveUp = [] { std::_Exit(EXIT_FAILURE); };
+  qApp->installEventFilter(this);
+}
+
+QtServerWait::~QtServerWait() {
+  if (!worker_.joinable()) return;
+  {
+    const std::lock_guard lock(mutex_);
+    stop_ = true;
+  }
+  work_given_.notify_one();
+  worker_.join();
+}
+
+void QtServerWait::ActionBegins() {
+  ShowCursor(false);
+  action_.start();
+  calls_ = 0;
+}
+
+void QtServerWait::ActionEnds() {
+  ShowCursor(false);
+}
+
+void QtServerWait::Tick() {
+  if (!waiting_ && action_.isValid() && action_.elapsed() >= kCursorAfter) ShowCursor(true);
+}
+
+void QtServerWait::Make(const std::function<void()>& call) {
+  Tick();
+  QElapsedTimer taken;
+  taken.start();
+  if (calls_++ >= kCallsHandedOver && last_call_ns_ < kQuickCall) {
+    call();
+  } else {
+    HandOver(call);
+    if (!IsDone(kCursorAfter)) {
+      ShowCursor(true);
+      if (!IsDone(kNoteAfter - kCursorAfter)) KeepAlive();
+    }
+  }
+  last_call_ns_ = taken.nsecsElapsed();
+}
+
+void QtServerWait::HandOver(const std::function<void()>& call) {
+  if (!worker_.joinable()) worker_ = std::thread([this] { Work(); });
+  {
+    const std::lock_guard lock(mutex_);
+    call_ = &call;
+  }
+  work_given_.notify_one();
+}
+
+void QtServerWait::Work() {
+  std::unique_lock lock(mutex_);
+  while (true) {
+    work_given_.wait(lock, [this] { return call_ != nullptr || stop_; });
+    if (stop_) return;
+    lock.unlock();
+    (*call_)();
+    lock.lock();
+    call_ = nullptr;
+    work_done_.notify_one();
+  }
+}
+
+bool QtServerWait::IsDone(int milliseconds) {
+  std::unique_lock lock(mutex_);
+  return work_done_.wait_for(lock, std::chrono::milliseconds(milliseconds), [this] { return call_ == nullptr; });
+}
+
+void QtServerWait::KeepAlive() {
+  waiting_ = true;
+  wants_end_ = false;
+  QWidget* window = FrontWindow ? FrontWindow() : nullptr;
+  std::unique_ptr<Note> note;
+  if (window != nullptr) note = std::make_unique<Note>(window, QStringLiteral("Esc - не ждать и закончить программу"));
+  while (!IsDone(kBreath)) {
+    if (note) note->Update();
+    QApplication::processEvents();
+    if (std::exchange(wants_end_, false)) AskToEnd();
+  }
+  waiting_ = false;
+  if (OnResumed) OnResumed();
+}
+
+void QtServerWait::AskToEnd() {
+  if (!IsStarting || !IsStarting()) {
+    QMessageBox box(QMessageBox::Question, QApplication::applicationDisplayName(),
+                    QStringLiteral("Сервер ещё не ответил. Закончить программу, не дожидаясь ответа?\n"
+                                   "Выполнено ли начатое действие, останется неизвестным."),
+                    QMessageBox::Yes | QMessageBox::No, FrontWindow ? FrontWindow() : nullptr);
+    box.setDefaultButton(QMessageBox::No);
+    QTimer answered;
+    connect(&answered, &QTimer::timeout, &box, [&] {
+      if (IsDone(0)) box.done(QMessageBox::No);
+    });
+    answered.start(kBreath);
+    question_ = &box;
+    ShowCursor(false);
+    const int pressed = box.exec();
+    question_ = nullptr;
+    if (pressed != QMessageBox::Yes) return ShowCursor(!IsDone(0));
+  }
+  GiveUp();
+}
+
+void QtServerWait::ShowCursor(bool wait) {
+  if (wait == std::exchange(cursor_, wait)) return;
+  if (wait) {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+  } else {
+    QApplication::restoreOverrideCursor();
+  }
+}
+
+bool QtServerWait::eventFilter(QObject* watched, QEvent* event) {
+  // A window that asks something blocks the others; the time that the operator takes is not the program's.
+  if (event->type() == QEvent::WindowBlocked) ShowCursor(false);
+  if (event->type() == QEvent::WindowUnblocked) action_.start();
+  if (!waiting_ || !IsInput(*event) || IsOfQuestion(watched)) return false;
+  const bool escape =
+      event->type() == QEvent::KeyPress && static_cast<const QKeyEvent*>(event)->key() == Qt::Key_Escape;
+  if (escape || event->type() == QEvent::Close) wants_end_ = true;
+  event->ignore();
+  return true;
+}
+
+bool QtServerWait::IsOfQuestion(QObject* watched) const {
+  if (question_ == nullptr) return false;
+  if (const auto* widget = qobject_cast<QWidget*>(watched)) return widget->window() == question_;
+  return watched == question_->windowHandle();
+}
+
+}  // namespace zrt
