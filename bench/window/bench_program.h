@@ -21,9 +21,9 @@ class AgreeingDesktop final : public QtDesktop {
   std::string Entry;
 
  protected:
-  BoxAnswer DoMsgBox(const std::string& text, BoxIcon icon, BoxButtons buttons, const std::string&) override {
-    if (icon == BoxIcon::kCritical) throw std::runtime_error(text);
-    return buttons == BoxButtons::kYesNo ? BoxAnswer::kYes : BoxAnswer::kOk;
+  BoxAnswer DoMsgBox(const Message& message) override {
+    if (message.icon == BoxIcon::kCritical) throw std::runtime_error(message.text);
+    return message.buttons == BoxButtons::kYesNo ? BoxAnswer::kYes : BoxAnswer::kOk;
   }
   void DoRuntimeError(const std::exception& error) override { throw std::runtime_error(error.what()); }
   std::string DoInputBox(const std::string&, const std::string&, const std::string&) override { return Entry; }

@@ -43,7 +43,7 @@ App::App(Desktop& desktop, const Clock& clock, const DriveMap& drives, AppSettin
   DiscountCard.CardSaved = [this](std::int16_t rez, const std::string& barcode) { Main.Cards.ShowCard(rez, barcode); };
   Exchange.CloseProgram = [this] { Main.Close(); };
   Import.ProductsChanged = [this] { Main.Catalogue.RequeryProducts(); };
-  Import.LinesChanged = [this](int mode) { DocumentOf(mode).RefreshLines(); };
+  Import.LinesChanged = [this](int mode) { ShowLoadedLines(mode); };
   StockDocuments.Inventory.LoadCounts = [this] { Import.Open(frmImpTov::kInventory); };
   StockDocuments.TransferIn.LoadFromFile = [this] { Import.Open(frmImpTov::kTransferIn); };
   StockDocuments.TransferOut.LoadFromFile = [this] { Import.Open(frmImpTov::kTransferOut); };
@@ -73,14 +73,14 @@ void App::Start() {
   desktop_.UserAction([this] { Splash.Show(); });
 }
 
-DocumentForm& App::DocumentOf(int import_mode) {
+void App::ShowLoadedLines(int import_mode) {
   switch (import_mode) {
     case frmImpTov::kTransferIn:
-      return StockDocuments.TransferIn;
+      return StockDocuments.TransferIn.RefreshRS7prp();
     case frmImpTov::kTransferOut:
-      return StockDocuments.TransferOut;
+      return StockDocuments.TransferOut.RefreshRS7prm();
     default:
-      return StockDocuments.Inventory;
+      return StockDocuments.Inventory.RefreshRS7in();
   }
 }
 

@@ -71,7 +71,7 @@ class App {
 
  private:
   /// The document that lines are loaded into.
-  DocumentForm& DocumentOf(int import_mode);
+  void ShowLoadedLines(int import_mode);
 
   /// Unloads every other form, closes the connections, releases the command and the recordsets, in this order.
   void ShutdownApplication();

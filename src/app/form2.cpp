@@ -107,15 +107,14 @@ void Form2::Form_Activate() {
 void Form2::ConnectDatabase() {
   try {
     session_.Connect();
-  } catch (const DatabaseError&) {
-    TheDesktop().MsgBox("Нет соединения с Базой Данных!", BoxIcon::kCritical);
+  } catch (const DatabaseError& error) {
+    TheDesktop().TellFailure("Нет соединения с Базой Данных!", error);
     return;
   }
   InitMainWindow();
 }
 
 void Form2::InitMainWindow() {
-  session_.FilterName = "Data";
   Caption = executable_;
   ReadShiftHour();
   ReadReserveStatus();
@@ -128,9 +127,9 @@ void Form2::InitMainWindow() {
   session_.Pool().RsScratch.Close();
   try {
     OpenSets();
-  } catch (const Error&) {
+  } catch (const Error& error) {
     // Whatever failed: the operator knows this message, and nine times out of ten it was the date.
-    TheDesktop().MsgBox("Неправильно введена дата!", BoxIcon::kCritical);
+    TheDesktop().TellFailure("Неправильно введена дата!", error);
   }
 }
 

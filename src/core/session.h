@@ -97,20 +97,17 @@ class Session {
   const RegionalFormat& Format() const { return format_; }
 
   // Process-wide state, shared by the screens under these names.
-  std::string FilterName = "Data";  ///< name of the last sales filter, for file titles
-  std::uint8_t DbVersion = 0;       ///< CONST row 3, N2, as raised by UpgradeDatabase
-  std::uint8_t CurrentMenu = 0;     ///< touch menu shown: 1 or 2; 0 when the schema has a single menu
-  bool FullEditMode = false;        ///< reference data may be edited
-  bool RegisterEnabled = false;     ///< stock register and documents exist
-  bool LiteMode = false;            ///< cash operations only
-  int CurrentGrid = 0;              ///< big grid of the sales tab: 0 sales, 1 deletions, 2 order detail
-  bool PeriodAll = false;           ///< the whole stored period instead of one shift
-  int ExciseFilter = 0;             ///< 0 all, 1 alcohol, 2 cigarettes, 3 no excise
-  Shift ShiftPeriod;                ///< ShiftFrom, ShiftTo, ShiftTimeText
-  Date StartDay;                    ///< the day on which the program was started
-  Date StoredDate;                  ///< the day picked last in a calendar, the start's day before that
-  bool IsReserveCopy = false;       ///< this database holds the reserve copy (CONST row 6, N6 isn't NULL)
-  std::string UdlPath;              ///< data link file of this installation, from the settings file
+  std::uint8_t DbVersion = 0;    ///< CONST row 3, N2, as raised by UpgradeDatabase
+  std::uint8_t CurrentMenu = 0;  ///< touch menu shown: 1 or 2; 0 when the schema has a single menu
+  bool FullEditMode = false;     ///< reference data may be edited
+  bool RegisterEnabled = false;  ///< stock register and documents exist
+  bool LiteMode = false;         ///< cash operations only
+  bool PeriodAll = false;        ///< the whole stored period instead of one shift
+  Shift ShiftPeriod;             ///< ShiftFrom, ShiftTo, ShiftTimeText
+  Date StartDay;                 ///< the day on which the program was started
+  Date StoredDate;               ///< the day picked last in a calendar, the start's day before that
+  bool IsReserveCopy = false;    ///< this database holds the reserve copy (CONST row 6, N6 isn't NULL)
+  std::string UdlPath;           ///< data link file of this installation, from the settings file
   std::string ReportFolder = "C:\\Korvina\\Report\\";
 
  private:

@@ -1,5 +1,8 @@
 #include "documents/document_form.h"
 
+#include <limits>
+#include <utility>
+
 #include "core/errors.h"
 #include "core/numbers.h"
 #include "core/text.h"
@@ -11,6 +14,7 @@ namespace {
 
 constexpr Colour kLampPosted = 65280;
 constexpr Colour kLampOpen = 255;
+constexpr const char* kNotSaved = "Документ НЕ сохранён.";
 
 template <class T>
 void MakeIfDefined(DocumentForm& form, std::optional<T>& control, const char* name) {
@@ -73,18 +77,18 @@ void DocumentForm::Form_Activate() {
   // before the lines are read, so that a save after a failure doesn't empty them in the journal.
   if (TextKlient) TextKlient->Text = DocKlient;
   if (TextPrim) TextPrim->Text = DocPrim;
-  if (DocId == -1) {
-    PrepareNew();
-  } else if (!DocOpen) {
-    const std::string date = DocDate ? session_.Format().DateTimeText(*DocDate) : std::string();
-    Caption = fmt::format("{}{} от {}", kind_.saved_caption, DocId, date);
-    RunIndicator(DocRun);
-    LblNumer.Caption = std::to_string(DocId);
-    LblData.Caption = date;
-    OpenLines(DocId);
-    CountSum();
-  }
+  if (DocId == -1 || !DocOpen) OpenDocument();
   DataGrid7.SetFocus();
+}
+
+void DocumentForm::OpenDocument() {
+  if (DocId == -1) return PrepareNew();
+  const std::string date = DocDate ? session_.Format().DateTimeText(*DocDate) : std::string();
+  Caption = fmt::format("{}{} от {}", kind_.saved_caption, DocId, date);
+  RunIndicator(DocRun);
+  LblNumer.Caption = std::to_string(DocId);
+  LblData.Caption = date;
+  OpenLines(DocId);
 }
 
 void DocumentForm::PrepareNew() {
@@ -96,53 +100,70 @@ void DocumentForm::PrepareNew() {
   OpenLines(DocId);
 }
 
-void DocumentForm::OpenLinesBy(const std::string& sql) {
-  // A new document opens its lines each time that it comes to the front; the grid stays where it was.
-  const int row = DocOpen ? DataGrid7.Row() : 0;
-  sum_known_ = false;
-  session_.BindSet(lines_, sql);
-  DataGrid7.Bind(lines_);
+void DocumentForm::ReadLines(const std::string& sql) {
+  const int row = DataGrid7.Row();
+  if (lines_.IsOpen() && sql == lines_sql_) {
+    lines_.Requery();
+  } else {
+    lines_sql_ = sql;
+    session_.BindSet(lines_, sql);
+    DataGrid7.Bind(lines_);
+  }
   FormatGrid();
   DocOpen = true;
-  if (row > 0) StandOn(row);
+  if (HasLines()) lines_.SetBookmark(row == 0 ? lines_.RecordCount() : std::min(row, lines_.RecordCount()));
+  try {
+    SumRefresh();
+  } catch (const Error&) {
+    lines_.Close();
+    throw;
+  }
 }
 
-void DocumentForm::StandOn(int row) {
-  if (HasLines()) lines_.SetBookmark(std::clamp(row, 1, lines_.RecordCount()));
+void DocumentForm::ShowAddedLines() {
+  RefreshLines();
+  Session::ShowLastRow(lines_);
 }
 
 void DocumentForm::RequireLines() {
-  if (!DocOpen) throw Error("the lines of the document were never read");
-  if (!lines_.IsOpen()) {
-    lines_.Requery();
-    FormatGrid();
-    sum_known_ = false;
+  if (!DocOpen) {
+    OpenDocument();
+  } else if (!lines_.IsOpen()) {
+    RefreshLines();
   }
-  if (!sum_known_) CountSum();
 }
 
-void DocumentForm::CountSum() {
-  sum_known_ = false;
-  SumRefresh();
-  sum_known_ = true;
+bool DocumentForm::TakesLines() {
+  if (!IsLoaded() || DocRun) return false;
+  RequireLines();
+  return true;
 }
 
-void DocumentForm::MoveLines() {
-  if (!lines_to_move_) return;
-  TakeNumber();
-  lines_to_move_ = false;
+bool DocumentForm::SumFits(std::int64_t sum, const char* what) {
+  if (std::in_range<std::int32_t>(sum)) return true;
+  TheDesktop().MsgBox(
+      fmt::format("Сумма больше {}: в документ она не помещается!\n\r{}",
+                  session_.Format().FormatNumber(std::numeric_limits<std::int32_t>::max() / 10 / 100.0, 2), what),
+      BoxIcon::kCritical);
+  return false;
 }
 
 void DocumentForm::EditLine() {
   if (DocRun) return;
-  MoveLines();
+  RequireLines();
   ChangeLine();
 }
 
+void DocumentForm::Leave() {
+  if (IsLoaded()) CancelButton_Click();
+}
+
 void DocumentForm::CancelButton_Click() {
-  if (!run_known_) LearnRun();
-  if (!DocRun &&
+  // A document that couldn't be opened has nothing to save.
+  if (DocOpen && !DocRun &&
       TheDesktop().MsgBox("Сохранить документ?", BoxIcon::kQuestion, BoxButtons::kOkCancel) == BoxAnswer::kOk) {
+    RequireLines();
+    if (!SumFits(DocSum, kNotSaved)) return;
     SaveDocument(false);
   }
   Close();
@@ -157,9 +178,7 @@ void DocumentForm::Form_Unload() {
   if (DocOpen) lines_.Close();
   DocOpen = false;
   DocSum = 0;
-  lines_to_move_ = false;
-  run_known_ = true;
-  find_head_.clear();
+  head_in_doubt_.clear();
 }
 
 void DocumentForm::RunIndicator(bool run) {
@@ -238,21 +257,11 @@ const char* DocumentForm::BarcodeQuery() const {
 }
 
 void DocumentForm::CmdDel_Click() {
-  MoveLines();
+  RequireLines();
   const std::optional<std::int64_t> id = CurrentId();
   if (!id) return;
   DeleteLineStatement(*id);
   RefreshLines();
-}
-
-void DocumentForm::RefreshLines() {
-  if (!DocOpen) return;
-  // Who counts his way through a long list goes on where he was.
-  const int row = lines_.Bookmark();
-  lines_.Requery();
-  StandOn(row);
-  FormatGrid();
-  CountSum();
 }
 
 std::optional<std::int64_t> DocumentForm::CurrentId() const {
@@ -272,14 +281,12 @@ void DocumentForm::ForEachProduct(const std::function<void(int row, std::int32_t
 // Saving and posting
 
 void DocumentForm::SaveDocument(bool post) {
-  // Without its lines a save would empty the document's register rows.
   RequireLines();
-  if (!run_known_) LearnRun();
-  if (DocRun) return;
-  MoveLines();
+  if (!SumFits(DocSum, kNotSaved)) return;
   Busy("сохранение документа...");
   if (DocId != -1) {
     session_.Write(UpdateHeadStatement(SqlDate()));
+    TakeOut();
   } else if (!InsertHead()) {
     return;
   }
@@ -292,33 +299,29 @@ void DocumentForm::SaveDocument(bool post) {
 
 bool DocumentForm::InsertHead() {
   if (LblData.Caption().empty()) TakePresentDate();
-  // A head that was written, and whose number couldn't be read then, isn't written twice.
-  const bool written = !find_head_.empty() && session_.ReadOne(find_head_).RecordCount() > 0;
-  if (!written) {
-    const std::string control = stock_.MakeControlNumber();
-    session_.Write(InsertHeadStatement(SqlDate(), control));
-    find_head_ = FindHeadStatement(control);
-  }
-  const Recordset& head = session_.ReadOne(find_head_);
-  find_head_.clear();
+  // What was written of the document before, and has no rows yet, gives way: a head isn't there twice.
+  if (!head_in_doubt_.empty()) session_.Write("DELETE FROM JOURNAL WHERE " + head_in_doubt_);
+  const std::string control = stock_.MakeControlNumber();
+  head_in_doubt_ = HeadCondition(control);
+  session_.Write(InsertHeadStatement(SqlDate(), control));
+  const Recordset& head = session_.ReadOne("SELECT ID, DATEDOC FROM JOURNAL WHERE " + head_in_doubt_);
   if (head.RecordCount() == 0) {
     TheDesktop().MsgBox("ОШИБКА записи документа", BoxIcon::kCritical);
     return false;
   }
+  head_in_doubt_.clear();
   DocId = ToInt32(head.Field("ID").Number());
   LblNumer.Caption = std::to_string(DocId);
-  lines_to_move_ = true;
-  if (written) {
-    session_.Write(UpdateHeadStatement(SqlDate()));  // it may have been changed since
-  } else {
-    SetDate(head.Field("DATEDOC").Moment());
-  }
+  SetDate(head.Field("DATEDOC").Moment());
   return true;
 }
 
-std::string DocumentForm::FindHeadStatement(const std::string& control) const {
-  return fmt::format("SELECT ID, DATEDOC FROM JOURNAL WHERE DTYPE='{}' AND CNTRL={} AND SUMM={}", kind_.dtype, control,
-                     DocSum);
+std::string DocumentForm::HeadCondition(const std::string& control) const {
+  return fmt::format("DTYPE='{}' AND CNTRL={} AND SUMM={}", kind_.dtype, control, DocSum);
+}
+
+void DocumentForm::TakeOut() {
+  session_.Write(fmt::format("UPDATE JOURNAL SET RUN=NULL WHERE ID={}", DocId));
 }
 
 void DocumentForm::RUNButton_Click() {
@@ -329,12 +332,7 @@ void DocumentForm::RUNButton_Click() {
 void DocumentForm::AskAndPost() {
   if (TheDesktop().MsgBox("Провести документ?", BoxIcon::kQuestion, BoxButtons::kOkCancel) != BoxAnswer::kOk) return;
   Busy("проведение документа...");
-  try {
-    PostSaved(SqlDate());
-  } catch (const Error&) {
-    LearnRunInSpite();
-    throw;
-  }
+  PostSaved(SqlDate());
   DocRun = true;
   RunIndicator(true);
   LblInf.Caption = "";
@@ -351,31 +349,11 @@ void DocumentForm::mnuUnRun_Click() {
     return;
   }
   Busy("отмена проведения документа...");
-  try {
-    stock_.RunDocRegistr(DocId, false, UnpostDate());
-  } catch (const Error&) {
-    LearnRunInSpite();
-    throw;
-  }
+  // Before the first statement: a document that is half taken out isn't posted, and is put right by posting it again.
   DocRun = false;
   RunIndicator(false);
+  stock_.RunDocRegistr(DocId, false, UnpostDate());
   LblInf.Caption = "";
-}
-
-void DocumentForm::LearnRun() {
-  const Recordset& head = session_.ReadOne(fmt::format("SELECT RUN FROM JOURNAL WHERE ID={}", DocId));
-  DocRun = !head.Eof() && !head.IsNull(0);
-  run_known_ = true;
-  RunIndicator(DocRun);
-}
-
-void DocumentForm::LearnRunInSpite() {
-  run_known_ = false;
-  try {
-    LearnRun();
-  } catch (const Error&) {
-    // The next save asks again; the operator is to hear of what failed first.
-  }
 }
 
 void DocumentForm::UpdateDocument() {
@@ -403,8 +381,8 @@ void DocumentForm::Busy(const char* text) {
   LblInf.Repaint();
 }
 
-std::string DocumentForm::Amount(std::int32_t thousandths) const {
-  return session_.Format().FormatNumber(thousandths / double{scale::kDocument}, 2);
+std::string DocumentForm::Amount(std::int64_t thousandths) const {
+  return session_.Format().FormatNumber(static_cast<double>(thousandths) / scale::kDocument, 2);
 }
 
 std::int32_t DocumentForm::ToThousandths(const Cell& cell, int sign) {

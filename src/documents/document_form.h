@@ -28,9 +28,10 @@ struct DocumentServices {
 /// kDocumentKinds, a definition of its window and a class that says where its lines live. There is one form per kind,
 /// so one document of each kind can be open.
 ///
-/// A save is a row of statements without a transaction; after a failure between them saving again writes head and
-/// register rows anew. Texts go into the statements as typed: an apostrophe fails the save, and the document stays open
-/// to be mended.
+/// Saving, posting and taking out are rows of statements without a transaction. Whatever fails between them, saving and
+/// posting again writes head, register rows and balances anew; nothing about a failure is remembered but the head that
+/// was written and whose number never came. A document counts as posted only after all of its posting has run. Texts go
+/// into the statements as typed: an apostrophe fails the save, and the document stays open to be mended.
 class DocumentForm : public Form {
  public:
   // Set by who opens the form.
@@ -41,7 +42,7 @@ class DocumentForm : public Form {
   std::string DocPrim;
 
   bool DocOpen = false;     ///< from the opening of the lines until the form is unloaded
-  std::int32_t DocSum = 0;  ///< thousandths
+  std::int64_t DocSum = 0;  ///< thousandths; shown whatever it is, saved only where JOURNAL.SUMM holds it
 
   const DocumentKind& Kind() const { return kind_; }
 
@@ -68,15 +69,17 @@ class DocumentForm : public Form {
   std::optional<Menu> mnuUnRun;
   std::optional<Menu> mnuRegistr;
 
-  /// Adds a line of product `cod`; `kol` and `price` are thousandths. Nothing for a code that the catalogue lacks, and
-  /// when no document is open. Throws DatabaseError, OverflowError.
+  /// Adds a line of product `cod`, which becomes the current one; `kol` and `price` are thousandths. Nothing for a code
+  /// that the catalogue lacks, when no document is there and when it is posted; a line that the document's sum can't
+  /// hold is refused with a message. Throws DatabaseError, OverflowError.
   virtual void BroadcastReciever(std::int32_t cod, std::int32_t kol, std::int32_t price) = 0;
 
   /// Computes the document's sum from its lines and shows it. Throws DatabaseError.
   virtual void SumRefresh() = 0;
 
-  /// Reads the lines again, after a file was loaded into them. Throws DatabaseError.
-  void RefreshLines();
+  /// Leaves the document as CancelButton does, with its question; harmless for a form that shows none. When the
+  /// document can't be saved the form stays. Throws DatabaseError.
+  void Leave();
 
  protected:
   DocumentForm(Desktop& desktop, const DocumentKind& kind, const DocumentServices& services);
@@ -98,12 +101,15 @@ class DocumentForm : public Form {
   virtual void DeleteLineStatement(std::int64_t id) = 0;
   /// JOURNAL's row of a new document: the statement, behind its date and control number.
   virtual std::string InsertHeadStatement(const std::string& date, const std::string& control) = 0;
-  virtual std::string FindHeadStatement(const std::string& control) const;
+  /// By what a head is found again right after it was written.
+  virtual std::string HeadCondition(const std::string& control) const;
   virtual std::string UpdateHeadStatement(const std::string& date) = 0;
   /// The date of a new document that none was chosen for.
   virtual void TakePresentDate();
-  /// The document has got its number: lines that lived under -1 move there.
-  virtual void TakeNumber() {}
+  /// The document has its number: lines that still stand under -1 move there.
+  virtual void MoveLines() {}
+  /// The journal says that a document whose rows are written anew isn't posted; a posting may have broken off.
+  virtual void TakeOut();
   virtual void WriteRegister(const std::string& date) = 0;
   /// Posts the saved document, asked and agreed to.
   virtual void PostSaved(const std::string& date);
@@ -117,11 +123,6 @@ class DocumentForm : public Form {
   virtual const char* UpdateTail() const { return ""; }
 
   void SaveDocument(bool post);
-  /// Brings lines that still stand under -1, since the last save broke off there, to the document's number. Called
-  /// before anything is done to them. Throws DatabaseError.
-  void MoveLines();
-  /// Computes the document's sum; what fails here is computed again before the next save. Throws DatabaseError.
-  void CountSum();
   virtual void RunIndicator(bool run);
 
   // For the kinds' own use.
@@ -135,15 +136,29 @@ class DocumentForm : public Form {
   /// ID of the current line; nothing without one.
   std::optional<std::int64_t> CurrentId() const;
   bool HasLines() const { return lines_.RecordCount() > 0; }
-  /// Opens the lines by `sql` and binds them to the grid; DocOpen from here on.
-  void OpenLinesBy(const std::string& sql);
+  /// Reads the lines by `sql`, and their sum; DocOpen from here on. The grid opens on its last row and keeps its row
+  /// when they are read again. Lines whose sum can't be computed are closed again, and read before anything is done to
+  /// them. Throws DatabaseError.
+  void ReadLines(const std::string& sql);
+  void RefreshLines() { ReadLines(lines_sql_); }
+  /// The same after lines were added, of which the last becomes the current one.
+  void ShowAddedLines();
+  /// Reads what couldn't be read before, the whole document where it never was. Called before anything is done to the
+  /// lines: without them a save would empty the register. Throws DatabaseError.
+  void RequireLines();
+  /// Is a line to be added? Not to a posted document, over which the picker may stay open.
+  bool TakesLines();
+  /// Does JOURNAL.SUMM hold `sum`? Else the operator is told that `what` hasn't happened.
+  bool SumFits(std::int64_t sum, const char* what);
   /// Calls `visit(row, cod)` for each line, but for one with the code of the line before it.
   void ForEachProduct(const std::function<void(int row, std::int32_t cod)>& visit);
   void Busy(const char* text);
-  std::string Amount(std::int32_t thousandths) const;
+  std::string Amount(std::int64_t thousandths) const;
   static std::int32_t ToThousandths(const Cell& cell, int sign = 1);
   /// Asks quantity and price of a line again; on OK it is added as a new one.
   void AskFor(const KnownProduct& product) { dialog_.AskFor(product, kind_.number); }
+
+  static constexpr const char* kNotAdded = "Строка НЕ добавлена.";
 
   const DocumentKind& kind_;
   Session& session_;
@@ -151,14 +166,8 @@ class DocumentForm : public Form {
   Recordset lines_;
 
  private:
-  /// Reads lines and computes a sum that failed before. Throws Error when the document was never opened, DatabaseError.
-  void RequireLines();
-  /// Posting, or taking it back, broke off on the way: the journal says whether the document counts as posted, and so
-  /// does the form from now on. It is put right by taking it out and posting it again. Throws DatabaseError.
-  void LearnRun();
-  void LearnRunInSpite();
   void EditLine();
-  void StandOn(int row);
+  void OpenDocument();
   void Form_Activate();
   void Form_Unload();
   void CmdPlus_Click();
@@ -170,10 +179,8 @@ class DocumentForm : public Form {
   void AskAndPost();
   bool InsertHead();
 
-  std::string find_head_;       ///< finds the head that was written last and whose number isn't known yet
-  bool sum_known_ = false;      ///< DocSum is that of the lines
-  bool run_known_ = true;       ///< DocRun is what the journal says
-  bool lines_to_move_ = false;  ///< the head is saved, TakeNumber not done yet: the next save does it
+  std::string head_in_doubt_;  ///< condition of a head that may have been written and whose number never came
+  std::string lines_sql_;
   ProductPicker& picker_;
   QuantityDialog& dialog_;
   frmRegistr& movements_;

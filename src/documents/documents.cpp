@@ -49,6 +49,7 @@ void Documents::OpenNew(std::uint8_t kind) {
     desktop_.MsgBox(form.Kind().open_already);
     return;
   }
+  form.Leave();  // one that couldn't be opened leaves nothing to the new one
   form.DocId = -1;
   form.DocDate.reset();
   form.DocKlient = form.DocPrim = "";

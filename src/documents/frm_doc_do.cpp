@@ -25,6 +25,7 @@ constexpr const char* kSold =
     " DATETIME >= '{}' AND DATETIME < '{}' GROUP BY `Код`,`Цена`,`ДКарта` ORDER BY `Код`";
 
 constexpr int kHours = 24;
+constexpr const char* kNotGathered = "Продажи НЕ выбраны.";
 
 std::string TwoDigits(int hour) {
   return Right("0" + std::to_string(hour), 2);
@@ -142,6 +143,7 @@ void frmDocDO::Gather(const std::string& from, const std::string& to) {
     TheDesktop().MsgBox("Нет продаж!", BoxIcon::kCritical);
     return;
   }
+  if (!SalesFit(sold)) return IgnoreFailure([this] { GetNewTableDoc(); });
   for (; !sold.Eof(); sold.MoveNext()) {
     IgnoreFailure([&] {
       session_.Write(
@@ -154,6 +156,18 @@ void frmDocDO::Gather(const std::string& from, const std::string& to) {
   LblInf.Caption = "";
   RUNButton.Enabled = true;
   mnuRun->Enabled = true;
+}
+
+bool frmDocDO::SalesFit(const Recordset& sold) {
+  std::int64_t sum = 0;
+  for (int row = 1; row <= sold.RecordCount(); ++row) {
+    for (const int field : {2, 3, 4}) {
+      const Cell number = sold.At(row, field);
+      if (!number.IsNull() && !SumFits(number.Int(), kNotGathered)) return false;
+    }
+    if (!sold.At(row, 4).IsNull()) sum += sold.At(row, 4).Int();
+  }
+  return SumFits(sum, kNotGathered);
 }
 
 std::string frmDocDO::InsertHeadStatement(const std::string&, const std::string& control) {

@@ -37,6 +37,8 @@ class frmDocDO final : public LineDocument {
   void OpenCalendar();
   void CmdDat_Click();
   void Gather(const std::string& from, const std::string& to);
+  /// Do the document's lines and its sum hold what was sold? Else the operator is told.
+  bool SalesFit(const Recordset& sold);
 
   std::string ReportDate() const;
   /// The shift's first hour; 0 where Combo1 holds no number.

@@ -29,15 +29,22 @@ constexpr std::array<Place, 4> kPlaces = {{{"Бар", " WHERE N2=0"},
 /// How much of a new document's note the journal takes, behind the moment of the count.
 constexpr std::size_t kNewNote = 24;
 
+std::int32_t RetailOf(const Cell& prise) {
+  return prise.IsNull() ? 0 : ToInt32(prise.Number() * scale::kPriceToDocument);
+}
+
 }  // namespace
 
 frmDocIN::frmDocIN(Desktop& desktop, const DocumentServices& services)
-    : DocumentForm(desktop, kDocumentKinds[kind::kInventory], services) {
+    : OwnLinesDocument(desktop, kDocumentKinds[kind::kInventory], services, "DOCINVENT", kLines) {
   Load = [this] { Form_Load(); };
   CmdDat.Click = [this] { CmdDat_Click(); };
   CmdClear.Click = [this] { CmdClear_Click(); };
   CmdClearFakt.Click = [this] { CmdClearFakt_Click(); };
-  CmdDownlFakt.Click = [this] { LoadCounts(); };
+  CmdDownlFakt.Click = [this] {
+    RequireLines();
+    LoadCounts();
+  };
   CmdExportFakt.Click = [this] { ExportLines(lines_); };
   Complete();
 }
@@ -57,10 +64,9 @@ void frmDocIN::PrepareNew() {
 }
 
 void frmDocIN::OpenLines(std::int32_t doc) {
-  OpenLinesBy(kLines + std::to_string(doc));
   // Filling and loading work on the copy of a new document; a saved one is counted line by line.
   for (Button* button : {&CmdDat, &CmdClear, &CmdClearFakt, &CmdDownlFakt}) button->Enabled = doc == -1;
-  CountSum();
+  OwnLinesDocument::OpenLines(doc);
 }
 
 void frmDocIN::FormatGrid() {
@@ -81,8 +87,8 @@ void frmDocIN::SumRefresh() {
       fmt::format("SELECT SUM((KOL-OST)*PRC/1000),SUM((KOL-OST)*PRCR/1000),SUM(KOL*PRC/1000),SUM(KOL*PRCR/1000) FROM "
                   "DOCINVENT WHERE "
                   "DOC={}",
-                  DocId));
-  const auto sum = [&](int field) { return sums.IsNull(field) ? 0 : ToInt32(sums.Field(field).Number()); };
+                  LinesDoc()));
+  const auto sum = [&](int field) { return sums.IsNull(field) ? 0 : sums.Field(field).Int(); };
   DocSum = sum(1);
   LblSum->Caption = Amount(sum(0));
   LblSumR.Caption = Amount(DocSum);
@@ -91,8 +97,7 @@ void frmDocIN::SumRefresh() {
 }
 
 void frmDocIN::CmdDat_Click() {
-  MoveLines();
-  if (!CmdDat.Enabled()) return;
+  RequireLines();
   Busy("обработка запроса...");
   std::string sql = "SELECT DISTINCT COD,NAME,PRISE FROM TOVAR";
   for (const Place& place : kPlaces) {
@@ -105,7 +110,8 @@ void frmDocIN::CmdDat_Click() {
     const std::int32_t ost = stock_.GetOstNow(cod);
     if (ost == 0) continue;
     // An uncounted product shows no difference. Filling twice adds the products twice.
-    AddLine(cod, products.Field("NAME").TextOrEmpty(), ost, ost, stock_.GetPurchasePrice(cod), products.Field("PRISE"));
+    AddLine(cod, products.Field("NAME").TextOrEmpty(), ost, ost, stock_.GetPurchasePrice(cod),
+            RetailOf(products.Field("PRISE")));
   }
   RefreshLines();
   LblInf.Caption = "";
@@ -113,18 +119,15 @@ void frmDocIN::CmdDat_Click() {
 }
 
 void frmDocIN::AddLine(std::int32_t cod, const std::string& name, std::int32_t ost, std::int32_t kol,
-                       std::int32_t price, const Cell& prise) {
-  const std::int32_t retail = prise.IsNull() ? 0 : ToInt32(prise.Number() * scale::kPriceToDocument);
+                       std::int32_t price, std::int32_t retail) {
   session_.Write(fmt::format("INSERT INTO DOCINVENT (COD,NAME,OST,KOL,PRC,PRCR,DOC) VALUES ({},'{}',{},{},{},{},{})",
-                             cod, name, ost, kol, price, retail, DocId));
+                             cod, name, ost, kol, price, retail, LinesDoc()));
 }
 
 void frmDocIN::BroadcastReciever(std::int32_t cod, std::int32_t kol, std::int32_t price) {
-  // The picker stays open over a document that has been posted meanwhile.
-  if (!DocOpen || DocRun) return;
-  MoveLines();
+  if (!TakesLines()) return;
   Recordset product;
-  session_.BindSet(product, fmt::format("SELECT COD,NAME FROM DOCINVENT WHERE DOC={} AND COD={}", DocId, cod));
+  session_.BindSet(product, fmt::format("SELECT COD,NAME FROM DOCINVENT WHERE DOC={} AND COD={}", LinesDoc(), cod));
   if (product.RecordCount() > 0) {
     TheDesktop().MsgBox(fmt::format("Товар {} уже выбран в документе!!! ", product.Field("NAME").TextOrEmpty()),
                         BoxIcon::kCritical);
@@ -133,42 +136,42 @@ void frmDocIN::BroadcastReciever(std::int32_t cod, std::int32_t kol, std::int32_
   session_.BindSet(product, fmt::format("SELECT DISTINCT COD,NAME,PRISE FROM TOVAR WHERE COD={}", cod));
   if (product.RecordCount() == 0) return;
   if (price == 0) price = stock_.GetPurchasePrice(cod);
-  AddLine(cod, product.Field("NAME").TextOrEmpty(), stock_.GetOstNow(cod), kol, price, product.Field("PRISE"));
-  RefreshLines();
-  Session::ShowLastRow(lines_);
+  const std::int32_t ost = stock_.GetOstNow(cod);
+  const std::int32_t retail = RetailOf(product.Field("PRISE"));
+  if (!CountFits(ost, ost, kol, price, retail, kNotAdded)) return;
+  AddLine(cod, product.Field("NAME").TextOrEmpty(), ost, kol, price, retail);
+  ShowAddedLines();
 }
 
-void frmDocIN::ChangeLine() {
-  const std::optional<std::int64_t> id = CurrentId();
-  if (!id) return;
-  const std::string answer = TheDesktop().InputBox(
-      fmt::format("{}\r\rучётный остаток = {}", DataGrid7.CurrentText("Name"), DataGrid7.CurrentText("Balance")),
-      "Кол-во ФАКТ");
-  if (answer.empty()) return;
-  const std::optional<double> count = session_.Format().ParseNumber(answer);
-  if (!count) {
-    TheDesktop().MsgBox("введите числовое значение!", BoxIcon::kCritical);
+std::string frmDocIN::Question() const {
+  return fmt::format("{}\r\rучётный остаток = {}", DataGrid7.CurrentText("Name"), DataGrid7.CurrentText("Balance"));
+}
+
+void frmDocIN::ChangeTo(std::int64_t id, std::string_view answer) {
+  const std::int32_t kol = ToInt32(session_.Format().ToNumber(answer) * scale::kDocument);
+  const auto shown = [this](const char* column) { return ToThousandths(lines_.Field(column)); };
+  if (!CountFits(shown("Balance"), shown("Actual"), kol, shown("Purshase"), shown("Retail"), "Количество НЕ изменено."))
     return;
-  }
-  session_.Write(fmt::format("UPDATE DOCINVENT SET KOL={} WHERE DOC={} AND ID={}", ToInt32(*count * scale::kDocument),
-                             DocId, *id));
-  RefreshLines();
+  session_.Write(fmt::format("UPDATE DOCINVENT SET KOL={} WHERE DOC={} AND ID={}", kol, LinesDoc(), id));
 }
 
-void frmDocIN::DeleteLineStatement(std::int64_t id) {
-  session_.Write(fmt::format("DELETE FROM DOCINVENT WHERE DOC={} AND ID={}", DocId, id));
+bool frmDocIN::CountFits(std::int64_t ost, std::int64_t old_kol, std::int64_t kol, std::int64_t prc, std::int64_t prcr,
+                         const char* what) {
+  const auto value = [ost](std::int64_t count, std::int64_t price) {
+    return static_cast<std::int64_t>(static_cast<double>(count - ost) / scale::kDocument * static_cast<double>(price));
+  };
+  return SumFits(kol - ost, what) && SumFits(value(kol, prc), what) &&
+         SumFits(DocSum - value(old_kol, prcr) + value(kol, prcr), what);
 }
 
 void frmDocIN::CmdClear_Click() {
-  MoveLines();
-  if (!CmdClear.Enabled()) return;
-  session_.Write(fmt::format("DELETE FROM DOCINVENT WHERE DOC={}", DocId));
+  RequireLines();
+  session_.Write(fmt::format("DELETE FROM DOCINVENT WHERE DOC={}", LinesDoc()));
   RefreshLines();
 }
 
 void frmDocIN::CmdClearFakt_Click() {
-  MoveLines();
-  if (!CmdClearFakt.Enabled()) return;
+  RequireLines();
   // Once would do; once for each line is what it has always been, and does no harm.
   for (int line = 1; line <= lines_.RecordCount(); ++line) session_.Write("UPDATE DOCINVENT SET KOL=0 WHERE DOC=-1");
   RefreshLines();
@@ -210,11 +213,6 @@ std::string frmDocIN::UpdateHeadStatement(const std::string& date) {
   return fmt::format("UPDATE JOURNAL SET SUMM={},PRIM='{}',DATEDOC='{}' WHERE ID={}", DocSum, PrimText(), date, DocId);
 }
 
-void frmDocIN::TakeNumber() {
-  session_.Write(fmt::format("UPDATE DOCINVENT SET DOC={} WHERE DOC=-1", DocId));
-  OpenLines(DocId);
-}
-
 void frmDocIN::WriteRegister(const std::string& date) {
   session_.Write(fmt::format("DELETE FROM REGISTR WHERE DOC={}", DocId));
   for (int row = 1; row <= lines_.RecordCount(); ++row) {
@@ -227,10 +225,6 @@ void frmDocIN::WriteRegister(const std::string& date) {
                     DocId, ToInt32(lines_.At(row, 0).Number()), ToThousandths(difference),
                     ToThousandths(lines_.At(row, lines_.FieldIndex("DiffPurshase"))), date));
   }
-}
-
-void frmDocIN::DeleteWorkingCopy() {
-  session_.Write("DELETE FROM DOCINVENT WHERE DOC=-1");
 }
 
 }  // namespace zrt

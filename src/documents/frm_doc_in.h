@@ -1,12 +1,12 @@
 #pragma once
 
-#include "documents/document_form.h"
+#include "documents/own_lines_document.h"
 
 namespace zrt {
 
 /// The inventory: compares the book balance with a count; posting brings the register to the count by the differences.
 /// Its lines live in DOCINVENT for good, those of a new document under DOC=-1.
-class frmDocIN final : public DocumentForm {
+class frmDocIN final : public OwnLinesDocument {
  public:
   frmDocIN(Desktop& desktop, const DocumentServices& services);
 
@@ -26,6 +26,8 @@ class frmDocIN final : public DocumentForm {
   std::function<void(const Recordset& lines)> ExportLines;
 
   void BroadcastReciever(std::int32_t cod, std::int32_t kol, std::int32_t price) override;
+  /// Reads the lines again after counts were loaded from a file. Throws DatabaseError.
+  void RefreshRS7in() { ShowAddedLines(); }
   /// Four results, in thousandths as they are shown; that in retail prices is the document's sum.
   void SumRefresh() override;
 
@@ -33,14 +35,13 @@ class frmDocIN final : public DocumentForm {
   void PrepareNew() override;
   void OpenLines(std::int32_t doc) override;
   void FormatGrid() override;
-  void ChangeLine() override;
-  void DeleteLineStatement(std::int64_t id) override;
+  void ChangeTo(std::int64_t id, std::string_view answer) override;
+  std::string Question() const override;
+  const char* QuestionTitle() const override { return "Кол-во ФАКТ"; }
   std::string InsertHeadStatement(const std::string& date, const std::string& control) override;
   std::string UpdateHeadStatement(const std::string& date) override;
   void TakePresentDate() override;
-  void TakeNumber() override;
   void WriteRegister(const std::string& date) override;
-  void DeleteWorkingCopy() override;
   void MonthClicked() override;
 
  private:
@@ -49,7 +50,11 @@ class frmDocIN final : public DocumentForm {
   void CmdClear_Click();
   void CmdClearFakt_Click();
   void AddLine(std::int32_t cod, const std::string& name, std::int32_t ost, std::int32_t kol, std::int32_t price,
-               const Cell& prise);
+               std::int32_t retail);
+  /// Do difference and sums hold a count of `kol` where `old_kol` was, in thousandths? Else the operator is told that
+  /// `what` hasn't happened. `prc` and `prcr` are the purchase and the retail price.
+  bool CountFits(std::int64_t ost, std::int64_t old_kol, std::int64_t kol, std::int64_t prc, std::int64_t prcr,
+                 const char* what);
   /// The end of `day` (today without one) or the present time on it, as the operator answers.
   void SetDay(const std::optional<Date>& day);
 };

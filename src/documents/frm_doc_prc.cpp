@@ -18,12 +18,8 @@ constexpr std::size_t kNewNote = 24;
 }  // namespace
 
 frmDocPRC::frmDocPRC(Desktop& desktop, const DocumentServices& services)
-    : DocumentForm(desktop, kDocumentKinds[kind::kPriceChange], services) {
+    : OwnLinesDocument(desktop, kDocumentKinds[kind::kPriceChange], services, "DOCPRICE", kLines) {
   Complete();
-}
-
-void frmDocPRC::OpenLines(std::int32_t doc) {
-  OpenLinesBy(kLines + std::to_string(doc));
 }
 
 void frmDocPRC::FormatGrid() {
@@ -39,37 +35,24 @@ const char* frmDocPRC::BarcodeQuery() const {
 }
 
 void frmDocPRC::BroadcastReciever(std::int32_t cod, std::int32_t, std::int32_t price) {
-  if (!DocOpen || DocRun) return;
-  MoveLines();
+  if (!TakesLines()) return;
   Recordset& product = session_.ReadOne(fmt::format("SELECT DISTINCT COD,NAME,PRISE FROM TOVAR WHERE COD={}", cod));
   if (product.RecordCount() == 0) return;
   const double prise = product.Field("PRISE").IsNull() ? 0 : product.Field("PRISE").Number();
   const std::int32_t old_price = ToInt32(prise * scale::kPriceToDocument);
   session_.Write(fmt::format("INSERT INTO DOCPRICE (COD,NAME,PRC1,PRC2,DOC) VALUES ({},'{}',{},{},{})", cod,
-                             product.Field("NAME").TextOrEmpty(), old_price, price == 0 ? old_price : price, DocId));
-  RefreshLines();
-  Session::ShowLastRow(lines_);
+                             product.Field("NAME").TextOrEmpty(), old_price, price == 0 ? old_price : price,
+                             LinesDoc()));
+  ShowAddedLines();
 }
 
-void frmDocPRC::ChangeLine() {
-  const std::optional<std::int64_t> id = CurrentId();
-  if (!id) return;
-  const std::string answer = TheDesktop().InputBox(
-      fmt::format("{}\r\rстарая цена = {}", DataGrid7.CurrentText("Name"), DataGrid7.CurrentText("OldPrice")),
-      "НОВАЯ ЦЕНА");
-  if (answer.empty()) return;
-  const std::optional<double> price = session_.Format().ParseNumber(answer);
-  if (!price) {
-    TheDesktop().MsgBox("введите числовое значение!", BoxIcon::kCritical);
-    return;
-  }
-  session_.Write(fmt::format("UPDATE DOCPRICE SET PRC2={} WHERE DOC={} AND ID={}", ToInt32(*price * scale::kDocument),
-                             DocId, *id));
-  RefreshLines();
+std::string frmDocPRC::Question() const {
+  return fmt::format("{}\r\rстарая цена = {}", DataGrid7.CurrentText("Name"), DataGrid7.CurrentText("OldPrice"));
 }
 
-void frmDocPRC::DeleteLineStatement(std::int64_t id) {
-  session_.Write(fmt::format("DELETE FROM DOCPRICE WHERE DOC={} AND ID={}", DocId, id));
+void frmDocPRC::ChangeTo(std::int64_t id, std::string_view answer) {
+  session_.Write(fmt::format("UPDATE DOCPRICE SET PRC2={} WHERE DOC={} AND ID={}",
+                             ToInt32(session_.Format().ToNumber(answer) * scale::kDocument), LinesDoc(), id));
 }
 
 std::string frmDocPRC::InsertHeadStatement(const std::string& date, const std::string& control) {
@@ -79,17 +62,12 @@ std::string frmDocPRC::InsertHeadStatement(const std::string& date, const std::s
       date, PrimText(kNewNote), control);
 }
 
-std::string frmDocPRC::FindHeadStatement(const std::string& control) const {
-  return fmt::format("SELECT ID, DATEDOC FROM JOURNAL WHERE DTYPE='Переоценка' AND CNTRL={}", control);
+std::string frmDocPRC::HeadCondition(const std::string& control) const {
+  return fmt::format("DTYPE='Переоценка' AND CNTRL={}", control);
 }
 
 std::string frmDocPRC::UpdateHeadStatement(const std::string& date) {
   return fmt::format("UPDATE JOURNAL SET PRIM='{}',DATEDOC='{}' WHERE ID={}", PrimText(), date, DocId);
-}
-
-void frmDocPRC::TakeNumber() {
-  session_.Write(fmt::format("UPDATE DOCPRICE SET DOC={} WHERE DOC=-1", DocId));
-  OpenLines(DocId);
 }
 
 void frmDocPRC::PostSaved(const std::string&) {
@@ -102,10 +80,6 @@ void frmDocPRC::UpdateDocument() {
     const double price = lines_.At(row, lines_.FieldIndex("NewPrice")).Number();
     session_.Write(fmt::format("UPDATE TOVAR SET PRISE={} WHERE COD={}", ToInt32(price * scale::kTovarPrise), cod));
   });
-}
-
-void frmDocPRC::DeleteWorkingCopy() {
-  session_.Write("DELETE FROM DOCPRICE WHERE DOC=-1");
 }
 
 }  // namespace zrt

@@ -61,6 +61,7 @@ void JournalTab::OpenDocument() {
     form_.TheDesktop().MsgBox(form->Kind().open_already_in_journal);
     return;
   }
+  if (form->IsLoaded() && !LeaveFor(journal.Field("Num").Text(), *form)) return;
   form->DocRun = !journal.Field("Entry").TextOrEmpty().empty();
   form->DocId = ToInt32(journal.Field("Num").Number());
   form->DocDate.reset();
@@ -70,9 +71,21 @@ void JournalTab::OpenDocument() {
   form->Show();
 }
 
+bool JournalTab::LeaveFor(const std::string& number, DocumentForm& form) {
+  form.Leave();
+  if (form.IsLoaded()) return false;
+  // The document that was left may be this very one: its row has what was saved a moment ago.
+  Recordset& journal = session_.Pool().RsJournal;
+  Refresh();
+  if (journal.RecordCount() == 0) return false;
+  journal.MoveFirst();
+  journal.Find("Num = " + number);
+  return !journal.Eof();
+}
+
 bool JournalTab::PasswordIsRight(const char* title) {
   Desktop& desktop = form_.TheDesktop();
-  if (desktop.InputBox("Введите пароль системного администратора", title) == kAdministratorPassword) return true;
+  if (desktop.AskPassword("Введите пароль системного администратора", title) == kAdministratorPassword) return true;
   desktop.MsgBox("Пароль неверный!", BoxIcon::kCritical);
   return false;
 }

@@ -31,6 +31,10 @@ class JournalTab {
 
  private:
   void OpenDocument();
+  /// An open outgoing invoice doesn't keep others shut, and a document that couldn't be opened keeps nothing shut:
+  /// `form` leaves what it shows, as closing does, and the journal stands on document `number` again. False when the
+  /// form stays or the document is gone.
+  bool LeaveFor(const std::string& number, DocumentForm& form);
   bool PasswordIsRight(const char* title);
   void ShowNewest();
   void FormatJournalGrid();

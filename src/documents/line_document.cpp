@@ -52,8 +52,7 @@ void LineDocument::OpenLines(std::int32_t doc) {
 }
 
 void LineDocument::GetNewTableDoc() {
-  OpenLinesBy(fmt::format("{}{}", rules_.grid_query, Kind().number));
-  CountSum();
+  ReadLines(fmt::format("{}{}", rules_.grid_query, Kind().number));
 }
 
 void LineDocument::GetTableDoc(std::int32_t doc) {
@@ -91,7 +90,7 @@ void LineDocument::FormatGrid() {
 
 void LineDocument::SumRefresh() {
   const Recordset& sum = session_.ReadOne(fmt::format("SELECT SUM(COST) FROM DOCUMENT WHERE TYP={}", Kind().number));
-  DocSum = sum.IsNull(0) ? 0 : ToInt32(sum.Field(0).Number());
+  DocSum = sum.IsNull(0) ? 0 : sum.Field(0).Int();
   LblSum->Caption = Amount(DocSum);
 }
 
@@ -101,13 +100,14 @@ const char* LineDocument::BarcodeQuery() const {
 }
 
 void LineDocument::BroadcastReciever(std::int32_t cod, std::int32_t kol, std::int32_t price) {
-  // The picker stays open over a document that has been posted meanwhile.
-  if (!DocOpen || DocRun) return;
+  if (!TakesLines()) return;
   Recordset product;
   session_.BindSet(product, fmt::format("SELECT DISTINCT COD,NAME,PRISE FROM TOVAR WHERE COD={}", cod));
   if (product.RecordCount() == 0) return;
   if (price == 0 && rules_.zero_price_is_purchase) price = stock_.GetPurchasePrice(cod);
-  const std::int32_t cost = ToInt32(price / 1000.0 * kol);
+  const double exact_cost = RoundHalfEven(price / 1000.0 * kol);
+  const auto cost = static_cast<std::int64_t>(exact_cost);
+  if (!SumFits(cost, kNotAdded) || !SumFits(DocSum + cost, kNotAdded)) return;
   const std::string line = fmt::format("{},'{}',{},{},{}", cod, product.Field("NAME").TextOrEmpty(), kol, price, cost);
   if (rules_.fills_rez) {
     const double prise = product.Field("PRISE").IsNull() ? 0 : product.Field("PRISE").Number();
@@ -117,8 +117,7 @@ void LineDocument::BroadcastReciever(std::int32_t cod, std::int32_t kol, std::in
     session_.Write(
         fmt::format("INSERT INTO DOCUMENT (COD,NAME,KOL,PRISE,COST,TYP) VALUES ({},{})", line, Kind().number));
   }
-  RefreshLines();
-  Session::ShowLastRow(lines_);
+  ShowAddedLines();
 }
 
 void LineDocument::ChangeLine() {
@@ -191,7 +190,10 @@ frmDocSP::frmDocSP(Desktop& desktop, const DocumentServices& services)
 TransferDocument::TransferDocument(Desktop& desktop, const DocumentKind& kind, const DocumentServices& services,
                                    const LineRules& rules)
     : LineDocument(desktop, kind, services, rules) {
-  CmdDownl.Click = [this] { LoadFromFile(); };
+  CmdDownl.Click = [this] {
+    RequireLines();
+    LoadFromFile();
+  };
 }
 
 void TransferDocument::RunIndicator(bool run) {

@@ -86,11 +86,17 @@ class TransferDocument : public LineDocument {
 class frmDocPERplus final : public TransferDocument {
  public:
   frmDocPERplus(Desktop& desktop, const DocumentServices& services);
+
+  /// Reads the lines again after a file was loaded into them. Throws DatabaseError.
+  void RefreshRS7prp() { ShowAddedLines(); }
 };
 
 class frmDocPERmin final : public TransferDocument {
  public:
   frmDocPERmin(Desktop& desktop, const DocumentServices& services);
+
+  /// The same for goods that go out. Throws DatabaseError.
+  void RefreshRS7prm() { ShowAddedLines(); }
 };
 
 }  // namespace zrt

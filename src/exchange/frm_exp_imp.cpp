@@ -261,7 +261,7 @@ void frmExpImp::CmdConn_Click() {
 
 void frmExpImp::CmdClrRez_Click() {
   const std::string password =
-      TheDesktop().InputBox("Для отмены статуса РЕЗЕРВНЫЙ для текущего сервера введите пароль администратора:");
+      TheDesktop().AskPassword("Для отмены статуса РЕЗЕРВНЫЙ для текущего сервера введите пароль администратора:");
   if (password != kAdministratorPassword) return;
   const BoxAnswer answer =
       TheDesktop().MsgBox("Подтвердите отмену статуса РЕЗЕРВНЫЙ для текущего сервера!\nпрограмма будет закрыта",

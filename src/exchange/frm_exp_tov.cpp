@@ -67,8 +67,8 @@ void frmExpTov::CmdExport_Click() {
     ProgressBar1.Value = row;
   }
   file.Close();
-  TheDesktop().MsgBox(fmt::format("Выгрузка остатков в файл {}\nуспешно завершена!", path), BoxIcon::kNone,
-                      BoxButtons::kOk, "DESKOR");
+  TheDesktop().TellWritten(
+      {.text = fmt::format("Выгрузка остатков в файл {}\nуспешно завершена!", path), .title = "DESKOR"}, path);
   ProgressBar1.Value = 0;
 }
 

@@ -83,7 +83,7 @@ void frmImpTov::CmdRun_Click() {
     default:
       break;
   }
-  if (TheDesktop().InputBox("Введите пароль администратора:") != kAdministratorPassword) {
+  if (TheDesktop().AskPassword("Введите пароль администратора:") != kAdministratorPassword) {
     TheDesktop().MsgBox("Пароль неверный!");
     return;
   }

@@ -172,7 +172,7 @@ void FormCopy::CmdExportMenu_Click() {
     file.Line(fmt::format("{},{}", keys.At(row, 0).Int(), keys.At(row, 1).Int()));
   }
   file.Close();
-  TheDesktop().MsgBox(fmt::format("Выгружен файл '{}'", kLayoutFile));
+  TheDesktop().TellWritten({.text = fmt::format("Выгружен файл '{}'", kLayoutFile)}, kLayoutFile);
 }
 
 void FormCopy::CmdImportMenu_Click() {

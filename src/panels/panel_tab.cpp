@@ -42,31 +42,7 @@ bool IsDigit(const std::string& character) {
 }  // namespace
 
 PanelTab::PanelTab(Form& form, Session& session, FormCopy& copying)
-    : FrameSensor(form, "FrameSensor"),
-      CmdM(ControlArray<Button, 30>(form, "CmdM", 1)),
-      DataGrid12(form, "DataGrid12"),
-      Option1(ControlArray<OptionButton, 12>(form, "Option1", 1)),
-      Option2(ControlArray<OptionButton, 3>(form, "Option2", 1)),
-      Label1(form, "Label1"),
-      Label2(form, "Label2"),
-      Label5(form, "Label5"),
-      Label11(form, "Label11"),
-      Label12(form, "Label12"),
-      Label13(form, "Label13"),
-      Label17(form, "Label17"),
-      TextName(form, "TextName"),
-      CmdName(form, "CmdName"),
-      TextMenu(form, "TextMenu"),
-      CmdMenu(form, "CmdMenu"),
-      Text6(form, "Text6"),
-      CmdOk1(form, "CmdOk1"),
-      CmdClr(form, "CmdClr"),
-      CmdClrAll(form, "CmdClrAll"),
-      CmdCopyAll(form, "CmdCopyAll"),
-      form_(form),
-      session_(session),
-      copying_(copying),
-      selected_from_(&DataGrid12) {
+    : FormSection(form), session_(session), copying_(copying), selected_from_(&DataGrid12) {
   for (std::size_t panel = 1; panel <= Option1.size(); ++panel) {
     Option1[panel - 1].Click = [this, panel] { Option1_Click(static_cast<std::uint8_t>(panel)); };
   }
@@ -381,7 +357,7 @@ void PanelTab::StoreCode(std::int32_t code) {
 }
 
 void PanelTab::Complain(const std::string& text) {
-  form_.TheDesktop().MsgBox(text, BoxIcon::kCritical, BoxButtons::kOk, "ZASTAVA");
+  TheDesktop().MsgBox(text, BoxIcon::kCritical, BoxButtons::kOk, "ZASTAVA");
 }
 
 // Moving a key
@@ -402,7 +378,7 @@ void PanelTab::CmdM_DragDrop(std::size_t key) {
   if (!target.Caption().empty() || number == DragSource) return;
   target.BackColor = key_colour::kDragged;
   const BoxAnswer answer =
-      form_.TheDesktop().MsgBox("Переместить кнопку на указанное место?", BoxIcon::kQuestion, BoxButtons::kOkCancel);
+      TheDesktop().MsgBox("Переместить кнопку на указанное место?", BoxIcon::kQuestion, BoxButtons::kOkCancel);
   try {
     if (answer == BoxAnswer::kOk) MoveKey(DragSource, number);
   } catch (const DatabaseError&) {
@@ -441,8 +417,8 @@ void PanelTab::CmdName_Click() {
 // All panels at once
 
 void PanelTab::CmdClrAll_Click() {
-  Desktop& desktop = form_.TheDesktop();
-  const std::string entered = desktop.InputBox("Для очистки всех панелей введите пароль администратора:");
+  Desktop& desktop = TheDesktop();
+  const std::string entered = desktop.AskPassword("Для очистки всех панелей введите пароль администратора:");
   if (entered != kAdministratorPassword) return;
   if (desktop.MsgBox("Подтвердите очистку ВСЕХ панелей!", BoxIcon::kQuestion, BoxButtons::kOkCancel) !=
       BoxAnswer::kOk) {
@@ -455,7 +431,7 @@ void PanelTab::CmdClrAll_Click() {
 }
 
 void PanelTab::CmdCopyAll_Click() {
-  if (form_.TheDesktop().InputBox("Введите пароль администратора:") != kAdministratorPassword) return;
+  if (TheDesktop().AskPassword("Введите пароль администратора:") != kAdministratorPassword) return;
   copying_.ShowModal();
 }
 

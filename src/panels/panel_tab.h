@@ -31,31 +31,32 @@ inline constexpr Colour kDragged = 0xFF00FF;  ///< source and target of a drag
 ///
 /// The current key is the one whose colour is kSelected; RsPanels stands on its row. A key is selected, a product
 /// chosen in the catalogue or typed by its code, and Enter writes it.
-class PanelTab {
+class PanelTab : public FormSection {
  public:
   PanelTab(Form& form, Session& session, FormCopy& copying);
 
-  Frame FrameSensor;
-  std::array<Button, 30> CmdM;           ///< the keys; item k stands at index k-1
-  DataGrid DataGrid12;                   ///< the same keys with their products
-  std::array<OptionButton, 12> Option1;  ///< the panels of the menu; panel p stands at index p-1
-  std::array<OptionButton, 3> Option2;   ///< the levels
-  Label Label1;                          ///< "Меню № 1"
-  Label Label2;                          ///< "Уровень 1"
-  Label Label5;                          ///< "Панель № 1"
-  Label Label11;
-  Label Label12;
-  Label Label13;
-  Label Label17;
-  TextBox TextName;  ///< name of the panel
-  Button CmdName;
-  TextBox TextMenu;  ///< name of the menu
-  CmdKeyTrigg CmdMenu;
-  TextBox Text6;  ///< product code for the key that is selected
-  Button CmdOk1;
-  Button CmdClr;
-  Button CmdClrAll;
-  Button CmdCopyAll;
+  Frame FrameSensor{form_, "FrameSensor"};
+  std::array<Button, 30> CmdM{ControlArray<Button, 30>(form_, "CmdM", 1)};  ///< the keys; item k stands at index k-1
+  DataGrid DataGrid12{form_, "DataGrid12"};                                 ///< the same keys with their products
+  std::array<OptionButton, 12> Option1{
+      ControlArray<OptionButton, 12>(form_, "Option1", 1)};  ///< the panels of the menu; panel p stands at index p-1
+  std::array<OptionButton, 3> Option2{ControlArray<OptionButton, 3>(form_, "Option2", 1)};  ///< the levels
+  Label Label1{form_, "Label1"};                                                            ///< "Меню № 1"
+  Label Label2{form_, "Label2"};                                                            ///< "Уровень 1"
+  Label Label5{form_, "Label5"};                                                            ///< "Панель № 1"
+  Label Label11{form_, "Label11"};
+  Label Label12{form_, "Label12"};
+  Label Label13{form_, "Label13"};
+  Label Label17{form_, "Label17"};
+  TextBox TextName{form_, "TextName"};  ///< name of the panel
+  Button CmdName{form_, "CmdName"};
+  TextBox TextMenu{form_, "TextMenu"};  ///< name of the menu
+  CmdKeyTrigg CmdMenu{form_, "CmdMenu"};
+  TextBox Text6{form_, "Text6"};  ///< product code for the key that is selected
+  Button CmdOk1{form_, "CmdOk1"};
+  Button CmdClr{form_, "CmdClr"};
+  Button CmdClrAll{form_, "CmdClrAll"};
+  Button CmdCopyAll{form_, "CmdCopyAll"};
 
   /// The catalogue's grid on this tab is to be drawn again.
   std::function<void()> RefreshCatalogue;
@@ -142,7 +143,6 @@ class PanelTab {
   void PaintKey(Button& key, const Recordset& keys, std::int32_t code);
   void FormatPanelGrid();
 
-  Form& form_;
   Session& session_;
   FormCopy& copying_;
   Control* selected_from_;  ///< the key or the list in which the selected key was chosen

@@ -12,17 +12,7 @@ using Align = GridColumn::Align;
 }  // namespace
 
 CardsTab::CardsTab(Form& form, Session& session, frmDK& card, frmVDk& kinds)
-    : DataGrid5(form, "DataGrid5"),
-      CmdDKNew(form, "CmdDKNew"),
-      CmdDKShow(form, "CmdDKShow"),
-      CmdDKDel(form, "CmdDKDel"),
-      CmdVDk(form, "CmdVDk"),
-      CmdClrAllDKard(form, "CmdClrAllDKard"),
-      DataGrid9(form, "DataGrid9"),
-      form_(form),
-      session_(session),
-      card_(card),
-      kinds_(kinds) {
+    : FormSection(form), session_(session), card_(card), kinds_(kinds) {
   DataGrid5.DblClick = [this] {
     if (session_.FullEditMode) CmdDKShow_Click();
   };
@@ -82,7 +72,7 @@ void CardsTab::CmdDKDel_Click() {
   const std::int16_t rez = CurrentNum();
   const std::string question =
       fmt::format("Удалить дисконтную карту '{}'?", Cards().Field("CardBarcode").TextOrEmpty());
-  if (form_.TheDesktop().MsgBox(question, BoxIcon::kQuestion, BoxButtons::kOkCancel) == BoxAnswer::kOk) {
+  if (TheDesktop().MsgBox(question, BoxIcon::kQuestion, BoxButtons::kOkCancel) == BoxAnswer::kOk) {
     DeleteDiscountCard(rez);
   }
 }
@@ -93,8 +83,9 @@ void CardsTab::DeleteDiscountCard(std::int16_t rez) {
 }
 
 void CardsTab::CmdClrAllDKard_Click() {
-  Desktop& desktop = form_.TheDesktop();
-  const std::string entered = desktop.InputBox("Для полного удаления дисконтных карт введите пароль администратора:");
+  Desktop& desktop = TheDesktop();
+  const std::string entered =
+      desktop.AskPassword("Для полного удаления дисконтных карт введите пароль администратора:");
   if (entered != kAdministratorPassword) return;
   if (desktop.MsgBox("Подтвердите удаление ВСЕХ дисконтных карт,\n\rудаление ВСЕХ видов дисконтных карт и\n\r"
                      "удаление ВСЕХ данных о держателях карт!",

@@ -13,17 +13,17 @@
 namespace zrt {
 
 /// Discount cards and the staff list, beside the catalogue on the tab "Справочники".
-class CardsTab {
+class CardsTab : public FormSection {
  public:
   CardsTab(Form& form, Session& session, frmDK& card, frmVDk& kinds);
 
-  DataGrid DataGrid5;  ///< discount cards
-  Button CmdDKNew;
-  Button CmdDKShow;
-  Button CmdDKDel;
-  Button CmdVDk;
-  Button CmdClrAllDKard;
-  DataGrid DataGrid9;  ///< waiters
+  DataGrid DataGrid5{form_, "DataGrid5"};  ///< discount cards
+  Button CmdDKNew{form_, "CmdDKNew"};
+  Button CmdDKShow{form_, "CmdDKShow"};
+  Button CmdDKDel{form_, "CmdDKDel"};
+  Button CmdVDk{form_, "CmdVDk"};
+  Button CmdClrAllDKard{form_, "CmdClrAllDKard"};
+  DataGrid DataGrid9{form_, "DataGrid9"};  ///< waiters
 
   /// Reads all cards into RsCards, at start and after every change. The grid stands on the last one then. Throws
   /// DatabaseError.
@@ -53,7 +53,6 @@ class CardsTab {
   bool HasCard();
   std::int16_t CurrentNum();
 
-  Form& form_;
   Session& session_;
   frmDK& card_;
   frmVDk& kinds_;

@@ -25,28 +25,7 @@ constexpr int kBarcodeWidth = 1300;
 }  // namespace
 
 CatalogueTab::CatalogueTab(Form& form, Session& session, ModuleReg& stock, frmPLU& card)
-    : FrameSprav(form, "FrameSprav"),
-      DataGrid1(ControlArray<DataGrid, 2>(form, "DataGrid1", 0)),
-      TextFind(ControlArray<TextBox, 2>(form, "TextFind", 0)),
-      CmdSortName(form, "CmdSortName"),
-      CmdSortCod(form, "CmdSortCod"),
-      CmdSortPrice(form, "CmdSortPrice"),
-      CmdSortBar(form, "CmdSortBar"),
-      CmdReqr(form, "CmdReqr"),
-      CheckUkt(form, "CheckUkt"),
-      CmdRefrTov(form, "CmdRefrTov"),
-      CmdImportTov(form, "CmdImportTov"),
-      CmdNew(form, "CmdNew"),
-      CmdCopy(form, "CmdCopy"),
-      CmdShow(form, "CmdShow"),
-      CmdDelPLU(form, "CmdDelPLU"),
-      CmdClrAllPLU(form, "CmdClrAllPLU"),
-      ProgressBar1(form, "ProgressBar1"),
-      LblNote(form, "LblNote"),
-      form_(form),
-      session_(session),
-      stock_(stock),
-      card_(card) {
+    : FormSection(form), session_(session), stock_(stock), card_(card) {
   CmdSortName.Click = [this] { Sort(kByName); };
   CmdSortCod.Click = [this] { Sort(kByCod); };
   CmdSortPrice.Click = [this] { Sort(kByPrice); };
@@ -167,7 +146,7 @@ void CatalogueTab::CmdShow_Click() {
 void CatalogueTab::CmdDelPLU_Click() {
   if (!HasRows()) return;
   const std::int32_t cod = CurrentCod();
-  if (ConfirmDeletion(form_.TheDesktop(), cod, Products().Field("Name").TextOrEmpty())) DeleteProduct(cod);
+  if (ConfirmDeletion(TheDesktop(), cod, Products().Field("Name").TextOrEmpty())) DeleteProduct(cod);
 }
 
 void CatalogueTab::DeleteProduct(std::int32_t cod) {
@@ -176,8 +155,8 @@ void CatalogueTab::DeleteProduct(std::int32_t cod) {
 }
 
 void CatalogueTab::CmdClrAllPLU_Click() {
-  Desktop& desktop = form_.TheDesktop();
-  const std::string entered = desktop.InputBox("Для полной очистки справочника меню введите пароль администратора:");
+  Desktop& desktop = TheDesktop();
+  const std::string entered = desktop.AskPassword("Для полной очистки справочника меню введите пароль администратора:");
   if (entered != kAdministratorPassword) return;
   if (desktop.MsgBox("Подтвердите удаление ВСЕХ товаров!", BoxIcon::kQuestion, BoxButtons::kOkCancel) !=
       BoxAnswer::kOk) {

@@ -17,28 +17,29 @@ namespace zrt {
 
 /// The product catalogue in the main window: one recordset, RsProducts, in two grids, index 0 on the tab "Справочники"
 /// and index 1 on the tab of the touch panels. The search field of an index belongs to the grid of that index.
-class CatalogueTab {
+class CatalogueTab : public FormSection {
  public:
   CatalogueTab(Form& form, Session& session, ModuleReg& stock, frmPLU& card);
 
-  Frame FrameSprav;
-  std::array<DataGrid, 2> DataGrid1;
-  std::array<TextBox, 2> TextFind;
-  Button CmdSortName;
-  Button CmdSortCod;
-  Button CmdSortPrice;
-  Button CmdSortBar;
-  Button CmdReqr;
-  CheckBox CheckUkt;  ///< ticked: the column of classification codes stands in the place of the barcodes
-  Button CmdRefrTov;
-  Button CmdImportTov;
-  Button CmdNew;
-  Button CmdCopy;
-  Button CmdShow;
-  Button CmdDelPLU;
-  Button CmdClrAllPLU;
-  ProgressBar ProgressBar1;
-  Label LblNote;  ///< says that the reference data can't be edited
+  Frame FrameSprav{form_, "FrameSprav"};
+  std::array<DataGrid, 2> DataGrid1{ControlArray<DataGrid, 2>(form_, "DataGrid1", 0)};
+  std::array<TextBox, 2> TextFind{ControlArray<TextBox, 2>(form_, "TextFind", 0)};
+  Button CmdSortName{form_, "CmdSortName"};
+  Button CmdSortCod{form_, "CmdSortCod"};
+  Button CmdSortPrice{form_, "CmdSortPrice"};
+  Button CmdSortBar{form_, "CmdSortBar"};
+  Button CmdReqr{form_, "CmdReqr"};
+  CheckBox CheckUkt{form_,
+                    "CheckUkt"};  ///< ticked: the column of classification codes stands in the place of the barcodes
+  Button CmdRefrTov{form_, "CmdRefrTov"};
+  Button CmdImportTov{form_, "CmdImportTov"};
+  Button CmdNew{form_, "CmdNew"};
+  Button CmdCopy{form_, "CmdCopy"};
+  Button CmdShow{form_, "CmdShow"};
+  Button CmdDelPLU{form_, "CmdDelPLU"};
+  Button CmdClrAllPLU{form_, "CmdClrAllPLU"};
+  ProgressBar ProgressBar1{form_, "ProgressBar1"};
+  Label LblNote{form_, "LblNote"};  ///< says that the reference data can't be edited
 
   /// A product of the grid on the tab of the touch panels was chosen: by double click, by Enter in the grid or in its
   /// search. Raised only while RsProducts stands on a row, which is the product.
@@ -87,7 +88,6 @@ class CatalogueTab {
   bool HasRows() { return Products().RecordCount() > 0; }
   std::int32_t CurrentCod();
 
-  Form& form_;
   Session& session_;
   ModuleReg& stock_;
   frmPLU& card_;

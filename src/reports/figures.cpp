@@ -3,15 +3,20 @@
 #include <fmt/format.h>
 
 #include "core/numbers.h"
-#include "reports/report_text.h"
 
 namespace zrt {
 
 namespace {
 
-std::string Filled(const char* statement, const std::string& between, int category = 0, int waiter = 0) {
+std::string Filled(std::string_view statement, const std::string& between, const figure::Asked& asked = {}) {
   return fmt::format(fmt::runtime(statement), fmt::arg("between", between), fmt::arg("delivery", figure::CodDelivery),
-                     fmt::arg("music", figure::CodMusic), fmt::arg("category", category), fmt::arg("waiter", waiter));
+                     fmt::arg("music", figure::CodMusic), fmt::arg("category", asked.category),
+                     fmt::arg("waiter", asked.waiter));
+}
+
+/// A sum that the server returned in parts of which `divisor` make one.
+std::optional<double> InParts(const Cell& sum, double divisor) {
+  return sum.IsNull() ? std::nullopt : std::optional(sum.Number() / divisor);
 }
 
 }  // namespace
@@ -20,8 +25,8 @@ std::string Figures::Between() const {
   return fmt::format("BETWEEN '{}' AND '{}'", period_.from, period_.to);
 }
 
-std::string Figures::Sum(const figure::Sum& sum) const {
-  return AmountColumn(session_.Format(), session_.ReadOne(Filled(sum.statement, Between())).Field(0), sum.divisor);
+std::optional<double> Figures::Sum(const figure::Sum& sum) const {
+  return InParts(session_.ReadOne(Filled(sum.statement, Between())).Field(0), sum.divisor);
 }
 
 int Figures::Count(const figure::Count& count) const {
@@ -37,15 +42,11 @@ int Figures::CountCardKind(const std::string& proz) const {
       .RecordCount();
 }
 
-std::string Figures::Pair(const figure::Pair& pair, int category, int waiter) const {
-  const Recordset& sums = session_.ReadOne(Filled(pair.statement, Between(), category, waiter));
-  if (sums.IsNull(1)) return {};
-  const auto amount = [&](int field) { return AmountText(session_.Format(), sums.Field(field), scale::kProd); };
-  return PadLeftTo(amount(0) + PadLeftTo(amount(1), 10), 20);
-}
-
-std::string CountText(int count) {
-  return PadLeftTo(std::to_string(count), 4);
+std::optional<Takings> Figures::Pair(const figure::Pair& pair, const figure::Asked& asked) const {
+  const Recordset& sums = session_.ReadOne(Filled(pair.statement, Between(), asked));
+  const std::optional<double> before = InParts(sums.Field(1), scale::kProd);
+  if (!before) return std::nullopt;
+  return Takings{InParts(sums.Field(0), scale::kProd), *before};
 }
 
 }  // namespace zrt

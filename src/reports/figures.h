@@ -1,6 +1,8 @@
 #pragma once
 
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "core/session.h"
 #include "reports/report_period.h"
@@ -20,12 +22,12 @@ inline constexpr int CodMusic = -1;
 
 /// A sum of PROD in thousandths, or of KASSA in hundredths.
 struct Sum {
-  const char* statement;
+  std::string_view statement;
   double divisor;
 };
 /// A count of orders: the rows of a statement, or the number that it returns.
 struct Count {
-  const char* statement;
+  std::string_view statement;
   bool counted_by_server = false;
 };
 
@@ -63,7 +65,13 @@ inline constexpr Count CountPaidOther = {"SELECT COUNT(N2) FROM KASSA WHERE N4>2
 
 /// A sum after discounts and the sum before them.
 struct Pair {
-  const char* statement;
+  std::string_view statement;
+};
+
+/// Whose takings a pair is asked for.
+struct Asked {
+  int category = 0;  ///< place that sells
+  int waiter = 0;
 };
 
 inline constexpr Pair CategoryPair = {
@@ -86,6 +94,12 @@ inline constexpr Pair WaiterSurchargePair = {
 
 }  // namespace figure
 
+/// Takings after discounts and before them, money. The discount of a line may be unknown.
+struct Takings {
+  std::optional<double> after;
+  double before = 0;
+};
+
 /// Asks for the figures of one period.
 class Figures {
  public:
@@ -95,23 +109,20 @@ class Figures {
   /// "BETWEEN 'from' AND 'to'"
   std::string Between() const;
 
-  /// The sum as amount text, right-aligned to 11; "" where nothing was summed. Throws DatabaseError, as all here.
-  std::string Sum(const figure::Sum& sum) const;
+  /// The sum as money; nothing where nothing was summed. Throws DatabaseError, as all here.
+  std::optional<double> Sum(const figure::Sum& sum) const;
 
   int Count(const figure::Count& count) const;
   /// Orders with a card of the kind that gives `proz` per cent.
   int CountCardKind(const std::string& proz) const;
 
-  /// The sum after discounts and the sum before them, as amount texts ending at columns 10 and 21 of 21; "" where
-  /// nothing was sold. `category` and `waiter` are those of the statement, as far as it names them.
-  std::string Pair(const figure::Pair& pair, int category = 0, int waiter = 0) const;
+  /// What was sold before discounts and after them; nothing where nothing was sold. `asked` is what the statement
+  /// narrows by, as far as it does.
+  std::optional<Takings> Pair(const figure::Pair& pair, const figure::Asked& asked = {}) const;
 
  private:
   Session& session_;
   ReportPeriod period_;
 };
-
-/// A count right-aligned to 5.
-std::string CountText(int count);
 
 }  // namespace zrt

@@ -33,14 +33,6 @@ std::vector<PrintedPiece> PrintedLine(const std::string& line) {
           {kThirdLeft, Mid(padded, kFirstPiece + kSecondPiece + 1)}};
 }
 
-bool IsBlank(const std::string& text) {
-  return Trim(text).empty();
-}
-
-std::string WithoutLeadingBlanks(const std::string& text) {
-  return text.substr(std::min(text.find_first_not_of(' '), text.size()));
-}
-
 }  // namespace
 
 Form9::Form9(Desktop& desktop, Session& session, Printer& printer)
@@ -63,12 +55,8 @@ void Form9::Form_Load() {
   Period.Hours.Load();
   Option1[0].Choose();
   ShowWidth(false);
-  const Recordset& stored = session_.ReadOne("SELECT N8,N9,N10 FROM CONST WHERE COD=5");
-  LoadName(kKatNameColumns[0], stored.Field(1));
-  LoadName(kKatNameColumns[1], stored.Field(2));
-  if (!stored.IsNull(0)) Period.Hours.Show(stored.Field(0).Text());
+  if (const std::optional<std::string> hour = names_.Load(session_)) Period.Hours.Show(*hour);
   Period.SetLatestShift();
-  LoadName(kKatNameColumns[2], session_.ReadOne("SELECT N10 FROM CONST WHERE COD=6").Field(0));
 }
 
 void Form9::Form_Activate() {
@@ -165,35 +153,16 @@ void Form9::CmdBack_Click() {
 }
 
 void Form9::CmdSave_Click() {
-  for (const KatNameColumn& where : kKatNameColumns) session_.Write(SaveNames(where));
-  const Recordset& stored = session_.ReadOne("SELECT N9,N10 FROM CONST WHERE COD=5");
-  LoadName(kKatNameColumns[0], stored.Field(0));
-  LoadName(kKatNameColumns[1], stored.Field(1));
-  LoadName(kKatNameColumns[2], session_.ReadOne("SELECT N10 FROM CONST WHERE COD=6").Field(0));
+  for (int kitchen = 1; kitchen <= KatNames::kKitchens; ++kitchen) {
+    auto& boxes = TextNames.at(static_cast<std::size_t>(kitchen - 1));
+    KatNames::FourNames names;
+    std::transform(boxes.begin(), boxes.end(), names.begin(), [](const TextBox& box) { return box.Text(); });
+    names = KatNames::Completed(kitchen, std::move(names));
+    for (std::size_t i = 0; i < names.size(); ++i) boxes[i].Text = names[i];
+    KatNames::Store(session_, kitchen, names);
+  }
+  names_.Reload(session_);
   TheDesktop().MsgBox("настройки сохранены", BoxIcon::kNone, BoxButtons::kOk, "Системный отчёт");
-}
-
-void Form9::LoadName(const KatNameColumn& where, const Cell& stored) {
-  if (stored.IsNull()) {
-    names_.Clear(where.kitchen);
-  } else {
-    names_.Cut(where.kitchen, stored.Text());
-  }
-}
-
-std::string Form9::SaveNames(const KatNameColumn& where) {
-  auto& boxes = TextNames.at(static_cast<std::size_t>(where.kitchen - 1));
-  const bool empty = std::all_of(boxes.begin(), boxes.end(), [](const TextBox& box) { return box.Text().empty(); });
-  if (empty) return fmt::format("UPDATE CONST SET {}=NULL WHERE COD={}", where.column, where.cod);
-  std::string text;
-  for (std::size_t workshop = 0; workshop < boxes.size(); ++workshop) {
-    TextBox& box = boxes[workshop];
-    const std::size_t width = workshop == 0 ? KatNames::kKitchenWidth : KatNames::kWorkshopWidth;
-    if (IsBlank(box.Text())) box.Text = KatNames::DefaultName(where.kitchen, static_cast<int>(workshop));
-    box.Text = PadRightTo(WithoutLeadingBlanks(box.Text()), width);
-    text += Left(box.Text(), width);
-  }
-  return fmt::format("UPDATE CONST SET {}='{}' WHERE COD={}", where.column, text, where.cod);
 }
 
 }  // namespace zrt

@@ -58,9 +58,6 @@ class Form9 final : public Form {
   void ShowWidth(bool wide);
   /// What the report asks for; nothing, after a message, when the choice isn't complete.
   std::optional<ReportSpan> BeginReport();
-  void LoadName(const KatNameColumn& where, const Cell& stored);
-  /// The statement that stores the four names of a kitchen. Boxes left blank get their default name first.
-  std::string SaveNames(const KatNameColumn& where);
 
   Session& session_;
   Printer& printer_;

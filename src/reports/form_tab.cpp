@@ -67,13 +67,13 @@ void FormTab::CmdTab_Click() {
   if (!span) return;
   constexpr std::array kTitles = {"ПРОДАЖИ ПО ОФИЦИАНТАМ", "ПРОДАЖИ ПО КАССИРАМ"};
   const std::size_t staff = Staff(Option1);
-  ShowPivot({Statement(kByStaff, kStaffTables[staff], kTakings, Check1.Value(), *span),
-             kTitles[staff],
-             Period.Text(),
-             "Tabel_",
-             {"№", "Код", "Имя", "СУММА"},
-             "СУММА   ",
-             DayValue::kMoney},
+  ShowTable({.statement = Statement(kByStaff, kStaffTables[staff], kTakings, Check1.Value(), *span),
+             .title = kTitles[staff],
+             .period_text = Period.Text(),
+             .file_prefix = "Tabel_",
+             .headers = {"№", "Код", "Имя", "СУММА"},
+             .total_header_in_book = "СУММА   ",
+             .kind = PivotValue::kThousandths},
             *span);
 }
 
@@ -94,13 +94,13 @@ void FormTabChk::CmdTab_Click() {
   if (!span) return;
   constexpr std::array kTitles = {"СРЕДНИЙ ЧЕК ПО ОФИЦИАНТАМ", "СРЕДНИЙ ЧЕК ПО КАССИРАМ"};
   const std::size_t staff = Staff(Option1);
-  ShowPivot({Statement(kByStaff, kStaffTables[staff], kAverageOrder, Check1.Value(), *span),
-             kTitles[staff],
-             Period.Text(),
-             "AvgCheck_",
-             {"№", "Код", "Имя", "Длина*Сумма"},
-             "Длина*Сумма",
-             DayValue::kText},
+  ShowTable({.statement = Statement(kByStaff, kStaffTables[staff], kAverageOrder, Check1.Value(), *span),
+             .title = kTitles[staff],
+             .period_text = Period.Text(),
+             .file_prefix = "AvgCheck_",
+             .headers = {"№", "Код", "Имя", "Длина*Сумма"},
+             .total_header_in_book = "Длина*Сумма",
+             .kind = PivotValue::kText},
             *span);
 }
 
@@ -114,13 +114,13 @@ FormTabDk::FormTabDk(Desktop& desktop, const TableTools& tools) : PivotScreen(de
 void FormTabDk::CmdDisc_Click() {
   const std::optional<ReportSpan> span = Period.Span();
   if (!span) return;
-  ShowPivot({Statement(kByCard, "", kTakingsOfCard, Check1.Value(), *span),
-             "ОТЧЁТ ПО ДИСКОНТНЫМ КАРТАМ",
-             "за период с " + Period.First.LDate.Caption() + " по " + Period.Last.LDate.Caption(),
-             "Discount_",
-             {"№", "Код", "Штрих", "СУММА"},
-             "СУММА   ",
-             DayValue::kMoney},
+  ShowTable({.statement = Statement(kByCard, "", kTakingsOfCard, Check1.Value(), *span),
+             .title = "ОТЧЁТ ПО ДИСКОНТНЫМ КАРТАМ",
+             .period_text = "за период с " + Period.First.LDate.Caption() + " по " + Period.Last.LDate.Caption(),
+             .file_prefix = "Discount_",
+             .headers = {"№", "Код", "Штрих", "СУММА"},
+             .total_header_in_book = "СУММА   ",
+             .kind = PivotValue::kThousandths},
             *span);
 }
 

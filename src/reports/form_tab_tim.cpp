@@ -1,9 +1,5 @@
 #include "reports/form_tab_tim.h"
 
-#include <map>
-
-#include "core/numbers.h"
-
 namespace zrt {
 
 namespace {
@@ -38,36 +34,20 @@ std::vector<std::string> Headers(int shift_hour) {
   return headers;
 }
 
-/// The rows of `hours` by the text of their day.
-std::multimap<std::string, int> RowsByDay(const Recordset& hours) {
-  std::multimap<std::string, int> rows;
-  for (int row = 1; row <= hours.RecordCount(); ++row) rows.emplace(hours.At(row, kDt).Text(), row);
-  return rows;
-}
-
 ReportTable MakeTable(const Recordset& days, const Recordset& hours, int shift_hour, const RegionalFormat& format) {
-  const auto shown = [&](double value) { return format.FormatNumber(value / scale::kProd, 2); };
-  ReportTable table{Headers(shift_hour), {}, true};
-  std::vector<double> totals(kHourColumns + kHours);
-  const std::multimap<std::string, int> rows_of = RowsByDay(hours);
-  for (int row = 1; row <= days.RecordCount(); ++row) {
-    std::vector<std::string>& cells = table.rows.emplace_back(kHourColumns + kHours, "0");
-    const auto put = [&](std::size_t column, const Cell& value) {
-      if (value.IsNull()) return;  // lines whose sum isn't known
-      cells.at(column) = shown(value.Number());
-      totals.at(column) += value.Number();
-    };
-    cells[0] = days.At(row, kDt).Text();
-    put(kTotalColumn, days.At(row, kDs));
-    const auto [begin, end] = rows_of.equal_range(cells[0]);
-    for (auto hour = begin; hour != end; ++hour) {
-      put(kHourColumns + static_cast<std::size_t>(hours.At(hour->second, kHr).Int()), hours.At(hour->second, kDs));
-    }
-  }
-  std::vector<std::string>& whole = table.rows.emplace_back();
-  whole.push_back("ИТОГО:");
-  for (std::size_t column = kTotalColumn; column < totals.size(); ++column) whole.push_back(shown(totals[column]));
-  return table;
+  const auto column = [&](int row) { return kHourColumns + static_cast<std::size_t>(hours.At(row, kHr).Int()); };
+  return MakePivot({.rows = days,
+                    .cells = hours,
+                    .totals = days,
+                    .key = kDt,
+                    .value = kDs,
+                    .headers = Headers(shift_hour),
+                    .total_column = kTotalColumn,
+                    .lead = [&](std::size_t, int row) { return std::vector{days.At(row, kDt).Text()}; },
+                    .column = column,
+                    .blank = "0",
+                    .total_label = "ИТОГО:"},
+                   format);
 }
 
 }  // namespace
@@ -94,11 +74,14 @@ void FormTabTim::Form_Load() {
 }
 
 void FormTabTim::CmdHr_Click() {
-  ShowTable({kTakings, Check1.Value() ? kBeforeDiscounts : kAfterDiscounts, "Продажи по времени", "Hour_"});
+  ShowTable({.statement = kTakings,
+             .value = Check1.Value() ? kBeforeDiscounts : kAfterDiscounts,
+             .title = "Продажи по времени",
+             .file_prefix = "Hour_"});
 }
 
 void FormTabTim::CmdChk_Click() {
-  ShowTable({kOrders, kOrderCount, "Заказы по времени", "Count_"});
+  ShowTable({.statement = kOrders, .value = kOrderCount, .title = "Заказы по времени", .file_prefix = "Count_"});
 }
 
 void FormTabTim::ShowTable(const Table& table) {

@@ -29,32 +29,32 @@ void ListCategoryGoods(ReportLines& lines, const Figures& figures, Session& sess
 }
 
 void PlaceWithGoods(ReportLines& lines, const Figures& figures, Session& session, const Place& place, bool wide) {
-  const std::string pair = figures.Pair(figure::CategoryPair, place.category);
-  if (pair.empty()) return;
+  const std::optional<Takings> takings = figures.Pair(figure::CategoryPair, {.category = place.category});
+  if (!takings) return;
   lines.Empty();
-  lines.Line(place.label + std::string(wide ? kWideColumns : 0, ' ') + pair);
+  lines.Line(place.label + std::string(wide ? kWideColumns : 0, ' ') + PairColumns(session.Format(), *takings));
   lines.SingleRule();
   ListCategoryGoods(lines, figures, session, place.category, wide);
 }
 
 // The waiters.
 
-void Waiter(ReportLines& lines, const Figures& figures, const KatNames& names, int cod, const std::string& name) {
-  const std::string total = figures.Pair(figure::WaiterTotalPair, 0, cod);
-  if (total.empty()) return;
+void Waiter(ReportLines& lines, const Figures& figures, const RegionalFormat& format, const KatNames& names, int cod,
+            const std::string& name) {
+  const std::optional<Takings> total = figures.Pair(figure::WaiterTotalPair, {.waiter = cod});
+  if (!total) return;
   constexpr std::size_t kLabelWidth = 21;
   lines.Empty();
-  lines.Line(PadRightTo(Left(fmt::format("{}  {}", cod, name), kLabelWidth), kLabelWidth) + total);
+  lines.Line(PadRightTo(Left(fmt::format("{}  {}", cod, name), kLabelWidth), kLabelWidth) +
+             PairColumns(format, *total));
   lines.SingleRule();
-  const auto if_any = [&](const std::string& label, const std::string& pair) {
-    if (!pair.empty()) lines.Line(label + pair);
+  const auto if_any = [&](std::string_view label, const figure::Pair& pair, int category) {
+    PairIfAny(lines, format, label, figures.Pair(pair, {.category = category, .waiter = cod}));
   };
-  if_any(kBarLabel, figures.Pair(figure::WaiterCategoryPair, kBarCategory, cod));
-  if_any(kAlcoholLabel, figures.Pair(figure::WaiterAlcoholPair, 0, cod));
-  for (const Place& place : names.Places()) {
-    if_any(place.label, figures.Pair(figure::WaiterCategoryPair, place.category, cod));
-  }
-  if_any("ДОПОЛН. НАЦЕНКА      ", figures.Pair(figure::WaiterSurchargePair, 0, cod));
+  if_any(kBarLabel, figure::WaiterCategoryPair, kBarCategory);
+  if_any(kAlcoholLabel, figure::WaiterAlcoholPair, 0);
+  for (const Place& place : names.Places()) if_any(place.label, figure::WaiterCategoryPair, place.category);
+  if_any("ДОПОЛН. НАЦЕНКА      ", figure::WaiterSurchargePair, 0);
   lines.SingleRule();
 }
 
@@ -66,7 +66,8 @@ void WaitersBlock(ReportLines& lines, Session& session, const KatNames& names, c
   Recordset waiters;
   session.BindSet(waiters, "SELECT COD,NAME FROM KLIENT ORDER BY COD");
   for (int row = 1; row <= waiters.RecordCount(); ++row) {
-    Waiter(lines, figures, names, ToByte(waiters.At(row, 0).Number()), waiters.At(row, 1).TextOrEmpty());
+    Waiter(lines, figures, session.Format(), names, ToByte(waiters.At(row, 0).Number()),
+           waiters.At(row, 1).TextOrEmpty());
   }
   lines.DoubleRule();
 }

@@ -5,8 +5,7 @@
 
 namespace zrt {
 
-ShiftHourChoice::ShiftHourChoice(Form& form, Session& session)
-    : Combo1(form, "Combo1"), Label1(form, "Label1"), Label2(form, "Label2"), form_(form), session_(session) {
+ShiftHourChoice::ShiftHourChoice(Form& form, Session& session) : FormSection(form), session_(session) {
   Combo1.Click = [this] { Combo1_Click(); };
 }
 
@@ -32,7 +31,7 @@ void ShiftHourChoice::ReadStored() {
 
 std::optional<int> ShiftHourChoice::Hour() const {
   if (Combo1.Text().empty()) {
-    form_.TheDesktop().MsgBox("Не установлено начало смены!!!", BoxIcon::kCritical);
+    TheDesktop().MsgBox("Не установлено начало смены!!!", BoxIcon::kCritical);
     return std::nullopt;
   }
   return ToInt16(session_.Format().ToNumber(Combo1.Text()));
@@ -77,10 +76,10 @@ bool DayChoice::CloseCalendar() {
 }
 
 PeriodChoice::PeriodChoice(Form& form, Session& session)
-    : Hours(form, session),
+    : FormSection(form),
+      Hours(form, session),
       First(form, session.Format(), "1"),
       Last(form, session.Format(), "2"),
-      form_(form),
       session_(session) {
   Hours.Changed = [this] { Last.ShowDay(); };
   First.Picked = [this] { Month1_DateClick(); };
@@ -96,7 +95,7 @@ std::optional<ReportSpan> PeriodChoice::Span() const {
   const std::optional<int> hour = Hours.Hour();
   if (!hour) return std::nullopt;
   if (AddDays(First.Day(), 1) > Last.Day()) {
-    form_.TheDesktop().MsgBox("Неверно выбран интервал дат!!", BoxIcon::kCritical);
+    TheDesktop().MsgBox("Неверно выбран интервал дат!!", BoxIcon::kCritical);
     return std::nullopt;
   }
   return ReportSpan{*hour, First.Day(), Last.Day()};

@@ -12,13 +12,13 @@ namespace zrt {
 
 /// The choice of the hour at which the shift changes: the list of hours and the two labels that say from when and until
 /// when a day counts. Choosing an hour stores it for the whole shop at once.
-class ShiftHourChoice {
+class ShiftHourChoice : public FormSection {
  public:
   ShiftHourChoice(Form& form, Session& session);
 
-  ComboBox Combo1;
-  Label Label1;
-  Label Label2;
+  ComboBox Combo1{form_, "Combo1"};
+  Label Label1{form_, "Label1"};
+  Label Label2{form_, "Label2"};
 
   /// An hour was chosen and stored.
   std::function<void()> Changed;
@@ -36,7 +36,6 @@ class ShiftHourChoice {
  private:
   void Combo1_Click();
 
-  Form& form_;
   Session& session_;
 };
 
@@ -66,7 +65,7 @@ class DayChoice {
 
 /// The choice of a run of shifts: the hour, the day on which the first shift begins and the day on which the last one
 /// closes.
-class PeriodChoice {
+class PeriodChoice : public FormSection {
  public:
   PeriodChoice(Form& form, Session& session);
 
@@ -88,7 +87,6 @@ class PeriodChoice {
  private:
   void Month1_DateClick();
 
-  Form& form_;
   Session& session_;
 };
 

@@ -14,44 +14,30 @@ namespace {
 constexpr int kHeaderRow = 3;
 constexpr double kTallRow = 23;
 
-/// Columns of the two sets of a pivot, and of the table before its days.
-enum SetField { kCod, kName, kDay, kValue };
-enum TableColumn { kNumberColumn, kCodColumn, kNameColumn, kTotalColumn, kDayColumns };
-
 std::string Join(const std::vector<std::string>& cells) {
   std::string line;
   for (const std::string& cell : cells) line += cell + ";";
   return line;
 }
 
-/// Column of a day: that of the first day of the span which isn't before it.
-std::size_t DayColumn(const std::string& day, const Date& first) {
-  const std::optional<Date> date = ParseDate(day);
-  if (!date) throw TypeMismatch("not a date: \"" + day + "\"");
-  return kDayColumns + static_cast<std::size_t>(std::max(0, DaysBetween(first, *date)));
-}
-
-/// The totals by code; the first row of a code counts, as a search from the top finds it.
-std::map<std::string, Cell> FirstByCode(const Recordset& totals) {
-  std::map<std::string, Cell> found;
-  for (int row = 1; row <= totals.RecordCount(); ++row) {
-    found.emplace(totals.At(row, kCod).TextOrEmpty(), totals.At(row, kValue));
-  }
+/// The first row of each key, as a search from the top finds it.
+std::map<std::string, int> FirstRows(const Recordset& set, int key) {
+  std::map<std::string, int> found;
+  for (int row = 1; row <= set.RecordCount(); ++row) found.emplace(set.At(row, key).TextOrEmpty(), row);
   return found;
 }
 
-/// A value in thousandths grows the total of a day, which is kept whole.
-void AddWhole(std::int64_t& total, const Cell& value) {
-  if (value.IsNull()) return;  // lines whose sum isn't known
-  total = static_cast<std::int64_t>(RoundHalfEven(static_cast<double>(total) + value.Number()));
+/// A value joins the total of its column, which is whole: each one rounds it.
+void AddWhole(std::int64_t& thousandths, const Cell& value) {
+  thousandths = static_cast<std::int64_t>(RoundHalfEven(static_cast<double>(thousandths) + value.Number()));
 }
 
 /// The sum of all totals, thousandths. It is taken together in millionths, in which a quantity times its price is
 /// whole, so that nothing is rounded on the way.
-double GrandTotal(const Recordset& totals) {
+double GrandTotal(const Recordset& totals, int value) {
   std::int64_t millionths = 0;
   for (int row = 1; row <= totals.RecordCount(); ++row) {
-    const Cell total = totals.At(row, kValue);
+    const Cell total = totals.At(row, value);
     if (!total.IsNull()) millionths += static_cast<std::int64_t>(RoundHalfEven(total.Number() * scale::kProd));
   }
   return static_cast<double>(millionths) / scale::kProd;
@@ -90,46 +76,53 @@ Workbook MakeWorkbook(const std::vector<std::string>& titles, const ReportTable&
   return book;
 }
 
-ReportTable PivotByDay(const Recordset& days, const Recordset& totals, std::vector<std::string> headers,
-                       const Date& first, const Date& last, DayValue kind, const RegionalFormat& format) {
-  const auto shown = [&](const Cell& value) {
-    return kind == DayValue::kText ? value.TextOrEmpty() : AmountText(format, value, scale::kProd);
-  };
-  ReportTable table;
-  table.headers = std::move(headers);
-  for (Date day = first; day < last; day = AddDays(day, 1)) table.headers.push_back(format.DateText(day));
+ReportTable MakePivot(const Pivot& pivot, const RegionalFormat& format) {
+  ReportTable table{pivot.headers, {}, pivot.kind == PivotValue::kThousandths};
   const std::size_t columns = table.headers.size();
-
-  const std::map<std::string, Cell> total_of = FirstByCode(totals);
-  std::vector<std::int64_t> day_totals(columns);
-  std::optional<std::string> last_code;
-  for (int row = 1; row <= days.RecordCount(); ++row) {
-    const std::string code = days.At(row, kCod).TextOrEmpty();
-    if (code != last_code) {
-      std::vector<std::string>& cells = table.rows.emplace_back(columns);
-      cells[kNumberColumn] = std::to_string(table.rows.size());
-      cells[kCodColumn] = code;
-      cells[kNameColumn] = days.At(row, kName).TextOrEmpty();
-      if (const auto total = total_of.find(code); total != total_of.end()) cells[kTotalColumn] = shown(total->second);
-      last_code = code;
+  std::vector<std::int64_t> sums(columns);  // thousandths
+  const auto put = [&](std::vector<std::string>& cells, std::size_t column, const Cell& value) {
+    if (value.IsNull()) return;  // lines whose sum isn't known
+    if (pivot.kind == PivotValue::kText) {
+      cells.at(column) = value.Text();
+    } else {
+      cells.at(column) = AmountText(format, value, scale::kProd);
+      AddWhole(sums.at(column), value);
     }
-    const Cell value = days.At(row, kValue);
-    const std::size_t column = DayColumn(days.At(row, kDay).Text(), first);
-    table.rows.back().at(column) = shown(value);
-    if (kind == DayValue::kMoney) AddWhole(day_totals.at(column), value);
-  }
-  if (kind == DayValue::kText) return table;
+  };
 
-  std::vector<std::string> whole(columns);
-  whole[kNameColumn] = "ИТОГО";
-  const auto in_money = [&](double thousandths) { return format.FormatNumber(thousandths / scale::kProd, 2); };
-  whole[kTotalColumn] = in_money(GrandTotal(totals));
-  for (std::size_t column = kDayColumns; column < columns; ++column) {
-    whole[column] = in_money(static_cast<double>(day_totals[column]));
+  const std::map<std::string, int> total_of = FirstRows(pivot.totals, pivot.key);
+  std::map<std::string, std::size_t> place_of;  // of a key among the table's rows
+  for (int row = 1; row <= pivot.rows.RecordCount(); ++row) {
+    const std::string key = pivot.rows.At(row, pivot.key).TextOrEmpty();
+    if (!place_of.emplace(key, table.rows.size()).second) continue;
+    std::vector<std::string> cells = pivot.lead(table.rows.size() + 1, row);
+    cells.resize(columns, pivot.blank);
+    if (const auto total = total_of.find(key); total != total_of.end()) {
+      put(cells, pivot.total_column, pivot.totals.At(total->second, pivot.value));
+    }
+    table.rows.push_back(std::move(cells));
   }
-  table.rows.push_back(std::move(whole));
-  table.has_totals = true;
+  for (int row = 1; row <= pivot.cells.RecordCount(); ++row) {
+    const auto place = place_of.find(pivot.cells.At(row, pivot.key).TextOrEmpty());
+    if (place == place_of.end()) continue;
+    put(table.rows[place->second], pivot.column(row), pivot.cells.At(row, pivot.value));
+  }
+  if (!table.has_totals) return table;
+
+  std::vector<std::string>& whole = table.rows.emplace_back(columns);
+  whole[pivot.label_column] = pivot.total_label;
+  const auto in_money = [&](double thousandths) { return AmountText(format, thousandths / scale::kProd); };
+  whole[pivot.total_column] = in_money(GrandTotal(pivot.totals, pivot.value));
+  for (std::size_t column = pivot.total_column + 1; column < columns; ++column) {
+    whole[column] = in_money(static_cast<double>(sums[column]));
+  }
   return table;
+}
+
+std::size_t DayColumn(const std::string& day, const Date& first, std::size_t first_column) {
+  const std::optional<Date> date = ParseDate(day);
+  if (!date) throw TypeMismatch("not a date: \"" + day + "\"");
+  return first_column + static_cast<std::size_t>(std::max(0, DaysBetween(first, *date)));
 }
 
 ReportTable WithoutNumbers(ReportTable table) {

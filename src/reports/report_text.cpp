@@ -29,8 +29,22 @@ std::string AmountText(const RegionalFormat& format, const Cell& sum, double div
   return sum.IsNull() ? std::string() : AmountText(format, sum.Number() / divisor);
 }
 
-std::string AmountColumn(const RegionalFormat& format, const Cell& sum, double divisor) {
-  return sum.IsNull() ? std::string() : PadLeftTo(AmountText(format, sum, divisor), 10);
+std::string AmountColumn(const RegionalFormat& format, std::optional<double> sum) {
+  return sum ? PadLeftTo(AmountText(format, *sum), 10) : std::string();
+}
+
+std::string PairColumns(const RegionalFormat& format, const Takings& takings) {
+  const std::string after = takings.after ? AmountText(format, *takings.after) : std::string();
+  return PadLeftTo(after + PadLeftTo(AmountText(format, takings.before), 10), 20);
+}
+
+std::string CountColumn(int count) {
+  return PadLeftTo(std::to_string(count), 4);
+}
+
+void PairIfAny(ReportLines& lines, const RegionalFormat& format, std::string_view label,
+               const std::optional<Takings>& takings) {
+  if (takings) lines.Line(std::string(label) + PairColumns(format, *takings));
 }
 
 void ReportLines::Line(std::string text) {

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "core/recordset.h"
 #include "core/regional_format.h"
+#include "reports/figures.h"
 #include "ui/controls.h"
 
 namespace zrt {
@@ -28,7 +30,19 @@ std::string AmountText(const RegionalFormat& format, double value);
 std::string AmountText(const RegionalFormat& format, const Cell& sum, double divisor);
 
 /// A sum in its column of ten characters; "" where nothing was summed: the row stands without the amount then.
-std::string AmountColumn(const RegionalFormat& format, const Cell& sum, double divisor);
+std::string AmountColumn(const RegionalFormat& format, std::optional<double> sum);
+
+/// Takings after discounts and before them, ending at columns 10 and 21 of 21.
+std::string PairColumns(const RegionalFormat& format, const Takings& takings);
+
+/// A count in its column of five characters.
+std::string CountColumn(int count);
+
+class ReportLines;
+
+/// Writes `label` and the takings behind it as a line of `lines`; nothing where nothing was sold.
+void PairIfAny(ReportLines& lines, const RegionalFormat& format, std::string_view label,
+               const std::optional<Takings>& takings);
 
 /// Writes a report line by line into a list that the operator sees growing.
 class ReportLines {

@@ -9,92 +9,117 @@ namespace zrt {
 
 namespace {
 
-/// One of the rows of a block that stand only when there is something to count.
-bool CountedRow(ReportLines& lines, const Figures& figures, const char* label, const figure::Count& count,
-                const figure::Sum& sum) {
-  const int orders = figures.Count(count);
-  if (orders > 0) lines.Line(label + CountText(orders) + figures.Sum(sum));
-  return orders > 0;
-}
+/// One block of the report: the figures of a period, written row by row. Each figure is asked for when its row is
+/// written, from left to right.
+class Block {
+ public:
+  Block(ReportLines& lines, Session& session, const KatNames& names, const ReportSpan& span)
+      : lines_(lines),
+        session_(session),
+        names_(names),
+        format_(session.Format()),
+        figures_(session, ReportPeriodBounds(span, session.Format())) {}
 
-void Takings(ReportLines& lines, const Figures& figures) {
-  const auto row = [&](const char* label, const figure::Count& count, const figure::Sum& sum) {
-    const std::string orders = CountText(figures.Count(count));
-    lines.Line(label + orders + figures.Sum(sum));
-  };
-  lines.SingleRule();
-  row("ВСЕГО (без учёта скидок): ", figure::CountAll, figure::SumAllGross);
-  row("ВСЕГО (со скидками):      ", figure::CountAll, figure::SumAllNet);
-  row("Закрыто заказов за наличн:", figure::CountPaidCash, figure::SumPaidCash);
-  CountedRow(lines, figures, "Закрыто без опл./терминал:", figure::CountPaidOther, figure::SumPaidOther);
-  if (!CountedRow(lines, figures, "НЕ ЗАКРЫТЫ:               ", figure::CountOpen, figure::SumOpen)) {
-    lines.Line("     на текущий момент все заказы закрыты!");
+  void Write() {
+    WriteTakings();
+    lines_.Empty();
+    lines_.Empty();
+    lines_.Line("наценки и скидки       нац/скид  ост.сумма");
+    lines_.SingleRule();
+    WriteSurcharges();
+    WriteDiscounts();
+    WriteCardKinds();
+    lines_.Empty();
+    lines_.Empty();
+    lines_.Line("по категориям          со скидк. без скид.");
+    lines_.SingleRule();
+    WritePlaces();
+    lines_.Empty();
+    lines_.DoubleRule();
   }
-}
 
-void Surcharges(ReportLines& lines, const Figures& figures) {
-  bool any = CountedRow(lines, figures, "наценка % от суммы        ", figure::CountSurcharge, figure::SumSurcharge);
-  any |= CountedRow(lines, figures, "наценка на муз.обсл.      ", figure::CountMusic, figure::SumMusic);
-  any |= CountedRow(lines, figures, "наценка за доставку:      ", figure::CountDelivery, figure::SumDelivery);
-  if (any) lines.SingleRule();
-}
+ private:
+  std::string Amount(const figure::Sum& sum) const { return AmountColumn(format_, figures_.Sum(sum)); }
 
-void Discounts(ReportLines& lines, const Figures& figures) {
-  // The first letter of the label is the Latin C: so it has always stood in the reports.
-  if (const int orders = figures.Count(figure::CountDiscount); orders > 0) {
-    const std::string given = figures.Sum(figure::SumDiscount);
-    lines.Line("Cкидки всего:  " + CountText(orders) + given + figures.Sum(figure::SumAfterDiscount));
-    lines.SingleRule();
+  void Row(std::string_view label, const figure::Count& count, const figure::Sum& sum) {
+    const std::string orders = CountColumn(figures_.Count(count));
+    lines_.Line(fmt::format("{}{}{}", label, orders, Amount(sum)));
   }
-  if (const int orders = figures.Count(figure::CountHandDiscount); orders > 0) {
-    const std::string given = figures.Sum(figure::SumHandDiscount);
-    lines.Line("в т.ч. скидка %" + CountText(orders) + given + figures.Sum(figure::SumAfterHandDiscount));
-  }
-}
 
-void CardKinds(ReportLines& lines, const Figures& figures, Session& session) {
-  Recordset kinds;
-  session.BindSet(kinds,
-                  "SELECT SUM(PROD.SKID),DISCOUNT.PROZ,SUM((PROD.KOL*PROD.PRISE/1000)-PROD.SKID) FROM PROD,DISCOUNT "
-                  "WHERE PROD.SKID>0 AND PROD.REZ=DISCOUNT.REZ AND PROD.DATETIME " +
-                      figures.Between() + " GROUP BY DISCOUNT.PROZ");
-  const auto amount = [&](const Cell& sum) { return AmountColumn(session.Format(), sum, scale::kProd); };
-  for (int row = 1; row <= kinds.RecordCount(); ++row) {
-    const Cell proz = kinds.At(row, 1);
-    // Cards whose percentage was never filled in have a row, but no kind by which their orders could be counted.
-    const std::string orders = proz.IsNull() ? PadLeftTo("", 4) : CountText(figures.CountCardKind(proz.Text()));
-    lines.Line("д.карта вид " + proz.TextOrEmpty() + orders + amount(kinds.At(row, 0)) + amount(kinds.At(row, 2)));
+  /// A row that stands only when there is something to count.
+  bool RowIfAny(std::string_view label, const figure::Count& count, const figure::Sum& sum) {
+    const int orders = figures_.Count(count);
+    if (orders > 0) lines_.Line(fmt::format("{}{}{}", label, CountColumn(orders), Amount(sum)));
+    return orders > 0;
   }
-}
 
-void Places(ReportLines& lines, const Figures& figures, const KatNames& names) {
-  lines.Line(kBarLabel + figures.Pair(figure::CategoryPair, kBarCategory));
-  const auto if_any = [&](const std::string& label, const std::string& pair) {
-    if (!pair.empty()) lines.Line(label + pair);
-  };
-  if_any(kAlcoholLabel, figures.Pair(figure::AlcoholPair));
-  for (const Place& place : names.Places()) {
-    if_any(place.label, figures.Pair(figure::CategoryPair, place.category));
+  bool DiscountIfAny(std::string_view label, const figure::Count& count, const figure::Sum& given,
+                     const figure::Sum& left) {
+    const int orders = figures_.Count(count);
+    if (orders == 0) return false;
+    const std::string discount = Amount(given);
+    lines_.Line(fmt::format("{}{}{}{}", label, CountColumn(orders), discount, Amount(left)));
+    return true;
   }
-}
 
-void Block(ReportLines& lines, const Figures& figures, Session& session, const KatNames& names) {
-  Takings(lines, figures);
-  lines.Empty();
-  lines.Empty();
-  lines.Line("наценки и скидки       нац/скид  ост.сумма");
-  lines.SingleRule();
-  Surcharges(lines, figures);
-  Discounts(lines, figures);
-  CardKinds(lines, figures, session);
-  lines.Empty();
-  lines.Empty();
-  lines.Line("по категориям          со скидк. без скид.");
-  lines.SingleRule();
-  Places(lines, figures, names);
-  lines.Empty();
-  lines.DoubleRule();
-}
+  void WriteTakings() {
+    lines_.SingleRule();
+    Row("ВСЕГО (без учёта скидок): ", figure::CountAll, figure::SumAllGross);
+    Row("ВСЕГО (со скидками):      ", figure::CountAll, figure::SumAllNet);
+    Row("Закрыто заказов за наличн:", figure::CountPaidCash, figure::SumPaidCash);
+    RowIfAny("Закрыто без опл./терминал:", figure::CountPaidOther, figure::SumPaidOther);
+    if (!RowIfAny("НЕ ЗАКРЫТЫ:               ", figure::CountOpen, figure::SumOpen)) {
+      lines_.Line("     на текущий момент все заказы закрыты!");
+    }
+  }
+
+  void WriteSurcharges() {
+    bool any = RowIfAny("наценка % от суммы        ", figure::CountSurcharge, figure::SumSurcharge);
+    any |= RowIfAny("наценка на муз.обсл.      ", figure::CountMusic, figure::SumMusic);
+    any |= RowIfAny("наценка за доставку:      ", figure::CountDelivery, figure::SumDelivery);
+    if (any) lines_.SingleRule();
+  }
+
+  void WriteDiscounts() {
+    // The first letter of the label is the Latin C: so it has always stood in the reports.
+    if (DiscountIfAny("Cкидки всего:  ", figure::CountDiscount, figure::SumDiscount, figure::SumAfterDiscount)) {
+      lines_.SingleRule();
+    }
+    DiscountIfAny("в т.ч. скидка %", figure::CountHandDiscount, figure::SumHandDiscount, figure::SumAfterHandDiscount);
+  }
+
+  void WriteCardKinds() {
+    Recordset kinds;
+    session_.BindSet(kinds,
+                     "SELECT SUM(PROD.SKID),DISCOUNT.PROZ,SUM((PROD.KOL*PROD.PRISE/1000)-PROD.SKID) FROM PROD,DISCOUNT "
+                     "WHERE PROD.SKID>0 AND PROD.REZ=DISCOUNT.REZ AND PROD.DATETIME " +
+                         figures_.Between() + " GROUP BY DISCOUNT.PROZ");
+    const auto amount = [&](const Cell& sum) {
+      return AmountColumn(format_, sum.IsNull() ? std::nullopt : std::optional(sum.Number() / scale::kProd));
+    };
+    for (int row = 1; row <= kinds.RecordCount(); ++row) {
+      const Cell proz = kinds.At(row, 1);
+      // Cards whose percentage was never filled in have a row, but no kind by which their orders could be counted.
+      const std::string orders = proz.IsNull() ? PadLeftTo("", 4) : CountColumn(figures_.CountCardKind(proz.Text()));
+      lines_.Line("д.карта вид " + proz.TextOrEmpty() + orders + amount(kinds.At(row, 0)) + amount(kinds.At(row, 2)));
+    }
+  }
+
+  void WritePlaces() {
+    const std::optional<Takings> bar = figures_.Pair(figure::CategoryPair, {.category = kBarCategory});
+    lines_.Line(kBarLabel + (bar ? PairColumns(format_, *bar) : std::string()));
+    PairIfAny(lines_, format_, kAlcoholLabel, figures_.Pair(figure::AlcoholPair));
+    for (const Place& place : names_.Places()) {
+      PairIfAny(lines_, format_, place.label, figures_.Pair(figure::CategoryPair, {.category = place.category}));
+    }
+  }
+
+  ReportLines& lines_;
+  Session& session_;
+  const KatNames& names_;
+  const RegionalFormat& format_;
+  const Figures figures_;
+};
 
 }  // namespace
 
@@ -105,7 +130,7 @@ void ReportSystemPeriod(Session& session, const KatNames& names, ListBox& list, 
   lines.DoubleRule();
   lines.Line("с " + day_and_month(span.first) + " по " + day_and_month(AddDays(span.last, -1)) +
              "            чеки     сумма");
-  Block(lines, Figures(session, ReportPeriodBounds(span, session.Format())), session, names);
+  Block(lines, session, names, span).Write();
 }
 
 void ReportSystemByDays(Session& session, const KatNames& names, ListBox& list, const ReportSpan& span) {
@@ -115,7 +140,7 @@ void ReportSystemByDays(Session& session, const KatNames& names, ListBox& list, 
     const ReportSpan shift{span.hour, day, AddDays(day, 1)};
     lines.DoubleRule();
     lines.Line(session.Format().DateText(day) + "                  чеки     сумма");
-    Block(lines, Figures(session, ReportPeriodBounds(shift, session.Format())), session, names);
+    Block(lines, session, names, shift).Write();
   }
 }
 

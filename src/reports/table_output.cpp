@@ -5,13 +5,7 @@
 
 namespace zrt {
 
-TableOutput::TableOutput(Form& form, const TableTools& tools, bool with_workbook)
-    : Label5(form, "Label5"),
-      LblPath(form, "LblPath"),
-      CmdPath(form, "CmdPath"),
-      Label4(form, "Label4"),
-      form_(form),
-      tools_(tools) {
+TableOutput::TableOutput(Form& form, const TableTools& tools, bool with_workbook) : FormSection(form), tools_(tools) {
   if (with_workbook) {
     Check3.emplace(form, "Check3");
     Check3->Click = [this] { Check3_Click(); };
@@ -29,15 +23,16 @@ void TableOutput::ShowWork(const std::string& text) {
 }
 
 void TableOutput::TellNoData() {
-  form_.TheDesktop().MsgBox("Нет данных!", BoxIcon::kCritical);
+  TheDesktop().MsgBox("Нет данных!", BoxIcon::kCritical);
 }
 
 void TableOutput::SaveCsv(const std::string& prefix, const std::vector<std::string>& titles, const ReportTable& table) {
   const std::string now = tools_.session.Format().DateTimeText(tools_.session.TheClock().Now());
   const std::string path = LblPath.Caption() + prefix + FileStamp(now) + ".csv";
   WriteCsv(tools_.drives, path, titles, table);
-  form_.TheDesktop().MsgBox("Выгрузка в файл " + path + "\n\rуспешно завершена!", BoxIcon::kExclamation,
-                            BoxButtons::kOk, "DESKOR");
+  TheDesktop().TellWritten(
+      {.text = "Выгрузка в файл " + path + "\n\rуспешно завершена!", .icon = BoxIcon::kExclamation, .title = "DESKOR"},
+      path);
 }
 
 void TableOutput::OpenWorkbook(const std::vector<std::string>& titles, const std::function<ReportTable()>& make_table,

@@ -24,16 +24,16 @@ struct TableTools {
 
 /// Where the table of a screen goes: into a file of the folder chosen, or as a new workbook before the operator. Owns
 /// the controls of that choice and the line that says how far the work is.
-class TableOutput {
+class TableOutput : public FormSection {
  public:
   /// `with_workbook`: the screen offers the workbook too (Check3).
   TableOutput(Form& form, const TableTools& tools, bool with_workbook);
 
   std::optional<CheckBox> Check3;
-  Label Label5;
-  Label LblPath;
-  Button CmdPath;
-  Label Label4;
+  Label Label5{form_, "Label5"};
+  Label LblPath{form_, "LblPath"};
+  Button CmdPath{form_, "CmdPath"};
+  Label Label4{form_, "Label4"};
 
   void Load();
 
@@ -59,7 +59,6 @@ class TableOutput {
   void Check3_Click();
   void CmdPath_Click();
 
-  Form& form_;
   const TableTools tools_;
 };
 

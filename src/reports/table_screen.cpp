@@ -8,6 +8,10 @@ namespace {
 const std::vector<Workbook::ColumnSpan> kWidths = {{1, 1, 4}, {2, 2, 18}, {3, 3, 12}, {4, 702, 9}};
 constexpr int kTotalColumnInBook = 3;
 
+/// Fields of the statements, and the table's columns before its days.
+enum SetField { kCod, kName, kDay, kValue };
+enum TableColumn { kNumberColumn, kCodColumn, kNameColumn, kTotalColumn, kDayColumns };
+
 std::string GroupByDay(int hour) {
   return fmt::format(
       ", YEAR(DATE_ADD(PROD.DATETIME, INTERVAL -{0} HOUR)), MONTH(DATE_ADD(PROD.DATETIME, INTERVAL -{0} HOUR)), "
@@ -50,28 +54,50 @@ void PivotScreen::Form_Load() {
   Output.Load();
 }
 
-void PivotScreen::ShowPivot(const Pivot& pivot, const ReportSpan& span) {
+ReportTable PivotScreen::PivotByDay(const DayTable& asked, const Recordset& days, const Recordset& totals,
+                                    const ReportSpan& span) const {
+  std::vector<std::string> headers = asked.headers;
+  for (Date day = span.first; day < span.last; day = AddDays(day, 1)) {
+    headers.push_back(TheSession().Format().DateText(day));
+  }
+  const auto lead = [&](std::size_t number, int row) {
+    return std::vector{std::to_string(number), days.At(row, kCod).TextOrEmpty(), days.At(row, kName).TextOrEmpty()};
+  };
+  return MakePivot({.rows = days,
+                    .cells = days,
+                    .totals = totals,
+                    .key = kCod,
+                    .value = kValue,
+                    .headers = std::move(headers),
+                    .total_column = kTotalColumn,
+                    .lead = lead,
+                    .column = [&](int row) { return DayColumn(days.At(row, kDay).Text(), span.first, kDayColumns); },
+                    .kind = asked.kind,
+                    .total_label = "ИТОГО",
+                    .label_column = kNameColumn},
+                   TheSession().Format());
+}
+
+void PivotScreen::ShowTable(const DayTable& asked, const ReportSpan& span) {
   Output.ShowQuery();
   Recordset& days = TheSession().Pool().RsDays;
   Recordset& totals = TheSession().Pool().RsTotal;
-  TheSession().BindSet(days, pivot.statement + GroupByDay(span.hour));
-  TheSession().BindSet(totals, pivot.statement);
+  TheSession().BindSet(days, asked.statement + GroupByDay(span.hour));
+  TheSession().BindSet(totals, asked.statement);
   Output.ShowBuilding();
   if (days.RecordCount() == 0) {
     Output.TellNoData();
   } else {
-    const auto table = [&] {
-      return PivotByDay(days, totals, pivot.headers, span.first, span.last, pivot.kind, TheSession().Format());
-    };
+    const auto table = [&] { return PivotByDay(asked, days, totals, span); };
     const auto sheet = [&] {
       ReportTable in_book = WithoutNumbers(table());
-      in_book.headers[kTotalColumnInBook - 1] = pivot.total_header_in_book;
+      in_book.headers[kTotalColumnInBook - 1] = asked.total_header_in_book;
       return in_book;
     };
     if (Output.ToWorkbook()) {
-      Output.OpenWorkbook({pivot.title, pivot.period_text}, sheet, {kWidths, kTotalColumnInBook});
+      Output.OpenWorkbook({asked.title, asked.period_text}, sheet, {kWidths, kTotalColumnInBook});
     } else {
-      Output.SaveCsv(pivot.file_prefix, {";;" + pivot.title, ";;" + pivot.period_text}, table());
+      Output.SaveCsv(asked.file_prefix, {";;" + asked.title, ";;" + asked.period_text}, table());
     }
   }
   Output.ShowDone();

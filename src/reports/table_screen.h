@@ -50,21 +50,26 @@ class PivotScreen : public TableScreen {
 
  protected:
   /// How the table of a screen differs from those of the others.
-  struct Pivot {
+  struct DayTable {
     std::string statement;  ///< up to the grouping by day, which is joined behind it
     std::string title;
     std::string period_text;  ///< second title
     std::string file_prefix;
     std::vector<std::string> headers;  ///< of the first four columns
     std::string total_header_in_book;
-    DayValue kind;
+    PivotValue kind;
   };
 
   void Form_Load() override;
   bool CloseCalendar() override { return Period.CloseCalendar(); }
 
   /// Runs the two statements of the table and sends it where the operator wants it. Throws DatabaseError, FileError.
-  void ShowPivot(const Pivot& pivot, const ReportSpan& span);
+  void ShowTable(const DayTable& asked, const ReportSpan& span);
+
+ private:
+  /// "№", code, name, total and a column for each shift day of `span`.
+  ReportTable PivotByDay(const DayTable& asked, const Recordset& days, const Recordset& totals,
+                         const ReportSpan& span) const;
 };
 
 }  // namespace zrt

@@ -14,26 +14,7 @@ constexpr std::string_view kWorking = "обработка запроса...";
 
 }  // namespace
 
-KassaLiteTab::KassaLiteTab(Form& form, Session& session)
-    : FrameKassaLite(form, "FrameKassaLite"),
-      TextDateLite(form, "TextDateLite"),
-      CmdPlusLite(form, "CmdPlusLite"),
-      Month1(form, "Month1"),
-      Combo3(form, "Combo3"),
-      CmdDatLite(form, "CmdDatLite"),
-      CmdAllLite(form, "CmdAllLite"),
-      Text4(form, "Text4"),
-      CmdTermLite(form, "CmdTermLite"),
-      Text8(form, "Text8"),
-      CmdOfcLite(form, "CmdOfcLite"),
-      Text9(form, "Text9"),
-      CmdDKartLite(form, "CmdDKartLite"),
-      CmdFiskLite(form, "CmdFiskLite"),
-      CmdDelProdLite(form, "CmdDelProdLite"),
-      LblInfLite(form, "LblInfLite"),
-      LblSumLite(form, "LblSumLite"),
-      DataGrid7(form, "DataGrid7"),
-      session_(session) {
+KassaLiteTab::KassaLiteTab(Form& form, Session& session) : FormSection(form), session_(session) {
   Combo3.Click = [this] { Combo3_Click(); };
   CmdPlusLite.Click = [this] { CmdPlusLite_Click(); };
   Month1.DateClick = [this] { Month1_DateClick(); };
@@ -91,8 +72,8 @@ void KassaLiteTab::CmdDatLite_Click() {
     session_.PeriodAll = false;
     ClearFieldsBut(nullptr);
     LblInfLite.Caption = TextDateLite.Caption();
-  } catch (const Error&) {
-    WarnOfDate();
+  } catch (const Error& error) {
+    WarnOfDate(error);
   }
 }
 
@@ -119,15 +100,15 @@ void KassaLiteTab::RunFilter(const sales::LiteFilter& filter, TextBox* field) {
     BeginQuery();
 
     const std::string value = field == nullptr ? std::string() : field->Text();
-    std::string condition = fmt::format("{}{}", filter.condition, value);
+    std::string condition = sales::Filled(filter.condition, value);
     if (!session_.PeriodAll) condition += " AND " + WithinShift();
     Open(" AND " + condition);
     if (!session_.PeriodAll) ShowTotal(condition);
 
     ClearFieldsBut(field);
-    LblInfLite.Caption = fmt::format("{}{}{}", TextDateLite.Caption(), filter.suffix, value);
-  } catch (const Error&) {
-    WarnOfDate();
+    LblInfLite.Caption = TextDateLite.Caption() + sales::Filled(filter.suffix, value);
+  } catch (const Error& error) {
+    WarnOfDate(error);
   }
 }
 
@@ -137,9 +118,9 @@ void KassaLiteTab::ClearFieldsBut(const TextBox* field) {
   }
 }
 
-void KassaLiteTab::WarnOfDate() {
+void KassaLiteTab::WarnOfDate(const Error& error) {
   // The label keeps saying that the query is under way: the operator sees that what stands above is not the answer.
-  TheDesktop().MsgBox("Неправильно введена дата!", BoxIcon::kCritical);
+  TheDesktop().TellFailure("Неправильно введена дата!", error);
 }
 
 void KassaLiteTab::BeginQuery() {

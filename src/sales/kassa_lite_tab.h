@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/errors.h"
 #include "core/session.h"
 #include "sales/sales_statements.h"
 #include "ui/controls.h"
@@ -9,28 +10,28 @@
 namespace zrt {
 
 /// The tab that takes the place of the sales tab in Lite mode: cash operations alone.
-class KassaLiteTab {
+class KassaLiteTab : public FormSection {
  public:
   KassaLiteTab(Form& form, Session& session);
 
-  Frame FrameKassaLite;
-  Label TextDateLite;
-  Button CmdPlusLite;
-  MonthView Month1;
-  ComboBox Combo3;  ///< hour of the shift change
-  Button CmdDatLite;
-  Button CmdAllLite;
-  TextBox Text4;
-  Button CmdTermLite;
-  TextBox Text8;
-  Button CmdOfcLite;
-  TextBox Text9;
-  Button CmdDKartLite;
-  Button CmdFiskLite;
-  Button CmdDelProdLite;
-  Label LblInfLite;
-  Label LblSumLite;
-  DataGrid DataGrid7;
+  Frame FrameKassaLite{form_, "FrameKassaLite"};
+  Label TextDateLite{form_, "TextDateLite"};
+  Button CmdPlusLite{form_, "CmdPlusLite"};
+  MonthView Month1{form_, "Month1"};
+  ComboBox Combo3{form_, "Combo3"};  ///< hour of the shift change
+  Button CmdDatLite{form_, "CmdDatLite"};
+  Button CmdAllLite{form_, "CmdAllLite"};
+  TextBox Text4{form_, "Text4"};
+  Button CmdTermLite{form_, "CmdTermLite"};
+  TextBox Text8{form_, "Text8"};
+  Button CmdOfcLite{form_, "CmdOfcLite"};
+  TextBox Text9{form_, "Text9"};
+  Button CmdDKartLite{form_, "CmdDKartLite"};
+  Button CmdFiskLite{form_, "CmdFiskLite"};
+  Button CmdDelProdLite{form_, "CmdDelProdLite"};
+  Label LblInfLite{form_, "LblInfLite"};
+  Label LblSumLite{form_, "LblSumLite"};
+  DataGrid DataGrid7{form_, "DataGrid7"};
 
   /// Sets session.ShiftPeriod from TextDateLite and Combo3.
   void CalcShiftPeriodLite();
@@ -54,7 +55,7 @@ class KassaLiteTab {
   /// that the date is wrong.
   void RunFilter(const sales::LiteFilter& filter, TextBox* field);
   void ClearFieldsBut(const TextBox* field);
-  void WarnOfDate();
+  void WarnOfDate(const Error& error);
 
   /// The label that a query is under way, no sum.
   void BeginQuery();

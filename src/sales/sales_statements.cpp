@@ -41,26 +41,72 @@ const std::string_view kSalesTail = " ORDER BY DATETIME";
 const std::string_view kOrderTail = " GROUP BY KASSA.NUM ORDER BY PROD.DATETIME";
 const std::string_view kLiteTail = " ORDER BY DAT";
 
-const Filter kByTerminal = {"Term", " WHERE TER = ", " WHERE SPION.TER = ", " AND KASSA.TER = ", kTotal};
+const Filter kOfShift = {.word = "Data", .title = "ПРОДАЖИ ТОВАРА ЗА {date}{excise}"};
+const Filter kWholePeriod = {.word = "ALL", .title = "ТАБЛИЦА ПРОДАЖ ЗА ПЕРИОД: с {first} по {now}{excise}"};
+const Filter kOneOrder = {
+    .word = "Chek", .field = Field::kOrder, .title = "КОПИЯ ЧЕКА(ЗАКАЗА) № {number}  {moment}   {terminal}"};
+const Filter kByTerminal = {.word = "Term",
+                            .field = Field::kTerminal,
+                            .sold = " WHERE TER = {value}",
+                            .deleted = " WHERE SPION.TER = {value}",
+                            .ordered = " AND KASSA.TER = {value}",
+                            .total = kTotal,
+                            .title = "ПРОДАЖИ ПО ТЕРМИНАЛУ №{value} ЗА {date}"};
 // Among the deletions the cashier's number is compared with the order's number, the column KAS. It has always been so
 // and stays so.
-const Filter kByCashier = {"Ofc", " WHERE PERS = ", " WHERE SPION.KAS = ", " AND KASSA.PERS = ", kTotal};
-const Filter kByProduct = {"Kod", " WHERE COD = ", " WHERE SPION.COD = ", "", kTotalWithQuantity};
-const Filter kByCard = {"DKart", " WHERE REZ = ", "", " AND KASSA.N5 = ", kTotalOfCard};
-const Filter kNotClosed = {"NeOpl", " WHERE N4<3", "", " AND KASSA.N4<3", kTotalWithQuantity};
+const Filter kByCashier = {.word = "Ofc",
+                           .field = Field::kCashier,
+                           .sold = " WHERE PERS = {value}",
+                           .deleted = " WHERE SPION.KAS = {value}",
+                           .ordered = " AND KASSA.PERS = {value}",
+                           .total = kTotal,
+                           .title = "ПРОДАЖИ ПО КОДУ ОФИЦИАНТА №{value} ЗА {date}"};
+const Filter kByProduct = {.word = "Kod",
+                           .field = Field::kProduct,
+                           .sold = " WHERE COD = {value}",
+                           .deleted = " WHERE SPION.COD = {value}",
+                           .total = kTotalWithQuantity,
+                           .title = "ПРОДАЖИ ТОВАРА (КОД={value}) ЗА {date}"};
+const Filter kByCard = {.word = "DKart",
+                        .field = Field::kCard,
+                        .sold = " WHERE REZ = {value}",
+                        .ordered = " AND KASSA.N5 = {value}",
+                        .total = kTotalOfCard,
+                        .title = "ПРОДАЖИ ПО ДИСКОНТНОЙ КАРТЕ №{value} ЗА {date}"};
+// Its files bear their own name as title: "НЕОПЛАЧЕННЫЕ ЗАКАЗЫ ЗА " was meant for a filter of the name "NOpl", and the
+// readers of the files know them without it.
+const Filter kNotClosed = {.word = "NeOpl",
+                           .sold = " WHERE N4<3",
+                           .ordered = " AND KASSA.N4<3",
+                           .total = kTotalWithQuantity,
+                           .title = "{file}"};
 
-// The register narrows the sold lines and the total; the orders are all that went through either.
-constexpr std::string_view kFiscalOrders = " AND KASSA.N6 IS NOT NULL";
-const std::array<FiscalFilter, 4> kFiscal = {
-    {{},
-     {{"Fisk", " WHERE N6=1", "", kFiscalOrders, kTotalWithQuantity}, " ФП-1:Акцизный"},
-     {{"Fisk", " WHERE N6=2", "", kFiscalOrders, kTotalWithQuantity}, " ФП-2:ЕдНалог"},
-     {{"Fisk", " WHERE N6 IS NOT NULL", "", kFiscalOrders, kTotalWithQuantity}, " ВСЕ"}}};
+namespace {
 
-const LiteFilter kLiteByTerminal = {"TER = ", " по кассе №"};
-const LiteFilter kLiteByCashier = {"PERS = ", " по кассиру №"};
-const LiteFilter kLiteByCard = {"N5 = ", " по карте №"};
-const LiteFilter kLiteFiscal = {"N6 IS NOT NULL", " фискальные"};
+/// The register narrows the sold lines and the total; the orders are all that went through either.
+Filter ByFiscalRegister(std::string_view sold) {
+  return {.word = "Fisk",
+          .sold = sold,
+          .ordered = " AND KASSA.N6 IS NOT NULL",
+          .total = kTotalWithQuantity,
+          .title = "ОПЛАЧЕННЫЕ ПО КАССЕ ЗАКАЗЫ ЗА {date}"};
+}
+
+}  // namespace
+
+const std::array<FiscalFilter, 4> kFiscal = {{{},
+                                              {ByFiscalRegister(" WHERE N6=1"), " ФП-1:Акцизный"},
+                                              {ByFiscalRegister(" WHERE N6=2"), " ФП-2:ЕдНалог"},
+                                              {ByFiscalRegister(" WHERE N6 IS NOT NULL"), " ВСЕ"}}};
+
+const LiteFilter kLiteByTerminal = {.condition = "TER = {value}", .suffix = " по кассе №{value}"};
+const LiteFilter kLiteByCashier = {.condition = "PERS = {value}", .suffix = " по кассиру №{value}"};
+const LiteFilter kLiteByCard = {.condition = "N5 = {value}", .suffix = " по карте №{value}"};
+const LiteFilter kLiteFiscal = {.condition = "N6 IS NOT NULL", .suffix = " фискальные"};
+
+std::string Filled(std::string_view piece, const std::string& value) {
+  return fmt::format(fmt::runtime(piece), fmt::arg("value", value));
+}
 
 std::string Within(std::string_view column, const Shift& shift) {
   return fmt::format("{0} > '{1}' AND {0} < '{2}'", column, shift.From, shift.To);

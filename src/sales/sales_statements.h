@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -31,16 +32,27 @@ extern const std::string_view kSalesTail;
 extern const std::string_view kOrderTail;
 extern const std::string_view kLiteTail;
 
-/// What one filter of the sales tab puts into the statements. A filter with a field has the field's text follow each
-/// piece. An empty piece leaves its grids as they are.
+/// The fields of the sales tab that narrow by their text.
+enum class Field { kProduct, kOrder, kCashier, kCard, kTerminal };
+inline constexpr std::array kFields = {Field::kProduct, Field::kOrder, Field::kCashier, Field::kCard, Field::kTerminal};
+
+/// What one filter of the sales tab puts into the statements. {value} in a piece is the field's text. An empty piece
+/// leaves its grids as they are.
 struct Filter {
-  std::string_view word;     ///< its name in the titles and names of files
-  std::string_view sold;     ///< PROD: DataGrid3 and the total
-  std::string_view deleted;  ///< SPION: DataGrid11
-  std::string_view ordered;  ///< KASSA: DataGrid2 and DataGrid4
-  std::string_view total;
+  std::string_view word;            ///< its name in the names of files
+  std::optional<Field> field = {};  ///< whose text it narrows by; the filter clears the others
+  std::string_view sold = {};       ///< PROD: DataGrid3 and the total
+  std::string_view deleted = {};    ///< SPION: DataGrid11
+  std::string_view ordered = {};    ///< KASSA: DataGrid2 and DataGrid4
+  std::string_view total = {};
+  /// Title of the saved sold lines. {value}; {date} and {excise} as the screen says; {file} its own name; {number},
+  /// {moment}, {terminal} of the current line; {first} and {now}, the moments of the first sale and of the saving.
+  std::string_view title = {};
 };
 
+extern const Filter kOfShift;      ///< CmdDat
+extern const Filter kWholePeriod;  ///< CmdAll
+extern const Filter kOneOrder;     ///< CmdFilCheck
 extern const Filter kByTerminal;
 extern const Filter kByCashier;
 extern const Filter kByProduct;
@@ -55,16 +67,19 @@ struct FiscalFilter {
 /// By the boxes ticked: 1 the first register, 2 the second one, 3 both; nothing stands at 0.
 extern const std::array<FiscalFilter, 4> kFiscal;
 
-/// What one filter of the Lite tab puts into the statements.
+/// What one filter of the Lite tab puts into the statements. {value} is its field's text.
 struct LiteFilter {
-  std::string_view condition;  ///< the field's text follows, if the filter has one
-  std::string_view suffix;     ///< in LblInfLite, behind the date; the field's text follows here too
+  std::string_view condition;
+  std::string_view suffix;  ///< in LblInfLite, behind the date
 };
 
 extern const LiteFilter kLiteByTerminal;
 extern const LiteFilter kLiteByCashier;
 extern const LiteFilter kLiteByCard;
 extern const LiteFilter kLiteFiscal;
+
+/// A piece with the field's text in the place of {value}.
+std::string Filled(std::string_view piece, const std::string& value);
 
 /// "DATETIME > 'F' AND DATETIME < 'U'" over `column`, without a word before it; both bounds lie outside.
 std::string Within(std::string_view column, const Shift& shift);

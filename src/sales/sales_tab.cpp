@@ -1,5 +1,7 @@
 #include "sales/sales_tab.h"
 
+#include <algorithm>
+
 #include "core/errors.h"
 #include "core/numbers.h"
 #include "core/text.h"
@@ -18,8 +20,8 @@ constexpr std::string_view kWorking = "обработка запроса...";
 /// What LblInf says behind the date for each excise filter.
 constexpr std::array<std::string_view, 4> kExciseSuffix = {"", " Алкоголь", " Сигареты", " НЕ акциз"};
 /// What LblInf says of the whole period for each excise filter.
-constexpr std::array<std::string_view, 4> kWholePeriod = {"за весь период", "за весь период: Алкоголь",
-                                                          "за весь период: Сигареты", "за весь период: НЕ акциз"};
+constexpr std::array<std::string_view, 4> kWholePeriodText = {"за весь период", "за весь период: Алкоголь",
+                                                              "за весь период: Сигареты", "за весь период: НЕ акциз"};
 /// What a file's title says for each excise filter. Its words for 2 and 3 aren't those of the screen: the readers of
 /// the files know them so.
 constexpr std::array<std::string_view, 4> kExciseInTitle = {"", " (Алкоголь)", " (не Акциз)", ""};
@@ -74,43 +76,7 @@ const std::vector<ColumnLayout> kOrdersLayout = {
 }  // namespace
 
 SalesTab::SalesTab(Form& form, Session& session, const DriveMap& drives)
-    : FrameProd(form, "FrameProd"),
-      CmdDG(ControlArray<Button, 3>(form, "CmdDG", 0)),
-      DataGrid3(form, "DataGrid3"),
-      DataGrid11(form, "DataGrid11"),
-      DataGrid2(form, "DataGrid2"),
-      DataGrid4(form, "DataGrid4"),
-      TextDate(form, "TextDate"),
-      CmdPlus(form, "CmdPlus"),
-      Month0(form, "Month0"),
-      Combo1(form, "Combo1"),
-      Combo2(form, "Combo2"),
-      CmdDat(form, "CmdDat"),
-      CmdAll(form, "CmdAll"),
-      Label19(form, "Label19"),
-      Text7(form, "Text7"),
-      CmdTerm(form, "CmdTerm"),
-      Text3(form, "Text3"),
-      CmdOfc(form, "CmdOfc"),
-      Text1(form, "Text1"),
-      CmdFiltr(form, "CmdFiltr"),
-      Text2(form, "Text2"),
-      CmdFilCheck(form, "CmdFilCheck"),
-      Text5(form, "Text5"),
-      CmdDKart(form, "CmdDKart"),
-      CmdNOpl(form, "CmdNOpl"),
-      CheckFP1(form, "CheckFP1"),
-      CheckFP2(form, "CheckFP2"),
-      CmdFisk(form, "CmdFisk"),
-      CmdFileCSV(form, "CmdFileCSV"),
-      Dir1(form, "Dir1"),
-      Drive1(form, "Drive1"),
-      LblInf(form, "LblInf"),
-      LblSum(form, "LblSum"),
-      LblKol(form, "LblKol"),
-      form_(form),
-      session_(session),
-      drives_(drives) {
+    : FormSection(form), session_(session), drives_(drives) {
   for (int item = 0; item < static_cast<int>(CmdDG.size()); ++item) {
     CmdDG[static_cast<std::size_t>(item)].Click = [this, item] { DG_Swith(item, true); };
   }
@@ -164,7 +130,7 @@ void SalesTab::FillCombos() {
   for (int hour = 0; hour < 24; ++hour) Combo1.AddItem(std::to_string(hour));
   for (const char* excise : {"Всего", "Алкоголь", "Сигареты", "НЕакциз"}) Combo2.AddItem(excise);
   Combo2.Text = "Всего";
-  session_.ExciseFilter = 0;
+  ExciseFilter = 0;
 }
 
 void SalesTab::DG_Swith(int index, bool load) {
@@ -183,7 +149,7 @@ void SalesTab::DG_Swith(int index, bool load) {
   CmdFilCheck.Enabled = filters.order;
   CmdDKart.Enabled = filters.card;
   CmdFiltr.Enabled = filters.product;
-  session_.CurrentGrid = index;
+  CurrentGrid = index;
 
   if (load && session_.PeriodAll) {
     CmdAll_Click();
@@ -198,7 +164,7 @@ void SalesTab::Combo1_Click() {
 }
 
 void SalesTab::Combo2_Click() {
-  session_.ExciseFilter = Combo2.ListIndex();
+  ExciseFilter = Combo2.ListIndex();
 }
 
 void SalesTab::CmdPlus_Click() {
@@ -222,15 +188,15 @@ void SalesTab::Month0_DateClick() {
 void SalesTab::CmdDat_Click() {
   try {
     Month0.Visible = false;
-    BeginQuery("Data");
+    BeginQuery(sales::kOfShift);
     CalcShiftPeriod();
 
     const Shift& shift = session_.ShiftPeriod;
-    const std::string excise = sales::ExciseCondition(session_.ExciseFilter);
+    const std::string excise = sales::ExciseCondition(ExciseFilter);
     const std::string sold =
         fmt::format(" WHERE {}{}{}", sales::Within("DATETIME", shift), excise.empty() ? "" : " AND ", excise);
     const std::string orders = " AND " + sales::Within("PROD.DATETIME", shift);
-    switch (session_.CurrentGrid) {
+    switch (CurrentGrid) {
       case 0:
         OpenSales(sold);
         break;
@@ -245,18 +211,17 @@ void SalesTab::CmdDat_Click() {
     ShowTotal(fmt::format("{}{}{}", sales::kTotal, sold, sales::kSalesTail));
 
     session_.PeriodAll = false;
-    LblInf.Caption =
-        fmt::format("{}{}", TextDate.Caption(), kExciseSuffix.at(static_cast<std::size_t>(session_.ExciseFilter)));
-  } catch (const Error&) {
+    LblInf.Caption = fmt::format("{}{}", TextDate.Caption(), kExciseSuffix.at(static_cast<std::size_t>(ExciseFilter)));
+  } catch (const Error& error) {
     // The label keeps saying that the query is under way: the operator sees that what stands below is not the answer.
-    TheDesktop().MsgBox("Неправильно введена дата!", BoxIcon::kCritical);
+    TheDesktop().TellFailure("Неправильно введена дата!", error);
   }
 }
 
 void SalesTab::CmdAll_Click() {
   TextDate.Caption = session_.Format().DateText(session_.StoredDate);
   LblKol.Caption = {};
-  BeginQuery("ALL");
+  BeginQuery(sales::kWholePeriod);
 
   try {
     OpenWholePeriod();
@@ -267,15 +232,15 @@ void SalesTab::CmdAll_Click() {
   }
 
   TextDate.Caption = "весь период";
-  LblInf.Caption = std::string(kWholePeriod.at(static_cast<std::size_t>(session_.ExciseFilter)));
+  LblInf.Caption = std::string(kWholePeriodText.at(static_cast<std::size_t>(ExciseFilter)));
   CmdDat.Enabled = false;
   Month0.Visible = false;
   session_.PeriodAll = true;
 }
 
 void SalesTab::OpenWholePeriod() {
-  const std::string narrowed = sales::ExciseCondition(session_.ExciseFilter);
-  switch (session_.CurrentGrid) {
+  const std::string narrowed = sales::ExciseCondition(ExciseFilter);
+  switch (CurrentGrid) {
     case 0:
       OpenSales(narrowed.empty() ? "" : " WHERE " + narrowed);
       break;
@@ -290,24 +255,24 @@ void SalesTab::OpenWholePeriod() {
 }
 
 void SalesTab::CmdTerm_Click() {
-  FilterByField(sales::kByTerminal, Text7);
+  FilterByField(sales::kByTerminal);
 }
 
 void SalesTab::CmdOfc_Click() {
-  FilterByField(sales::kByCashier, Text3);
+  FilterByField(sales::kByCashier);
 }
 
 void SalesTab::CmdFiltr_Click() {
-  FilterByField(sales::kByProduct, Text1);
+  FilterByField(sales::kByProduct);
 }
 
 void SalesTab::CmdDKart_Click() {
-  FilterByField(sales::kByCard, Text5);
+  FilterByField(sales::kByCard);
 }
 
 void SalesTab::CmdNOpl_Click() {
   CalcShiftPeriod();
-  RunFilter(sales::kNotClosed, nullptr);
+  RunFilter(sales::kNotClosed);
 }
 
 void SalesTab::CmdFisk_Click() {
@@ -318,7 +283,7 @@ void SalesTab::CmdFisk_Click() {
   }
   // A day picked since the last query counts only after CmdDat: this filter stays within the period last shown.
   const sales::FiscalFilter& fiscal = sales::kFiscal.at(ticked);
-  RunFilter(fiscal.filter, nullptr, fmt::format(" фискальные{}", fiscal.name));
+  RunFilter(fiscal.filter, fmt::format(" фискальные{}", fiscal.name));
 }
 
 void SalesTab::CmdFilCheck_Click() {
@@ -328,14 +293,14 @@ void SalesTab::CmdFilCheck_Click() {
   // Of a longer number the last two digits are the terminal's.
   const int terminal = ToByte(session_.Format().ToNumber(Right(Text7.Text(), 2)));
 
-  BeginQuery("Chek");
+  BeginQuery(sales::kOneOrder);
   DG_Swith(0, false);
   // An order is shown whole, whatever the period.
   const std::string lines = fmt::format(" WHERE NUM = {} AND TER={}", order, terminal);
   OpenSales(lines);
   OpenOrders(fmt::format(" AND KASSA.NUM = {} AND KASSA.TER={}", order, terminal));
   ShowTotal(fmt::format("{}{}", sales::kTotalWithQuantity, lines));
-  for (TextBox* field : {&Text1, &Text3, &Text5}) field->Text = {};
+  ClearFieldsBut({sales::Field::kOrder, sales::Field::kTerminal});
   LblInf.Caption = "заказ № " + order;
 }
 
@@ -392,48 +357,63 @@ void SalesTab::TakeDeletion() {
 }
 
 void SalesTab::OpenOrderOf(const DataGrid& grid) {
-  for (TextBox* field : {&Text1, &Text3, &Text5}) field->Text = {};
+  ClearFieldsBut({sales::Field::kOrder, sales::Field::kTerminal});
   Text2.Text = grid.CurrentText("Num");
   Text7.Text = grid.CurrentText("Ter");
   CmdFilCheck_Click();
 }
 
-void SalesTab::RunFilter(const sales::Filter& filter, const TextBox* field, std::string_view suffix) {
-  BeginQuery(filter.word);
+void SalesTab::RunFilter(const sales::Filter& filter, std::string_view suffix) {
+  BeginQuery(filter);
 
-  const std::string value = field == nullptr ? std::string() : field->Text();
-  std::string sold = fmt::format("{}{}", filter.sold, value);
-  std::string deleted = fmt::format("{}{}", filter.deleted, value);
-  std::string ordered = fmt::format("{}{}", filter.ordered, value);
+  const std::string value = filter.field ? Box(*filter.field).Text() : std::string();
+  std::string sold = sales::Filled(filter.sold, value);
+  std::string deleted = sales::Filled(filter.deleted, value);
+  std::string ordered = sales::Filled(filter.ordered, value);
   if (!session_.PeriodAll) {
     sold += " AND " + sales::Within("DATETIME", session_.ShiftPeriod);
     deleted += " AND " + sales::DeletedOn(TextDate.Caption());
     ordered += " AND " + sales::Within("PROD.DATETIME", session_.ShiftPeriod);
   }
-  const int grid = session_.CurrentGrid;
-  if (grid == 0) OpenSales(sold);
-  if (grid == 1 && !filter.deleted.empty()) OpenDeletions(deleted);
-  if (grid == 2 && !filter.ordered.empty()) OpenOrderDetail(ordered);
+  if (CurrentGrid == 0) OpenSales(sold);
+  if (CurrentGrid == 1 && !filter.deleted.empty()) OpenDeletions(deleted);
+  if (CurrentGrid == 2 && !filter.ordered.empty()) OpenOrderDetail(ordered);
   if (!filter.ordered.empty()) OpenOrders(ordered);
   ShowTotal(fmt::format("{}{}{}", filter.total, sold, sales::kSalesTail));
 
-  ClearFieldsBut(field);
+  ClearFieldsBut({filter.field});
   LblInf.Caption = fmt::format("{}{}", TextDate.Caption(), suffix);
 }
 
-void SalesTab::FilterByField(const sales::Filter& filter, TextBox& field) {
+void SalesTab::FilterByField(const sales::Filter& filter) {
   CalcShiftPeriod();
-  if (sales::HoldsNumber(field, "Введите целое числовое значение!")) RunFilter(filter, &field);
+  if (sales::HoldsNumber(Box(filter.field.value()), "Введите целое числовое значение!")) RunFilter(filter);
 }
 
-void SalesTab::ClearFieldsBut(const TextBox* kept) {
-  for (TextBox* field : {&Text1, &Text2, &Text3, &Text5, &Text7}) {
-    if (field != kept) field->Text = {};
+TextBox& SalesTab::Box(sales::Field field) {
+  switch (field) {
+    case sales::Field::kProduct:
+      return Text1;
+    case sales::Field::kOrder:
+      return Text2;
+    case sales::Field::kCashier:
+      return Text3;
+    case sales::Field::kCard:
+      return Text5;
+    case sales::Field::kTerminal:
+      break;
+  }
+  return Text7;
+}
+
+void SalesTab::ClearFieldsBut(std::initializer_list<std::optional<sales::Field>> kept) {
+  for (const sales::Field field : sales::kFields) {
+    if (std::find(kept.begin(), kept.end(), field) == kept.end()) Box(field).Text = {};
   }
 }
 
-void SalesTab::BeginQuery(std::string_view filter_name) {
-  session_.FilterName = filter_name;
+void SalesTab::BeginQuery(const sales::Filter& filter) {
+  filter_ = &filter;
   LblInf.Caption = std::string(kWorking);
   LblSum.Caption = {};
   // Draws the whole window, so once is enough for both labels.
@@ -485,10 +465,10 @@ void SalesTab::SaveTable() {
     std::string name;
   };
   RecordsetPool& pool = session_.Pool();
-  const std::array<Table, 3> tables = {{{pool.RsSales, DataGrid3, kSalesLayout, "Prod" + session_.FilterName},
+  const std::array<Table, 3> tables = {{{pool.RsSales, DataGrid3, kSalesLayout, fmt::format("Prod{}", filter_->word)},
                                         {pool.RsDeletions, DataGrid11, kDeletionsLayout, "Delete"},
                                         {pool.RsOrderDetail, DataGrid2, kOrderDetailLayout, "Zakaz"}}};
-  const Table& table = tables.at(static_cast<std::size_t>(session_.CurrentGrid));
+  const Table& table = tables.at(static_cast<std::size_t>(CurrentGrid));
   const RegionalFormat& format = session_.Format();
 
   table.set.Requery();
@@ -500,7 +480,7 @@ void SalesTab::SaveTable() {
   const std::string name = table.name + "_" + FileStamp(format.DateTimeText(session_.TheClock().Now()));
   const std::string path = JoinPath(Dir1.Path(), name + ".csv");
   TextFileWriter file(drives_, path);
-  switch (session_.CurrentGrid) {
+  switch (CurrentGrid) {
     case 0:
       sales::WriteSales(file, table.set, format, SalesTitle(name), LblSum.Caption());
       break;
@@ -512,36 +492,25 @@ void SalesTab::SaveTable() {
       break;
   }
   file.Close();
-  TheDesktop().MsgBox("Выгрузка в файл " + path + "\nуспешно завершена!", BoxIcon::kExclamation, BoxButtons::kOk,
-                      "DESKOR");
+  TheDesktop().TellWritten(
+      {.text = "Выгрузка в файл " + path + "\nуспешно завершена!", .icon = BoxIcon::kExclamation, .title = "DESKOR"},
+      path);
 }
 
 std::string SalesTab::SalesTitle(const std::string& file_name) {
-  const std::string& filter = session_.FilterName;
   const RegionalFormat& format = session_.Format();
-  const std::string_view excise = kExciseInTitle.at(static_cast<std::size_t>(session_.ExciseFilter));
-  const std::string& date = TextDate.Caption();
-  if (filter == "Kod") return fmt::format("ПРОДАЖИ ТОВАРА (КОД={}) ЗА {}", Text1.Text(), date);
-  if (filter == "Chek") {
-    const Recordset& lines = session_.Pool().RsSales;
-    return fmt::format("КОПИЯ ЧЕКА(ЗАКАЗА) № {}  {}   {}", lines.Field("Num").Display(format),
-                       lines.Field("DateTime").Display(format), lines.Field("Ter").Display(format));
-  }
-  if (filter == "Data") return fmt::format("ПРОДАЖИ ТОВАРА ЗА {}{}", date, excise);
-  if (filter == "Ofc") return fmt::format("ПРОДАЖИ ПО КОДУ ОФИЦИАНТА №{} ЗА {}", Text3.Text(), date);
-  if (filter == "Term") return fmt::format("ПРОДАЖИ ПО ТЕРМИНАЛУ №{} ЗА {}", Text7.Text(), date);
-  if (filter == "DKart") return fmt::format("ПРОДАЖИ ПО ДИСКОНТНОЙ КАРТЕ №{} ЗА {}", Text5.Text(), date);
-  // The filter calls itself "NeOpl", so its files are titled by their own name.
-  if (filter == "NOpl") return "НЕОПЛАЧЕННЫЕ ЗАКАЗЫ ЗА " + date;
-  if (filter == "Fisk") return "ОПЛАЧЕННЫЕ ПО КАССЕ ЗАКАЗЫ ЗА " + date;
-  if (filter == "ALL") {
-    const std::string now = format.DateTimeText(session_.TheClock().Now());
-    Recordset& sold = session_.ReadOne(std::string(sales::kFirstSold));
-    const std::string first = sold.Field("DATETIME").Display(format);
-    sold.Close();
-    return fmt::format("ТАБЛИЦА ПРОДАЖ ЗА ПЕРИОД: с {} по {}{}", first, now, excise);
-  }
-  return file_name;
+  const Recordset& lines = session_.Pool().RsSales;
+  const auto of_line = [&](const char* column) { return lines.Field(column).Display(format); };
+  const auto first_sale = [&] {
+    return session_.ReadOne(std::string(sales::kFirstSold)).Field("DATETIME").Display(format);
+  };
+  const std::string now = format.DateTimeText(session_.TheClock().Now());
+  return fmt::format(
+      fmt::runtime(filter_->title), fmt::arg("value", filter_->field ? Box(*filter_->field).Text() : std::string()),
+      fmt::arg("date", TextDate.Caption()),
+      fmt::arg("excise", kExciseInTitle.at(static_cast<std::size_t>(ExciseFilter))), fmt::arg("file", file_name),
+      fmt::arg("number", of_line("Num")), fmt::arg("moment", of_line("DateTime")), fmt::arg("terminal", of_line("Ter")),
+      fmt::arg("now", now), fmt::arg("first", filter_ == &sales::kWholePeriod ? first_sale() : std::string()));
 }
 
 void SalesTab::ShowFolders(bool shown) {

@@ -13,45 +13,51 @@ namespace zrt {
 
 /// The sales tab of the main window: what the terminals sell, in one of three big grids with the orders beside it, for
 /// a shift or for the whole stored period.
-class SalesTab {
+class SalesTab : public FormSection {
  public:
   /// `drives`: where the saved tables go; they must outlive the tab.
   SalesTab(Form& form, Session& session, const DriveMap& drives);
 
-  Frame FrameProd;
-  std::array<Button, 3> CmdDG;  ///< sales, deletions, order detail
-  DataGrid DataGrid3;           ///< sales
-  DataGrid DataGrid11;          ///< deletions
-  DataGrid DataGrid2;           ///< order detail
-  DataGrid DataGrid4;           ///< orders
-  Label TextDate;               ///< day of the shift, dd.mm.yyyy, or "весь период"
-  Button CmdPlus;
-  MonthView Month0;
-  ComboBox Combo1;  ///< hour of the shift change
-  ComboBox Combo2;  ///< excise filter
-  Button CmdDat;
-  Button CmdAll;
-  Label Label19;
-  TextBox Text7;
-  Button CmdTerm;
-  TextBox Text3;
-  Button CmdOfc;
-  TextBox Text1;
-  Button CmdFiltr;
-  TextBox Text2;
-  Button CmdFilCheck;
-  TextBox Text5;
-  Button CmdDKart;
-  Button CmdNOpl;
-  CheckBox CheckFP1;
-  CheckBox CheckFP2;
-  Button CmdFisk;
-  Button CmdFileCSV;
-  DirListBox Dir1;
-  DriveListBox Drive1;
-  Label LblInf;
-  Label LblSum;
-  Label LblKol;
+  Frame FrameProd{form_, "FrameProd"};
+  std::array<Button, 3> CmdDG{ControlArray<Button, 3>(form_, "CmdDG", 0)};  ///< sales, deletions, order detail
+  DataGrid DataGrid3{form_, "DataGrid3"};                                   ///< sales
+  DataGrid DataGrid11{form_, "DataGrid11"};                                 ///< deletions
+  DataGrid DataGrid2{form_, "DataGrid2"};                                   ///< order detail
+  DataGrid DataGrid4{form_, "DataGrid4"};                                   ///< orders
+  Label TextDate{form_, "TextDate"};  ///< day of the shift, dd.mm.yyyy, or "весь период"
+  Button CmdPlus{form_, "CmdPlus"};
+  MonthView Month0{form_, "Month0"};
+  ComboBox Combo1{form_, "Combo1"};  ///< hour of the shift change
+  ComboBox Combo2{form_, "Combo2"};  ///< excise filter
+  Button CmdDat{form_, "CmdDat"};
+  Button CmdAll{form_, "CmdAll"};
+  Label Label19{form_, "Label19"};
+  TextBox Text7{form_, "Text7"};
+  Button CmdTerm{form_, "CmdTerm"};
+  TextBox Text3{form_, "Text3"};
+  Button CmdOfc{form_, "CmdOfc"};
+  TextBox Text1{form_, "Text1"};
+  Button CmdFiltr{form_, "CmdFiltr"};
+  TextBox Text2{form_, "Text2"};
+  Button CmdFilCheck{form_, "CmdFilCheck"};
+  TextBox Text5{form_, "Text5"};
+  Button CmdDKart{form_, "CmdDKart"};
+  Button CmdNOpl{form_, "CmdNOpl"};
+  CheckBox CheckFP1{form_, "CheckFP1"};
+  CheckBox CheckFP2{form_, "CheckFP2"};
+  Button CmdFisk{form_, "CmdFisk"};
+  Button CmdFileCSV{form_, "CmdFileCSV"};
+  DirListBox Dir1{form_, "Dir1"};
+  DriveListBox Drive1{form_, "Drive1"};
+  Label LblInf{form_, "LblInf"};
+  Label LblSum{form_, "LblSum"};
+  Label LblKol{form_, "LblKol"};
+
+  int CurrentGrid = 0;   ///< the big grid: 0 sales, 1 deletions, 2 order detail
+  int ExciseFilter = 0;  ///< 0 all, 1 alcohol, 2 cigarettes, 3 no excise
+
+  /// Name of the last filter, for the names of files.
+  std::string_view FilterName() const { return filter_->word; }
 
   /// Sets session.ShiftPeriod from TextDate and Combo1.
   void CalcShiftPeriod();
@@ -95,14 +101,15 @@ class SalesTab {
   void TakeDeletion();
   void OpenOrderOf(const DataGrid& grid);
 
-  /// What every filter begins with: its name for file titles, the label that a query is under way, no sum.
-  void BeginQuery(std::string_view filter_name);
+  /// What every filter begins with: it becomes the last one, the label says that a query is under way, no sum.
+  void BeginQuery(const sales::Filter& filter);
   /// Narrows the big grid and the orders by `filter`, within the shift unless the whole period is on, shows the total
-  /// and what is shown: the date and `suffix`. `field` is the filter's own, the others are cleared. Throws
-  /// DatabaseError.
-  void RunFilter(const sales::Filter& filter, const TextBox* field, std::string_view suffix = "");
-  void FilterByField(const sales::Filter& filter, TextBox& field);
-  void ClearFieldsBut(const TextBox* kept);
+  /// and what is shown: the date and `suffix`. Clears the fields of other filters. Throws DatabaseError.
+  void RunFilter(const sales::Filter& filter, std::string_view suffix = "");
+  /// The same for a filter with a field, which must hold a number.
+  void FilterByField(const sales::Filter& filter);
+  TextBox& Box(sales::Field field);
+  void ClearFieldsBut(std::initializer_list<std::optional<sales::Field>> kept);
 
   // Open a grid's set: its base statement, the filter and period pieces, its tail; on the last row. Throw
   // DatabaseError.
@@ -122,9 +129,7 @@ class SalesTab {
   std::string SalesTitle(const std::string& file_name);
   void ShowFolders(bool shown);
 
-  Desktop& TheDesktop() const { return form_.TheDesktop(); }
-
-  Form& form_;
+  const sales::Filter* filter_ = &sales::kOfShift;  ///< the last one
   Session& session_;
   const DriveMap& drives_;
 };

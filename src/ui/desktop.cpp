@@ -23,8 +23,35 @@ std::string WithPlainBreaks(std::string_view text) {
   return plain;
 }
 
+std::string DetailsOf(const std::exception& error) {
+  const auto* failure = dynamic_cast<const DatabaseError*>(&error);
+  if (failure == nullptr) return error.what();
+  std::string details = fmt::format("{}\nSQLSTATE {}, {}", failure->Text(), failure->SqlState(), failure->Native());
+  if (!failure->Statement().empty()) details += "\n" + failure->Statement();
+  return details;
+}
+
 BoxAnswer Desktop::MsgBox(const std::string& text, BoxIcon icon, BoxButtons buttons, const std::string& title) {
-  return DoMsgBox(text, icon, buttons, title.empty() ? ProgramTitle : title);
+  return MsgBox(Message{.text = text, .icon = icon, .buttons = buttons, .title = title});
+}
+
+BoxAnswer Desktop::MsgBox(Message message) {
+  if (message.title.empty()) message.title = ProgramTitle;
+  return DoMsgBox(message);
+}
+
+void Desktop::TellFailure(const std::string& text, const std::exception& error) {
+  NoteFailure(error);
+  MsgBox(Message{.text = text, .icon = BoxIcon::kCritical, .details = DetailsOf(error)});
+}
+
+void Desktop::TellWritten(Message message, std::string_view path) {
+  message.folder = path.substr(0, path.find_last_of("\\/") + 1);
+  MsgBox(std::move(message));
+}
+
+std::string Desktop::AskPassword(const std::string& prompt, const std::string& title) {
+  return DoPasswordBox(prompt, title.empty() ? ProgramTitle : title);
 }
 
 std::string Desktop::InputBox(const std::string& prompt, const std::string& title, const std::string& preset) {

@@ -15,6 +15,21 @@ enum class BoxIcon { kNone, kCritical, kQuestion, kExclamation, kInformation };
 enum class BoxButtons { kOk, kOkCancel, kYesNo };
 enum class BoxAnswer { kOk, kCancel, kYes, kNo };
 
+/// A message or question. `title` is the program's when empty.
+struct Message {
+  std::string text = {};
+  BoxIcon icon = BoxIcon::kNone;
+  BoxButtons buttons = BoxButtons::kOk;
+  std::string title = {};
+  std::string details =
+      {};  ///< what the shop's helper wants to know, shown on demand; empty for a box without that part
+  std::string folder = {};  ///< the box offers to open this folder; empty for none
+};
+
+/// What the failure says to the shop's helper, in lines: the driver's words, SQLSTATE and number, the statement; or the
+/// file. Never a connection text.
+std::string DetailsOf(const std::exception& error);
+
 /// The text of a box with one "\n" for each break: some texts break their lines by a line feed and a carriage return,
 /// some by a carriage return alone.
 std::string WithPlainBreaks(std::string_view text);
@@ -46,8 +61,15 @@ class Desktop {
   /// A message or question; returns the button. Closing the box counts as Cancel, No, or OK where that is the only one.
   BoxAnswer MsgBox(const std::string& text, BoxIcon icon = BoxIcon::kNone, BoxButtons buttons = BoxButtons::kOk,
                    const std::string& title = {});
+  BoxAnswer MsgBox(Message message);
+  /// The fixed message of a handler that has trapped `error`, critical, with the error's details.
+  void TellFailure(const std::string& text, const std::exception& error);
+  /// The message that a file has been written, with a way to its folder. `path` is the file's, on its drive.
+  void TellWritten(Message message, std::string_view path);
   /// Asks for a line of text; "" when the operator cancels.
   std::string InputBox(const std::string& prompt, const std::string& title = {}, const std::string& preset = {});
+  /// The same for a password, which isn't shown.
+  std::string AskPassword(const std::string& prompt, const std::string& title = {});
 
   void Show(Form& form);
   void ShowModal(Form& form);
@@ -72,7 +94,7 @@ class Desktop {
 
   /// Writes a failure as one line on the standard error stream, for whoever looks after the program: the moment, the
   /// form in front, SQLSTATE and number, the driver's words, the statement. Every run-time error passes here before its
-  /// box is shown; a handler that traps one for its own message calls it too.
+  /// box is shown, and every failure that TellFailure tells.
   void NoteFailure(const std::exception& error) const;
 
   /// A form came to the front: raises Deactivate of the one before and its Activate, unless it was in front already.
@@ -87,8 +109,11 @@ class Desktop {
   const std::vector<Form*>& LoadedForms() const { return loaded_; }  ///< in the order of their loading
 
  protected:
-  virtual BoxAnswer DoMsgBox(const std::string& text, BoxIcon icon, BoxButtons buttons, const std::string& title) = 0;
+  virtual BoxAnswer DoMsgBox(const Message& message) = 0;
   virtual std::string DoInputBox(const std::string& prompt, const std::string& title, const std::string& preset) = 0;
+  virtual std::string DoPasswordBox(const std::string& prompt, const std::string& title) {
+    return DoInputBox(prompt, title, {});
+  }
   virtual void DoShow(Form& form, bool modal) = 0;  ///< the form is loaded; make it visible, in front
   virtual void DoModalLoop(Form& form) = 0;         ///< the operator works in the form until IsVisible() is false
   virtual void DoHide(Form& form) = 0;              ///< IsVisible() is false already

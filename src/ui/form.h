@@ -67,4 +67,16 @@ class Form : public Element {
   bool visible_ = false;
 };
 
+/// A part of a form in a class of its own, with its controls and what they do. They stand as in a form:
+/// `Button CmdDat{form_, "CmdDat"};`
+class FormSection {
+ protected:
+  /// `form` must outlive the section.
+  explicit FormSection(Form& form) : form_(form) {}
+
+  Desktop& TheDesktop() const { return form_.TheDesktop(); }
+
+  Form& form_;
+};
+
 }  // namespace zrt

@@ -291,7 +291,7 @@ TEST_F(Import, WhatOneInstallationWritesAnotherReads) {
   shop_.Sql(
       "INSERT INTO DOCINVENT (COD,NAME,OST,KOL,PRC,PRCR,DOC) VALUES (3,'Квас, \"Рус\"',0,1234,0,0,-1),"
       "(1,'Чай',7000,0,0,0,-1),(2,'Вода',0,1,0,0,-1),(1,'Чай',0,NULL,0,0,-1)");
-  Do([&] { Inventory().RefreshLines(); });
+  Do([&] { Inventory().RefreshRS7in(); });
   const std::string path = "C:\\Korvina\\Report\\Exp_12112026_090507.txt";
   clock_.Set({{2026, 11, 12}, 9, 5, 7});
   InWindow(Inventory().CmdExportFakt, [&] {

@@ -180,11 +180,11 @@ Player::Box Player::TakeBox(const std::string& text, bool input) {
   return box;
 }
 
-BoxAnswer Player::DoMsgBox(const std::string& text, BoxIcon icon, BoxButtons buttons, const std::string&) {
-  const Box box = TakeBox(text, false);
-  if (box.icon && *box.icon != icon) Fail("the box has another icon: " + text);
+BoxAnswer Player::DoMsgBox(const Message& message) {
+  const Box box = TakeBox(message.text, false);
+  if (box.icon && *box.icon != message.icon) Fail("the box has another icon: " + message.text);
   const BoxAnswer answer = kAnswers.at(box.answer);
-  if (!test::Offers(buttons, answer)) Fail("the box has no button " + box.answer + ": " + text);
+  if (!test::Offers(message.buttons, answer)) Fail("the box has no button " + box.answer + ": " + message.text);
   return answer;
 }
 

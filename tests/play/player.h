@@ -31,7 +31,7 @@ class Player final : public test::HeadlessDesktop {
   void Run(const std::vector<Line>& script);
 
  protected:
-  BoxAnswer DoMsgBox(const std::string& text, BoxIcon icon, BoxButtons buttons, const std::string& title) override;
+  BoxAnswer DoMsgBox(const Message& message) override;
   std::string DoInputBox(const std::string& prompt, const std::string& title, const std::string& preset) override;
   void DoModalLoop(Form& form) override;
   void DoRuntimeError(const std::exception& error) override;

@@ -42,8 +42,9 @@ std::optional<ScriptedDesktop::Box> ScriptedDesktop::Next(const std::string& tex
   return box;
 }
 
-BoxAnswer ScriptedDesktop::DoMsgBox(const std::string& text, BoxIcon icon, BoxButtons buttons,
-                                    const std::string& title) {
+BoxAnswer ScriptedDesktop::DoMsgBox(const Message& message) {
+  last_message_ = message;
+  const auto& [text, icon, buttons, title, details, folder] = message;
   const std::optional<Box> box = Next(text, false);
   if (!box) return buttons == BoxButtons::kYesNo ? BoxAnswer::kNo : BoxAnswer::kCancel;
   if (box->icon) {

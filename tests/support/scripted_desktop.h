@@ -27,11 +27,14 @@ class ScriptedDesktop final : public HeadlessDesktop {
   /// The next action ends in a run-time error.
   void ExpectRuntimeError() { ++errors_expected_; }
 
+  /// The details and the folder that the last message offered.
+  const Message& LastMessage() const { return last_message_; }
+
   /// Fails the test for everything that was announced and didn't come.
   void CheckAllCame();
 
  protected:
-  BoxAnswer DoMsgBox(const std::string& text, BoxIcon icon, BoxButtons buttons, const std::string& title) override;
+  BoxAnswer DoMsgBox(const Message& message) override;
   std::string DoInputBox(const std::string& prompt, const std::string& title, const std::string& preset) override;
   void DoModalLoop(Form& form) override;
   void DoRuntimeError(const std::exception& error) override;
@@ -50,6 +53,7 @@ class ScriptedDesktop final : public HeadlessDesktop {
   std::deque<Box> boxes_;
   std::deque<std::function<void(Form&)>> modal_work_;
   int errors_expected_ = 0;
+  Message last_message_;
 };
 
 }  // namespace zrt::test

@@ -27,6 +27,7 @@
 #include "ui/qt/control_view.h"
 #include "ui/qt/grid_view.h"
 #include "ui/qt/key_trigg_widget.h"
+#include "ui/qt/line_validator.h"
 #include "ui/qt/list_views.h"
 #include "ui/qt/qt_text.h"
 #include "ui/qt/view_kinds.h"
@@ -179,6 +180,7 @@ class TextBoxView final : public ControlView {
     connect(edit, &QLineEdit::textChanged, this, [this] { Typed(); });
     connect(edit, &QLineEdit::cursorPositionChanged, this, [this] { KeepSelection(); });
     connect(edit, &QLineEdit::selectionChanged, this, [this] { KeepSelection(); });
+    KeepToOneLine(*edit);
     WatchKeys(edit);
     Start();
   }
@@ -320,6 +322,7 @@ class ComboView final : public ControlView {
     if (widget->isEditable()) widget->setCompleter(nullptr);
     if (QLineEdit* edit = widget->lineEdit()) {
       edit->setAccessibleDescription(ToQt(combo.Name()));
+      KeepToOneLine(*edit);
       connect(edit, &QLineEdit::cursorPositionChanged, this, [this] { KeepSelection(); });
       connect(edit, &QLineEdit::selectionChanged, this, [this] { KeepSelection(); });
     }

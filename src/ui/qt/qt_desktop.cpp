@@ -1,11 +1,10 @@
 #include "ui/qt/qt_desktop.h"
 
 #include <QApplication>
-#include <QInputDialog>
-#include <QMessageBox>
 
 #include "core/errors.h"
 #include "ui/form.h"
+#include "ui/qt/boxes.h"
 #include "ui/qt/form_window.h"
 #include "ui/qt/qt_text.h"
 
@@ -13,28 +12,8 @@ namespace zrt {
 
 namespace {
 
-QMessageBox::Icon QtIcon(BoxIcon icon) {
-  switch (icon) {
-    case BoxIcon::kCritical:
-      return QMessageBox::Critical;
-    case BoxIcon::kQuestion:
-      return QMessageBox::Question;
-    case BoxIcon::kExclamation:
-      return QMessageBox::Warning;
-    case BoxIcon::kInformation:
-      return QMessageBox::Information;
-    case BoxIcon::kNone:
-      break;
-  }
-  return QMessageBox::NoIcon;
-}
-
 bool IsMainWindow(const auto& shown) {
   return shown.second->Window()->property("mainWindow").toBool();
-}
-
-QString BoxText(const std::string& text) {
-  return ToQt(WithPlainBreaks(text));
 }
 
 }  // namespace
@@ -137,52 +116,28 @@ void QtDesktop::DoUnload(Form& form) {
   if (LoadedForms().empty()) Quit(0);
 }
 
-BoxAnswer QtDesktop::DoMsgBox(const std::string& text, BoxIcon icon, BoxButtons buttons, const std::string& title) {
-  QMessageBox box(FrontWindow());
-  box.setIcon(QtIcon(icon));
-  box.setWindowTitle(ToQt(title));
-  box.setTextFormat(Qt::PlainText);
-  box.setText(BoxText(text));
-  switch (buttons) {
-    case BoxButtons::kOk:
-      box.setStandardButtons(QMessageBox::Ok);
-      break;
-    case BoxButtons::kOkCancel:
-      box.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel);
-      break;
-    case BoxButtons::kYesNo:
-      box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
-      box.setEscapeButton(QMessageBox::No);
-      break;
-  }
-  const int pressed = box.exec();
+BoxAnswer QtDesktop::DoMsgBox(const Message& message) {
+  const BoxAnswer answer = ShowMessage(message, drives_, FrontWindow());
   if (QWidget* owner = FrontWindow()) owner->activateWindow();
-  switch (pressed) {
-    case QMessageBox::Cancel:
-      return BoxAnswer::kCancel;
-    case QMessageBox::Yes:
-      return BoxAnswer::kYes;
-    case QMessageBox::No:
-      return BoxAnswer::kNo;
-    default:
-      return BoxAnswer::kOk;
-  }
+  return answer;
 }
 
 std::string QtDesktop::DoInputBox(const std::string& prompt, const std::string& title, const std::string& preset) {
-  QInputDialog box(FrontWindow());
-  box.setWindowTitle(ToQt(title));
-  box.setLabelText(BoxText(prompt));
-  box.setTextValue(ToQt(preset));
-  const bool accepted = box.exec() == QDialog::Accepted;
+  const std::string line = AskLine({prompt, title, preset, false}, FrontWindow());
   if (QWidget* owner = FrontWindow()) owner->activateWindow();
-  return accepted ? box.textValue().toStdString() : std::string();
+  return line;
+}
+
+std::string QtDesktop::DoPasswordBox(const std::string& prompt, const std::string& title) {
+  const std::string line = AskLine({prompt, title, {}, true}, FrontWindow());
+  if (QWidget* owner = FrontWindow()) owner->activateWindow();
+  return line;
 }
 
 void QtDesktop::DoRuntimeError(const std::exception& error) {
   std::string text = "Ошибка выполнения. Действие прервано.";
   if (const auto* file = dynamic_cast<const FileError*>(&error)) text += "\n" + file->Path();
-  DoMsgBox(text, BoxIcon::kCritical, BoxButtons::kOk, ProgramTitle);
+  TellFailure(text, error);
 }
 
 }  // namespace zrt

@@ -32,8 +32,9 @@ class QtDesktop : public Desktop {
   void Repaint(Control& control) override;
 
  protected:
-  BoxAnswer DoMsgBox(const std::string& text, BoxIcon icon, BoxButtons buttons, const std::string& title) override;
+  BoxAnswer DoMsgBox(const Message& message) override;
   std::string DoInputBox(const std::string& prompt, const std::string& title, const std::string& preset) override;
+  std::string DoPasswordBox(const std::string& prompt, const std::string& title) override;
   void DoShow(Form& form, bool modal) override;
   void DoModalLoop(Form& form) override;
   void DoHide(Form& form) override;

@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QCalendarWidget>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
 #include <QInputDialog>
 #include <QLabel>
@@ -19,7 +20,9 @@
 #include <QTabBar>
 #include <QTableView>
 #include <QTest>
+#include <QTextEdit>
 #include <QTimer>
+#include <QToolTip>
 #include <QTreeWidget>
 #include <QWheelEvent>
 #include <thread>
@@ -561,13 +564,64 @@ TEST_F(MainWindow, LiteScreenHasNoMenuRow) {
   EXPECT_FALSE(Find("FrameProd")->isVisible());
 }
 
-TEST_F(MainWindow, AFailureEndsTheActionInOneBoxWithoutDatabaseText) {
+TEST_F(MainWindow, AFailureEndsTheActionInOneBoxWithItsDetailsClosedAtFirst) {
   Start();
-  Sales().CmdNOpl.Click = [&] { app_->TheSession.Write("DROP TABLE NO_SUCH_TABLE"); };
-  Answers answers({QMessageBox::Ok});
-  QTest::mouseClick(Find<QPushButton>("CmdNOpl"), Qt::LeftButton);
-  EXPECT_EQ(answers.Texts, (std::vector<std::string>{"Ошибка выполнения. Действие прервано."}));
+  std::string details;
+  std::string button;
+  bool closed_at_first = false;
+  const auto read_box = [&] {
+    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    const auto* text = box->findChild<QTextEdit*>();
+    closed_at_first = !text->isVisible();
+    box->buttons().constLast()->click();
+    QCoreApplication::processEvents();
+    if (text->isVisible()) button = box->buttons().constLast()->text().toStdString();
+    details = text->toPlainText().toStdString();
+    box->button(QMessageBox::Ok)->click();
+  };
+  const auto fail = [&](const std::string& statement, const std::string& message) {
+    Sales().CmdNOpl.Click = [this, statement, message] {
+      try {
+        app_->TheSession.Write(statement);
+      } catch (const Error& error) {
+        if (message.empty()) throw;
+        desktop_->TellFailure(message, error);
+      }
+    };
+    QTimer::singleShot(30, desktop_->TheServerWait(), read_box);
+    QTest::mouseClick(Find<QPushButton>("CmdNOpl"), Qt::LeftButton);
+  };
+  // A handler without a trap, and one that has a message of its own.
+  for (const std::string message : {"", "Неправильно введена дата!"}) {
+    details.clear();
+    fail("DROP TABLE NO_SUCH_TABLE", message);
+    EXPECT_TRUE(closed_at_first);
+    EXPECT_EQ(button, "Подробности");
+    for (const char* told : {"SQLSTATE 42S02, 1051", "DROP TABLE NO_SUCH_TABLE", "zrt_test"}) {
+      EXPECT_NE(details.find(told), std::string::npos) << told << " isn't in " << details;
+    }
+    EXPECT_EQ(details.find("pwd"), std::string::npos);
+  }
   EXPECT_TRUE(Find("FrameProd")->isVisible());
+}
+
+TEST_F(MainWindow, FieldsTakeOneLineOfCharactersThatTheBaseHas) {
+  Start();
+  auto* edit = Find<QLineEdit>("Text1");
+  const auto paste = [&](const char* text) {
+    edit->clear();
+    QApplication::clipboard()->setText(QString::fromUtf8(text));
+    edit->paste();
+    return Sales().Text1.Text();
+  };
+  EXPECT_EQ(paste("12\r\nх\t3"), "12  х 3");
+  EXPECT_EQ(paste("Ґ€№ ёЁ"), "Ґ€№ ёЁ");
+  EXPECT_FALSE(QToolTip::isVisible());
+  EXPECT_EQ(paste("а☺б漢😀в"), "абв");
+  EXPECT_EQ(edit->cursorPosition(), 3);
+  EXPECT_EQ(QToolTip::text().toStdString(), "Этих знаков нет в кодировке базы данных: ☺漢😀");
+  QTest::keyClicks(edit, "!");
+  EXPECT_EQ(Sales().Text1.Text(), "абв!");
 }
 
 TEST_F(MainWindow, ClosingTheWindowStopsTheProgram) {
@@ -666,6 +720,16 @@ TEST_F(Windows, AnInputBoxGivesItsLineOrNothing) {
   };
   EXPECT_EQ(answer(true), "Привет");
   EXPECT_EQ(answer(false), "");
+
+  QTimer::singleShot(20, [] {
+    auto* box = qobject_cast<QInputDialog*>(QApplication::activeModalWidget());
+    EXPECT_EQ(box->textEchoMode(), QLineEdit::Password);
+    const int title = box->fontMetrics().horizontalAdvance(box->windowTitle());
+    EXPECT_GT(box->width(), title);
+    QTest::keyClicks(box->findChild<QLineEdit*>(), "357218");
+    box->accept();
+  });
+  EXPECT_EQ(desktop_.AskPassword("Пароль", "Заголовок, длиннее всего, что в этом окне написано и введено"), "357218");
 }
 
 TEST_F(Windows, ATimerDoesNotFireInsideItsOwnHandler) {

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "documents/document_form.h"
+
+namespace zrt {
+
+/// What the kinds share whose lines live for good in a table of their own, by their document's number. Those of a new
+/// document stand under -1 and move when the head has got its number.
+class OwnLinesDocument : public DocumentForm {
+ protected:
+  /// `lines` is the query of the grid up to the number.
+  OwnLinesDocument(Desktop& desktop, const DocumentKind& kind, const DocumentServices& services, const char* table,
+                   const char* lines);
+
+  void OpenLines(std::int32_t doc) override;
+  void ChangeLine() override;
+  void DeleteLineStatement(std::int64_t id) override;
+  void MoveLines() override;
+  void DeleteWorkingCopy() override;
+
+  /// Asks for a number in place of what the line has; `answer` is what was entered, a number.
+  virtual void ChangeTo(std::int64_t id, std::string_view answer) = 0;
+  virtual std::string Question() const = 0;
+  virtual const char* QuestionTitle() const = 0;
+
+  /// DOC of the lines that are open. After a save that broke off before they moved it is -1 still, and they are worked
+  /// on there until the next save.
+  std::int32_t LinesDoc() const { return lines_doc_; }
+
+ private:
+  const char* table_;
+  const char* lines_query_;
+  std::int32_t lines_doc_ = -1;
+};
+
+}  // namespace zrt

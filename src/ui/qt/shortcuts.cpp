@@ -1,0 +1,158 @@
+#include "ui/qt/shortcuts.h"
+
+#include <QAbstractButton>
+#include <QKeySequence>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenu>
+#include <QMenuBar>
+#include <QShortcut>
+#include <QTabBar>
+#include <QTableView>
+
+#include "ui/qt/copying.h"
+
+namespace zrt {
+
+namespace {
+
+bool IsUsable(const QWidget& widget) {
+  return widget.isVisible() && widget.isEnabled();
+}
+
+/// The first widget of the window with this role that the operator could use now: each tab may have its own.
+QWidget* WithRole(const QWidget& window, const QString& role) {
+  for (QWidget* widget : window.findChildren<QWidget*>()) {
+    if (widget->property("operatorKey").toString() == role && IsUsable(*widget)) return widget;
+  }
+  return nullptr;
+}
+
+QStringList RowButtons(const QTableView& table) {
+  return table.property("rowButtons").toStringList();
+}
+
+/// "Ins=CmdNew" is the button CmdNew with its key; an entry without a key is a button alone.
+QAbstractButton* ButtonOf(const QTableView& table, const QString& entry) {
+  return table.window()->findChild<QAbstractButton*>(entry.section('=', -1));
+}
+
+QString KeyOfEntry(const QString& entry) {
+  return entry.contains('=') ? entry.section('=', 0, 0) : QString();
+}
+
+void ChooseTab(QWidget* window, const std::function<int(const QTabBar&)>& which) {
+  auto* bar = window == nullptr ? nullptr : window->findChild<QTabBar*>();
+  if (bar == nullptr || !bar->isVisible()) return;
+  const int index = which(*bar);
+  if (index < 0 || index >= bar->count()) return;
+  window->activateWindow();
+  if (index == bar->currentIndex()) {
+    emit bar->tabBarClicked(index);
+  } else {
+    bar->setCurrentIndex(index);
+  }
+}
+
+void OpenMenus(QWidget& window) {
+  auto* bar = window.findChild<QMenuBar*>();
+  if (bar == nullptr || !bar->isVisible()) return;
+  for (QAction* entry : bar->actions()) {
+    if (entry->isVisible()) return bar->setActiveAction(entry);
+  }
+}
+
+void Find(QWidget& window, const QString& role) {
+  QWidget* field = WithRole(window, role);
+  if (field == nullptr) return;
+  field->setFocus(Qt::ShortcutFocusReason);
+  if (auto* edit = qobject_cast<QLineEdit*>(field)) edit->selectAll();
+}
+
+void Press(QWidget& window, const QString& role) {
+  if (auto* button = qobject_cast<QAbstractButton*>(WithRole(window, role))) return button->click();
+  // A tab without a query of its own reads its table when it is chosen.
+  if (role == QLatin1String("run")) ChooseTab(&window, [](const QTabBar& bar) { return bar.currentIndex(); });
+}
+
+/// Rows are deleted only from the grid that has the keyboard; for the rest the window's first grid stands in.
+void ActOnRow(const QWidget& window, const QString& key) {
+  const auto* focused = qobject_cast<const QTableView*>(window.focusWidget());
+  if (focused != nullptr && !RowButtons(*focused).isEmpty()) {
+    PressRowButton(*focused, key);
+    return;
+  }
+  if (key == QLatin1String("Del")) return;
+  for (const QTableView* table : window.findChildren<QTableView*>()) {
+    if (IsUsable(*table) && PressRowButton(*table, key)) return;
+  }
+}
+
+void Run(const Shortcut& shortcut, QWidget& window, const ShortcutHost& host) {
+  const QString role = QString::fromUtf8(shortcut.role);
+  switch (shortcut.action) {
+    case KeyAction::kGuide:
+      return host.open_guide(window);
+    case KeyAction::kMenu:
+      return OpenMenus(window);
+    case KeyAction::kNextTab:
+      return ChooseTab(host.main_window(), [](const QTabBar& bar) { return (bar.currentIndex() + 1) % bar.count(); });
+    case KeyAction::kEarlierTab:
+      return ChooseTab(host.main_window(),
+                       [](const QTabBar& bar) { return (bar.currentIndex() + bar.count() - 1) % bar.count(); });
+    case KeyAction::kTab:
+      return ChooseTab(host.main_window(), [&](const QTabBar&) { return role.toInt() - 1; });
+    case KeyAction::kFind:
+      return Find(window, role);
+    case KeyAction::kPress:
+      return Press(window, role);
+    case KeyAction::kRow:
+      return ActOnRow(window, role);
+    case KeyAction::kCopy:
+      return CopyFrom(window.focusWidget());
+  }
+}
+
+}  // namespace
+
+void InstallShortcuts(QWidget& window, const ShortcutHost& host) {
+  for (const Shortcut& shortcut : kShortcuts) {
+    for (const QString& keys : QString::fromUtf8(shortcut.keys).split(QStringLiteral(", "))) {
+      auto* key = new QShortcut(QKeySequence(keys), &window);
+      key->setAutoRepeat(false);
+      QObject::connect(key, &QShortcut::activated, &window,
+                       [&window, &shortcut, host] { Run(shortcut, window, host); });
+    }
+  }
+}
+
+bool PressRowButton(const QTableView& table, const QString& key) {
+  for (const QString& entry : RowButtons(table)) {
+    if (KeyOfEntry(entry) != key) continue;
+    QAbstractButton* button = ButtonOf(table, entry);
+    if (button == nullptr || !IsUsable(*button)) return false;
+    button->click();
+    return true;
+  }
+  return false;
+}
+
+void ShowRowMenu(QTableView& table, const QPoint& place) {
+  QMenu menu(&table);
+  for (const QString& entry : RowButtons(table)) {
+    QAbstractButton* button = ButtonOf(table, entry);
+    if (button == nullptr || !button->isVisible()) continue;
+    const QString key = KeyOfEntry(entry);
+    QAction* action = menu.addAction(button->text() + (key.isEmpty() ? QString() : '\t' + key));
+    action->setEnabled(button->isEnabled());
+    // Queued: the menu must be gone when the button opens a window.
+    QObject::connect(action, &QAction::triggered, button, &QAbstractButton::click, Qt::QueuedConnection);
+  }
+  if (!menu.isEmpty()) menu.addSeparator();
+  QAction* copy = menu.addAction(QStringLiteral("Копировать\tCtrl+C"));
+  copy->setEnabled(table.currentIndex().isValid());
+  QObject::connect(copy, &QAction::triggered, &table, [&table] { CopyFrom(&table); });
+  menu.exec(place);
+}
+
+}  // namespace zrt
