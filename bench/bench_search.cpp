@@ -16,7 +16,7 @@ constexpr int kNames = 200;
 double Search(zrt::Recordset& products, const std::string& typed) {
   return Seconds([&] {
     products.MoveFirst();
-    products.Find("Name LIKE '" + typed + "%'");
+    products.Find("Name", typed, zrt::Recordset::Match::kBeginsWith);
   });
 }
 

@@ -40,7 +40,7 @@ App::App(Desktop& desktop, const Clock& clock, const DriveMap& drives, AppSettin
   ProductCard.ShowSaved = {[this](const std::string& name) { Main.Catalogue.ShowProduct(name); },
                            [this](const std::string& name) { Picker.ShowProduct(name); }};
   Picker.DeleteProduct = [this](std::int32_t cod) { Main.Catalogue.DeleteProduct(cod); };
-  DiscountCard.CardSaved = [this](std::int16_t rez, const std::string& barcode) { Main.Cards.ShowCard(rez, barcode); };
+  DiscountCard.CardSaved = [this](std::int16_t rez) { Main.Cards.ShowCard(rez); };
   Exchange.CloseProgram = [this] { Main.Close(); };
   Import.ProductsChanged = [this] { Main.Catalogue.RequeryProducts(); };
   Import.LinesChanged = [this](int mode) { ShowLoadedLines(mode); };

@@ -124,7 +124,6 @@ void Form2::InitMainWindow() {
   DecideOperatingMode();
   if (session_.LiteMode) EnterLiteMode();
   if (session_.RegisterEnabled) EnableRegister();
-  session_.Pool().RsScratch.Close();
   try {
     OpenSets();
   } catch (const Error& error) {
@@ -137,20 +136,21 @@ void Form2::InitMainWindow() {
 // first look at them, so there a missing row counts as NULL.
 
 void Form2::ReadShiftHour() {
-  const Recordset& hour = session_.ReadOne("SELECT N8 FROM CONST WHERE COD=5");
+  const Recordset hour = session_.ReadOne("SELECT N8 FROM CONST WHERE COD=5");
   if (hour.Eof() || hour.IsNull(0)) return;
   Sales.Combo1.Text = hour.Field(0).Text();
   KassaLite.Combo3.Text = hour.Field(0).Text();
 }
 
 void Form2::ReadReserveStatus() {
-  const Recordset& status = session_.ReadOne("SELECT N6 FROM CONST WHERE COD=6");
+  const Recordset status = session_.ReadOne("SELECT N6 FROM CONST WHERE COD=6");
   session_.IsReserveCopy = !status.Eof() && !status.IsNull(0);
   if (session_.IsReserveCopy) Caption = Caption() + " = СЕРВЕР ХРАНЕНИЯ ДАННЫХ!";
 }
 
 void Form2::UpgradeSchema() {
-  session_.DbVersion = ToByte(session_.ReadOne("SELECT N2 FROM CONST WHERE COD=3").Field(0).Number());
+  const Recordset version = session_.ReadOne("SELECT N2 FROM CONST WHERE COD=3");
+  session_.DbVersion = ToByte(version.Field(0).Number());
   DesktopSchemaDialog dialog(TheDesktop());
   UpgradeDatabase(session_, dialog, session_.DbVersion);
   session_.CurrentMenu = session_.DbVersion < kVersionWithTwoMenus ? 0 : 1;
@@ -161,7 +161,7 @@ void Form2::NameMenus() {
     Panels.UseSingleMenu();
     return;
   }
-  const Recordset& names = session_.ReadOne("SELECT N1,N2 FROM CONST WHERE COD=7");
+  const Recordset names = session_.ReadOne("SELECT N1,N2 FROM CONST WHERE COD=7");
   const auto name = [&](int field, const char* otherwise) {
     return names.IsNull(field) ? std::string(otherwise) : names.Field(field).Text();
   };
@@ -170,7 +170,8 @@ void Form2::NameMenus() {
 
 void Form2::DecideOperatingMode() {
   session_.FullEditMode = session_.LiteMode = session_.RegisterEnabled = false;
-  const Cell stored = session_.ReadOne("SELECT N3 FROM CONST WHERE COD=7").Field(0);
+  const Recordset settings = session_.ReadOne("SELECT N3 FROM CONST WHERE COD=7");
+  const Cell stored = settings.Field(0);
   if (stored.IsNull()) {
     session_.FullEditMode = true;
     session_.RegisterEnabled =

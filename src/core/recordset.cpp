@@ -14,34 +14,6 @@
 namespace zrt {
 namespace {
 
-/// A criterion of Find, taken apart.
-struct Criterion {
-  std::string column;
-  std::string value;  ///< UTF-8, without quotes and without the closing "%"
-  bool begins_with = false;
-};
-
-Criterion ParseCriterion(std::string_view criterion) {
-  const Error wrong("not a search criterion: " + std::string(criterion));
-  const std::size_t column_end = criterion.find(' ');
-  if (column_end == std::string_view::npos) throw wrong;
-  Criterion parsed;
-  parsed.column = criterion.substr(0, column_end);
-  std::string rest = Trim(criterion.substr(column_end));
-  const bool like = StartsWithNoCase(rest, "like ");
-  if (!like && !rest.starts_with('=')) throw wrong;
-  rest = Trim(rest.substr(like ? 5 : 1));
-  const bool quoted = rest.size() >= 2 && rest.starts_with('\'') && rest.ends_with('\'');
-  if (quoted) rest = rest.substr(1, rest.size() - 2);
-  if ((like && !quoted) || (!quoted && rest.empty()) || rest.find('\'') != std::string::npos) throw wrong;
-  if (like && rest.ends_with('%')) {
-    parsed.begins_with = true;
-    rest.pop_back();
-  }
-  parsed.value = std::move(rest);
-  return parsed;
-}
-
 std::string FoldBytes(std::string_view bytes) {
   std::string folded(bytes);
   for (char& byte : folded) byte = windows1251::kLower[static_cast<unsigned char>(byte)];
@@ -120,6 +92,12 @@ std::string Cell::Display(const RegionalFormat& format, std::string_view pattern
 }
 
 Recordset::Recordset() = default;
+
+Recordset::Recordset(Recordset&& other) noexcept
+    : rows_(std::move(other.rows_)),
+      connection_(std::exchange(other.connection_, nullptr)),
+      sql_(std::move(other.sql_)),
+      row_(std::exchange(other.row_, 0)) {}
 
 Recordset::~Recordset() {
   Close();
@@ -236,24 +214,23 @@ void Recordset::SetBookmark(int row) {
   Stand(row);
 }
 
-void Recordset::Find(std::string_view criterion) {
-  const Criterion wanted = ParseCriterion(criterion);
+void Recordset::Find(std::string_view column, std::string_view value, Match match) {
   if (RecordCount() == 0) throw Error("the set has no rows");
-  const int index = FieldIndex(wanted.column);
-  const std::string folded = FoldBytes(ToWindows1251(wanted.value));
-  const std::optional<double> number = IsNumber(Type(index)) ? NumberOf(wanted.value) : std::nullopt;
+  const int index = FieldIndex(column);
+  const std::string folded = FoldBytes(ToWindows1251(value));
+  const bool whole = match == Match::kEquals;
+  const std::optional<double> number = whole && IsNumber(Type(index)) ? NumberOf(value) : std::nullopt;
   for (int row = std::max(row_, 1); row <= RecordCount(); ++row) {
     const std::optional<std::string_view> bytes = rows_->Bytes(row, index);
     if (!bytes) continue;
-    const bool fits = number && !wanted.begins_with
-                          ? NumberOf(*bytes) == number
-                          : BeginsWithFolded(*bytes, folded) && (wanted.begins_with || bytes->size() == folded.size());
+    const bool fits = number ? NumberOf(*bytes) == number
+                             : BeginsWithFolded(*bytes, folded) && (!whole || bytes->size() == folded.size());
     if (fits) return Stand(row);
   }
   Stand(RecordCount() + 1);
 }
 
-Cell Recordset::Field(int index) const {
+Cell Recordset::Field(int index) const& {
   if (Bof() || Eof()) throw Error("no current row");
   return At(row_, index);
 }

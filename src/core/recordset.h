@@ -77,6 +77,8 @@ class Recordset {
  public:
   Recordset();
   ~Recordset();
+  /// Takes the rows and the position; throws nothing. Observers don't move: none may be there.
+  Recordset(Recordset&& other) noexcept;
   Recordset(const Recordset&) = delete;
   Recordset& operator=(const Recordset&) = delete;
 
@@ -116,15 +118,18 @@ class Recordset {
   int Bookmark() const;
   void SetBookmark(int row);
 
-  /// Searches forward from the current row, itself included. Criteria: "Name LIKE 'text%'", the column begins with the
-  /// text (without "%": equals it), case ignored; "Cod = 5" or "Dt = 15.11.2026", with or without quotes, a number
-  /// equals as a number, anything else as a text. Stands on the row found, else at Eof. Throws Error for a criterion of
-  /// another form, as one with a quote inside the text is, for a column that isn't there, and on an empty set.
-  void Find(std::string_view criterion);
+  enum class Match { kEquals, kBeginsWith };
+  /// Searches `column` forward from the current row, itself included, for `value` (UTF-8); case is ignored. In a column
+  /// of numbers a number equals as a number. Stands on the row found, else at Eof. Throws Error for a column that isn't
+  /// there and on an empty set.
+  void Find(std::string_view column, std::string_view value, Match match = Match::kEquals);
 
   /// Cell of the current row. Throws Error at Bof, Eof and for a column that isn't there.
-  Cell Field(int index) const;
-  Cell Field(std::string_view name) const { return Field(FieldIndex(name)); }
+  /// Not of a set that is about to go: its cells would go with it.
+  Cell Field(int index) const&;
+  Cell Field(std::string_view name) const& { return Field(FieldIndex(name)); }
+  Cell Field(int index) const&& = delete;
+  Cell Field(std::string_view name) const&& = delete;
   bool IsNull(int index) const { return Field(index).IsNull(); }
 
   /// Cell of any row (from 1) without moving there; for grids.

@@ -51,29 +51,25 @@ RecordsetPool& Session::Pool() {
   return *pool_;
 }
 
-void Session::BindSet(Recordset& set, std::string sql) {
-  SqlText = std::move(sql);
+void Session::BindSet(Recordset& set, const std::string& sql) {
   set.Close();
-  set.Open(SqlText, MainConnection);
+  set.Open(sql, MainConnection);
 }
 
 void Session::ShowLastRow(Recordset& set) {
   if (set.RecordCount() > 0) set.MoveLast();
 }
 
-Recordset& Session::ReadOne(std::string sql) {
-  Recordset& scratch = Pool().RsScratch;
-  SqlText = std::move(sql);
-  MainCommand().CommandText = SqlText;
-  MainCommand().Execute(scratch);
-  return scratch;
+Recordset Session::ReadOne(std::string sql) {
+  Recordset read;
+  MainCommand().CommandText = std::move(sql);
+  MainCommand().Execute(read);
+  return read;
 }
 
 void Session::Write(std::string sql) {
-  Command& command = MainCommand();
-  SqlText = std::move(sql);
-  command.CommandText = SqlText;
-  command.Execute();
+  MainCommand().CommandText = std::move(sql);
+  MainCommand().Execute();
 }
 
 }  // namespace zrt

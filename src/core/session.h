@@ -48,15 +48,13 @@ struct RecordsetPool {
   Recordset RsJournal;      ///< JOURNAL: DataGrid6
   Recordset RsDays;         ///< table reports: rows by shift day, or by hour
   Recordset RsTotal;        ///< table reports: the same without the columns' grouping
-  Recordset RsScratch;      ///< results of MainCommand
 };
 
 /// The process-wide state and the three ways to the database:
 ///  1. bound set:    BindSet(set, sql)            (then the grid's format routine, then ShowLastRow(set))
-///  2. one-off read: ReadOne(sql) -> RsScratch    (field 0 by position)
+///  2. one-off read: ReadOne(sql)                 (fields by position)
 ///  3. write:        Write(sql)
-/// One thread does all the work; no routine is re-entered during a statement, so SqlText, MainCommand and RsScratch can
-/// be shared.
+/// One thread does all the work; no routine is re-entered during a statement, so MainCommand can be shared.
 class Session {
  public:
   /// `clock` and `format` come from the platform; `address` from the build. The clock must outlive the session.
@@ -76,20 +74,18 @@ class Session {
   Connection ConnReserve;           ///< the reserve server's; opened by the operator
   Command CmdReserve{ConnReserve};  ///< its command
   bool ConnReserveOpen = false;     ///< the reserve server has been connected
-  std::string SqlText;              ///< the statement being built
 
   /// Throw DatabaseError when there is no connection: a step that needs the database fails then.
   Command& MainCommand();
   RecordsetPool& Pool();
 
-  /// Closes `set` if it is open and opens it with `sql`, which is kept in SqlText. Throws DatabaseError.
-  void BindSet(Recordset& set, std::string sql);
+  /// Closes `set` if it is open and opens it with `sql`. Throws DatabaseError.
+  void BindSet(Recordset& set, const std::string& sql);
   /// Moves to the last row if there are rows: grids open on their newest row.
   static void ShowLastRow(Recordset& set);
 
-  /// Runs `sql` through MainCommand into RsScratch and returns it, on its first row if it has one. Throws
-  /// DatabaseError.
-  Recordset& ReadOne(std::string sql);
+  /// Runs `sql` through MainCommand and returns what it read, on its first row if it has one. Throws DatabaseError.
+  Recordset ReadOne(std::string sql);
   /// Runs `sql` through MainCommand. Throws DatabaseError.
   void Write(std::string sql);
 

@@ -235,7 +235,7 @@ std::string DocumentForm::SqlDate() const {
 void DocumentForm::CmdBar_Click() {
   const std::string scanned = TheDesktop().InputBox("отсканируйте Штрихкод", "Штрихкод");
   if (scanned.empty()) return;
-  Recordset& found = session_.ReadOne(BarcodeQuery() + scanned);
+  Recordset found = session_.ReadOne(BarcodeQuery() + scanned);
   if (found.RecordCount() == 0) {
     found.Close();
     TheDesktop().MsgBox("НЕТ ТАКОГО ШТРИХКОДА В БАЗЕ ДАННЫХ!", BoxIcon::kExclamation);
@@ -304,7 +304,7 @@ bool DocumentForm::InsertHead() {
   const std::string control = stock_.MakeControlNumber();
   head_in_doubt_ = HeadCondition(control);
   session_.Write(InsertHeadStatement(SqlDate(), control));
-  const Recordset& head = session_.ReadOne("SELECT ID, DATEDOC FROM JOURNAL WHERE " + head_in_doubt_);
+  const Recordset head = session_.ReadOne("SELECT ID, DATEDOC FROM JOURNAL WHERE " + head_in_doubt_);
   if (head.RecordCount() == 0) {
     TheDesktop().MsgBox("ОШИБКА записи документа", BoxIcon::kCritical);
     return false;

@@ -55,7 +55,7 @@ void FormJrnl::Form_Activate() {
 }
 
 void FormJrnl::BroadcastReciever(std::int32_t cod, std::int32_t, std::int32_t) {
-  const Recordset& product = session_.ReadOne(fmt::format("SELECT DISTINCT COD,NAME FROM TOVAR WHERE COD={}", cod));
+  const Recordset product = session_.ReadOne(fmt::format("SELECT DISTINCT COD,NAME FROM TOVAR WHERE COD={}", cod));
   if (product.RecordCount() == 0) return;
   LblCod.Caption = std::to_string(cod);
   LblTov.Caption = product.Field("NAME").TextOrEmpty();

@@ -57,7 +57,7 @@ void frmDocDO::PrepareNew() {
   Caption = Kind().new_caption;
   FrameNew.Enabled = true;
   for (int hour = 0; hour < kHours; ++hour) Combo1.AddItem(std::to_string(hour));
-  const Recordset& hour = session_.ReadOne("SELECT N8 FROM CONST WHERE COD=5");
+  const Recordset hour = session_.ReadOne("SELECT N8 FROM CONST WHERE COD=5");
   Combo1.Text = hour.RecordCount() == 0 || hour.IsNull(0) ? "0" : hour.Field(0).Text();
   TextDate.Caption = session_.Format().DateText(AddDays(session_.TheClock().Now().date, -1));
   DocRun = false;
@@ -109,7 +109,7 @@ std::string frmDocDO::ShiftStart(int hour) const {
 void frmDocDO::CmdDat_Click() {
   Month0.Visible = false;
   // The journal holds "OK" and never 1, so this finds no report; a second one for a day has always been possible.
-  const Recordset& report = session_.ReadOne(
+  const Recordset report = session_.ReadOne(
       fmt::format("SELECT DATEDOC FROM JOURNAL WHERE RUN=1 AND DTYPE='Дневной Отчёт' AND DATEDOC='{}'", ReportDate()));
   if (report.RecordCount() > 0) {
     TheDesktop().MsgBox(fmt::format("Существует проведённый Дневной Отчёт за {}!", TextDate.Caption()),

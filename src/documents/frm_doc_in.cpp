@@ -83,7 +83,7 @@ void frmDocIN::FormatGrid() {
 }
 
 void frmDocIN::SumRefresh() {
-  const Recordset& sums = session_.ReadOne(
+  const Recordset sums = session_.ReadOne(
       fmt::format("SELECT SUM((KOL-OST)*PRC/1000),SUM((KOL-OST)*PRCR/1000),SUM(KOL*PRC/1000),SUM(KOL*PRCR/1000) FROM "
                   "DOCINVENT WHERE "
                   "DOC={}",

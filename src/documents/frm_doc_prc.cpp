@@ -36,7 +36,7 @@ const char* frmDocPRC::BarcodeQuery() const {
 
 void frmDocPRC::BroadcastReciever(std::int32_t cod, std::int32_t, std::int32_t price) {
   if (!TakesLines()) return;
-  Recordset& product = session_.ReadOne(fmt::format("SELECT DISTINCT COD,NAME,PRISE FROM TOVAR WHERE COD={}", cod));
+  Recordset product = session_.ReadOne(fmt::format("SELECT DISTINCT COD,NAME,PRISE FROM TOVAR WHERE COD={}", cod));
   if (product.RecordCount() == 0) return;
   const double prise = product.Field("PRISE").IsNull() ? 0 : product.Field("PRISE").Number();
   const std::int32_t old_price = ToInt32(prise * scale::kPriceToDocument);

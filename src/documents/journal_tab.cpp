@@ -79,7 +79,7 @@ bool JournalTab::LeaveFor(const std::string& number, DocumentForm& form) {
   Refresh();
   if (journal.RecordCount() == 0) return false;
   journal.MoveFirst();
-  journal.Find("Num = " + number);
+  journal.Find("Num", number);
   return !journal.Eof();
 }
 
@@ -101,7 +101,7 @@ void JournalTab::DeleteOneDoc() {
     return;
   }
   const std::int32_t id = ToInt32(*number);
-  Recordset& head = session_.ReadOne(fmt::format("SELECT RUN,DTYPE FROM JOURNAL WHERE ID={}", id));
+  Recordset head = session_.ReadOne(fmt::format("SELECT RUN,DTYPE FROM JOURNAL WHERE ID={}", id));
   if (head.RecordCount() == 0) {
     desktop.MsgBox(fmt::format("документа №{} НЕ существует!", id), BoxIcon::kCritical);
     return;

@@ -89,7 +89,7 @@ void LineDocument::FormatGrid() {
 }
 
 void LineDocument::SumRefresh() {
-  const Recordset& sum = session_.ReadOne(fmt::format("SELECT SUM(COST) FROM DOCUMENT WHERE TYP={}", Kind().number));
+  const Recordset sum = session_.ReadOne(fmt::format("SELECT SUM(COST) FROM DOCUMENT WHERE TYP={}", Kind().number));
   DocSum = sum.IsNull(0) ? 0 : sum.Field(0).Int();
   LblSum->Caption = Amount(DocSum);
 }

@@ -194,7 +194,7 @@ void frmExpImp::Form_Load() {
   CmdConn1.Enabled = !session_.IsReserveCopy;
   CmdClrRez.Visible = session_.IsReserveCopy;
   TxtUDL.Text = session_.UdlPath;
-  const Recordset& path = session_.ReadOne("SELECT N5 FROM CONST WHERE COD=6");
+  const Recordset path = session_.ReadOne("SELECT N5 FROM CONST WHERE COD=6");
   if (!path.Eof() && !path.IsNull(0)) TxtUDL1.Text = path.Field(0).Text();
 }
 

@@ -96,7 +96,7 @@ void FormCopy::Form_Activate() {
 }
 
 void FormCopy::NamePanels() {
-  const Recordset& rows = session_.ReadOne("SELECT COD, T9 FROM CONST");
+  const Recordset rows = session_.ReadOne("SELECT COD, T9 FROM CONST");
   std::array<std::string, 24> stored;
   for (int row = 1; row <= rows.RecordCount(); ++row) {
     const std::int64_t panel = rows.At(row, 0).Int();
@@ -115,7 +115,7 @@ void FormCopy::NamePanels() {
 void FormCopy::NameMenus() {
   LabelMenu[0].Caption = "меню-1";
   LabelMenu[1].Caption = "меню-2";
-  const Recordset& names = session_.ReadOne("SELECT N1, N2 FROM CONST WHERE COD=7");
+  const Recordset names = session_.ReadOne("SELECT N1, N2 FROM CONST WHERE COD=7");
   for (int menu = 0; menu < kMenus; ++menu) {
     if (!names.Eof() && !names.IsNull(menu)) {
       LabelMenu[static_cast<std::size_t>(menu)].Caption = names.Field(menu).Text();
@@ -124,7 +124,7 @@ void FormCopy::NameMenus() {
 }
 
 void FormCopy::PaintPanButtons() {
-  Recordset& levels = session_.ReadOne("SELECT SUM(CODE),LV*100+REZ FROM HOTKEYS WHERE ID>100 GROUP BY REZ,LV");
+  Recordset levels = session_.ReadOne("SELECT SUM(CODE),LV*100+REZ FROM HOTKEYS WHERE ID>100 GROUP BY REZ,LV");
   for (auto& level : CmdPan) {
     for (Button& button : level) button.BackColor = colour::kButtonFace;
   }
@@ -155,7 +155,7 @@ void FormCopy::CmdPan_DragDrop(int source, int target) {
 }
 
 void FormCopy::CopyPanelLevel(int source, int target) {
-  const Recordset& keys = session_.ReadOne(
+  const Recordset keys = session_.ReadOne(
       fmt::format("SELECT ID,CODE FROM HOTKEYS WHERE REZ={} AND LV={}", PanelOf(source), LevelOf(source)));
   int id = KeyBaseId(static_cast<std::int16_t>(PanelOf(target)), static_cast<std::uint8_t>(LevelOf(target)));
   for (int row = 1; row <= keys.RecordCount(); ++row) {
@@ -166,7 +166,7 @@ void FormCopy::CopyPanelLevel(int source, int target) {
 }
 
 void FormCopy::CmdExportMenu_Click() {
-  const Recordset& keys = session_.ReadOne("SELECT ID,CODE FROM HOTKEYS WHERE ID>100 AND CODE>0");
+  const Recordset keys = session_.ReadOne("SELECT ID,CODE FROM HOTKEYS WHERE ID>100 AND CODE>0");
   TextFileWriter file(drives_, std::string(kLayoutFile));
   for (int row = 1; row <= keys.RecordCount(); ++row) {
     file.Line(fmt::format("{},{}", keys.At(row, 0).Int(), keys.At(row, 1).Int()));

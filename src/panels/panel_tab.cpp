@@ -86,7 +86,7 @@ void PanelTab::NumberPanels() {
 }
 
 void PanelTab::NamePanelsBy(const std::string& sql) {
-  Recordset& names = session_.ReadOne(sql);
+  Recordset names = session_.ReadOne(sql);
   for (; !names.Eof(); names.MoveNext()) {
     const std::int64_t panel = (names.Field(0).Int() - 1) % kPanelsPerMenu + 1;
     NamePanel(static_cast<std::size_t>(panel), names.Field(1).TextOrEmpty());
@@ -124,7 +124,8 @@ void PanelTab::ChooseFirst() {
 }
 
 void PanelTab::ShowFirstName() {
-  TextName.Text = session_.ReadOne("SELECT T9 FROM CONST WHERE COD=1").Field(0).TextOrEmpty();
+  const Recordset name = session_.ReadOne("SELECT T9 FROM CONST WHERE COD=1");
+  TextName.Text = name.Field(0).TextOrEmpty();
 }
 
 void PanelTab::LoadPanelKeys(std::uint8_t panel, std::uint8_t level, std::uint8_t row) {
@@ -232,7 +233,7 @@ void PanelTab::ShowPanel() {
   TextName.Text = "";  // the name of the panel before isn't this one's, whichever of the reads fails
   ShowLevel();
   const int row = TablePanel(session_.CurrentMenu, PanelNo);
-  const Recordset& name = session_.ReadOne(fmt::format("SELECT T9 FROM CONST WHERE COD={}", row));
+  const Recordset name = session_.ReadOne(fmt::format("SELECT T9 FROM CONST WHERE COD={}", row));
   if (!name.Eof()) TextName.Text = name.Field(0).TextOrEmpty();
 }
 
@@ -392,7 +393,7 @@ void PanelTab::CmdM_DragDrop(std::size_t key) {
 void PanelTab::MoveKey(std::int16_t source, std::int16_t target) {
   // In a schema with a single menu, whose number is 0, this names keys that don't exist, and nothing is moved.
   const int base = (session_.CurrentMenu - 1) * kIdsPerMenu + KeyBaseId(PanelNo, LevelNo) - 1;
-  Recordset& found = session_.ReadOne(fmt::format("SELECT CODE FROM HOTKEYS WHERE ID={}", base + source));
+  Recordset found = session_.ReadOne(fmt::format("SELECT CODE FROM HOTKEYS WHERE ID={}", base + source));
   if (!found.Eof()) {
     const std::int64_t code = found.IsNull(0) ? 0 : found.Field(0).Int();
     session_.Write(fmt::format("UPDATE HOTKEYS SET CODE={} WHERE ID={}", code, base + target));

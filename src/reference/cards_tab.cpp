@@ -41,13 +41,12 @@ void CardsTab::OpenWaiters() {
   Session::ShowLastRow(waiters);
 }
 
-void CardsTab::ShowCard(std::int16_t rez, const std::string& barcode) {
+void CardsTab::ShowCard(std::int16_t rez) {
   OpenCards();
   if (Cards().RecordCount() == 0) return;
   Cards().MoveFirst();
-  // The search takes no quote, which a doubled one brings into a barcode, and "%" at the end means any end.
-  const bool searchable = barcode.find('\'') == std::string::npos && !barcode.ends_with('%');
-  Cards().Find(searchable ? fmt::format("CardBarcode LIKE '{}'", barcode) : fmt::format("Num = {}", rez));
+  // Not by the barcode as typed: one with doubled quotes is stored with single ones.
+  Cards().Find("Num", std::to_string(rez));
 }
 
 bool CardsTab::HasCard() {

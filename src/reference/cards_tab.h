@@ -31,9 +31,8 @@ class CardsTab : public FormSection {
   /// Opens the staff list at start. Throws DatabaseError.
   void OpenWaiters();
 
-  /// Reads the cards again and goes to the one with this barcode, or, where the barcode can't be searched for, with the
-  /// number `rez`; to none when no card is so. Throws DatabaseError.
-  void ShowCard(std::int16_t rez, const std::string& barcode);
+  /// Reads the cards again and goes to the one of this number; to none when no card has it. Throws DatabaseError.
+  void ShowCard(std::int16_t rez);
 
   /// Deletes the card of this number and reads the cards again. What is known of its holder stays. Throws
   /// DatabaseError.

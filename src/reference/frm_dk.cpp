@@ -39,7 +39,7 @@ frmDK::frmDK(Desktop& desktop, Session& session) : Form(desktop, "frmDK"), sessi
 }
 
 void frmDK::NewDiscountCard() {
-  Recordset& numbers = session_.ReadOne("SELECT REZ FROM DISCOUNT ORDER BY REZ");
+  Recordset numbers = session_.ReadOne("SELECT REZ FROM DISCOUNT ORDER BY REZ");
   std::int16_t rez = 1;
   if (numbers.RecordCount() > 0) {
     numbers.MoveLast();
@@ -57,7 +57,7 @@ void frmDK::NewDiscountCard() {
 }
 
 void frmDK::OpenDiscountCard(std::int16_t rez) {
-  Recordset& card =
+  Recordset card =
       session_.ReadOne(fmt::format("SELECT REZ,BARCODE,PROZ FROM DISCOUNT WHERE REZ={} GROUP BY REZ", rez));
   if (card.RecordCount() == 0) return card.Close();
   // The form's title stays what it was: after a new card it goes on saying so.
@@ -81,7 +81,7 @@ void frmDK::Form_Activate() {
   ShowHolder(false);
   EmptyHolder();
   const std::string number = TextSkd.Text();
-  Recordset& kinds = session_.ReadOne("SELECT CARD FROM TOTALSKID GROUP BY CARD");
+  Recordset kinds = session_.ReadOne("SELECT CARD FROM TOTALSKID GROUP BY CARD");
   TextSkd.Clear();
   for (; !kinds.Eof(); kinds.MoveNext()) TextSkd.AddItem(kinds.Field(0).TextOrEmpty());
   kinds.Close();
@@ -95,7 +95,7 @@ void frmDK::CheckHolder_Click() {
 }
 
 void frmDK::FindHolder() {
-  Recordset& holder =
+  Recordset holder =
       session_.ReadOne(fmt::format("SELECT NAME,ADRES,TEL FROM DKHOLDER WHERE CARD='{}'", Trim(TextName.Text())));
   if (holder.RecordCount() > 0) {
     TxtHName.Text = holder.Field(0).TextOrEmpty();
@@ -154,7 +154,7 @@ void frmDK::SaveDiscountCard(std::int16_t rez) {
 
   const std::string barcode = TextName.Text();
   session_.Write(fmt::format("DELETE FROM DISCOUNT WHERE REZ={}", rez));
-  Recordset& same = session_.ReadOne(fmt::format("SELECT BARCODE FROM DISCOUNT WHERE BARCODE='{}'", barcode));
+  Recordset same = session_.ReadOne(fmt::format("SELECT BARCODE FROM DISCOUNT WHERE BARCODE='{}'", barcode));
   const bool taken = same.RecordCount() > 0;
   same.Close();
   if (taken) {
@@ -165,7 +165,7 @@ void frmDK::SaveDiscountCard(std::int16_t rez) {
   }
   session_.Write(fmt::format("INSERT INTO DISCOUNT (BARCODE,TOTAL,LASTCASH,PROZ,REZ) VALUES ('{}',1,'0',{},{})",
                              barcode, discount, LabelCod.Caption()));
-  if (CardSaved) CardSaved(rez, barcode);
+  if (CardSaved) CardSaved(rez);
   Hide();
 }
 

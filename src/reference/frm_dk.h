@@ -17,7 +17,7 @@ class frmDK final : public Form {
   frmDK(Desktop& desktop, Session& session);
 
   /// Called after every save with the card's number and barcode: the list of cards has changed.
-  std::function<void(std::int16_t rez, const std::string& barcode)> CardSaved;
+  std::function<void(std::int16_t rez)> CardSaved;
 
   TextBox TextName{*this, "TextName"};  ///< barcode
   Label LabelCod{*this, "LabelCod"};    ///< running number

@@ -110,7 +110,7 @@ void frmPLU::OpenProductCard(std::int32_t cod, std::uint8_t caller) {
 
 void frmPLU::PutNextCode() {
   // Gaps that deleted products have left are never filled: receipts still name their codes.
-  Recordset& codes = session_.ReadOne("SELECT COD FROM TOVAR GROUP BY COD ORDER BY COD");
+  Recordset codes = session_.ReadOne("SELECT COD FROM TOVAR GROUP BY COD ORDER BY COD");
   double code = 1;
   if (codes.RecordCount() > 0) {
     codes.MoveLast();
@@ -120,7 +120,7 @@ void frmPLU::PutNextCode() {
 }
 
 bool frmPLU::ReadProduct(std::int32_t cod) {
-  Recordset& product = session_.ReadOne(fmt::format(
+  Recordset product = session_.ReadOne(fmt::format(
       "SELECT COD,NAME,ROUND(PRISE/100,2),N1,N2,REZ,N4,N5/1000,BARCODE,N7,NDS,N6,UKT FROM TOVAR WHERE COD={}"
       " GROUP BY COD",
       cod));
@@ -241,7 +241,7 @@ void frmPLU::SaveProductCard(std::int32_t cod, const std::uint8_t& caller) {
 }
 
 std::int32_t frmPLU::FindCodeByBarcode(const std::string& barcode) {
-  Recordset& found = session_.ReadOne(fmt::format("SELECT COD FROM TOVAR WHERE BARCODE='{}'", barcode));
+  Recordset found = session_.ReadOne(fmt::format("SELECT COD FROM TOVAR WHERE BARCODE='{}'", barcode));
   const std::int32_t cod = found.RecordCount() > 0 ? ToInt32(found.Field(0).Number()) : 0;
   found.Close();
   return cod;

@@ -85,7 +85,7 @@ void frmPLUpodb::SortBy(std::string_view tail) {
   DataGrid01.Bind(rs_picker_);
   FormatPickerGrid();
   if (!HasRows()) return;
-  if (!cod.empty()) rs_picker_.Find("COD = " + cod);
+  if (!cod.empty()) rs_picker_.Find("COD", cod);
   // Another work place may have deleted it; then the row stays.
   if (rs_picker_.Eof()) rs_picker_.SetBookmark(std::min(row, rs_picker_.RecordCount()));
   DataGrid01.Refresh();
@@ -125,7 +125,7 @@ void frmPLUpodb::CmnFindBar_Click() {
   const std::string scanned = TheDesktop().InputBox("отсканируйте Штрихкод", "Штрихкод");
   if (scanned.empty()) return;
   // Without quotes: the database compares numbers, so that leading zeros of the scanner don't matter.
-  Recordset& found =
+  Recordset found =
       session_.ReadOne(fmt::format("SELECT DISTINCT COD,NAME,BARCODE,PRISE FROM TOVAR WHERE BARCODE={}", scanned));
   if (found.RecordCount() == 0) {
     TheDesktop().MsgBox("НЕТ ТАКОГО ШТРИХКОДА В БАЗЕ ДАННЫХ!", BoxIcon::kExclamation);

@@ -67,7 +67,7 @@ void frmVDk::ShowRules() {
 }
 
 void frmVDk::CmdNew_Click() {
-  const Recordset& highest = session_.ReadOne("SELECT MAX(ID) FROM TOTALSKID");
+  const Recordset highest = session_.ReadOne("SELECT MAX(ID) FROM TOTALSKID");
   const bool first = highest.Eof() || highest.IsNull(0);
   const std::int32_t number = first ? 1 : ToInt32(highest.Field(0).Number() + 1);
   PutDefaults();

@@ -1,5 +1,6 @@
 #include "reference/product_list.h"
 
+#include "core/errors.h"
 #include "core/text.h"
 #include "ui/desktop.h"
 
@@ -7,15 +8,12 @@ namespace zrt {
 
 void FindProductByName(TextBox& find, DataGrid& grid, std::string_view name_column) {
   if (find.Text().empty() || grid.Rows() == 0) return;
+  // The search has never taken one, and the operator is told rather than led to another product.
+  if (find.Text().find('\'') != std::string::npos) throw Error("a name with a quote can't be searched");
   Recordset& products = *grid.Source();
   const int row = products.Bookmark();
-  try {
-    products.MoveFirst();
-    products.Find(fmt::format("{} LIKE '{}%'", name_column, find.Text()));
-  } catch (...) {
-    products.SetBookmark(row);
-    throw;
-  }
+  products.MoveFirst();
+  products.Find(name_column, find.Text(), Recordset::Match::kBeginsWith);
   if (!products.Eof()) return;
   products.SetBookmark(row);
   find.SetFocus();

@@ -26,11 +26,12 @@ std::string Figures::Between() const {
 }
 
 std::optional<double> Figures::Sum(const figure::Sum& sum) const {
-  return InParts(session_.ReadOne(Filled(sum.statement, Between())).Field(0), sum.divisor);
+  const Recordset summed = session_.ReadOne(Filled(sum.statement, Between()));
+  return InParts(summed.Field(0), sum.divisor);
 }
 
 int Figures::Count(const figure::Count& count) const {
-  const Recordset& rows = session_.ReadOne(Filled(count.statement, Between()));
+  const Recordset rows = session_.ReadOne(Filled(count.statement, Between()));
   return count.counted_by_server ? ToInt32(rows.Field(0).Number()) : rows.RecordCount();
 }
 
@@ -43,7 +44,7 @@ int Figures::CountCardKind(const std::string& proz) const {
 }
 
 std::optional<Takings> Figures::Pair(const figure::Pair& pair, const figure::Asked& asked) const {
-  const Recordset& sums = session_.ReadOne(Filled(pair.statement, Between(), asked));
+  const Recordset sums = session_.ReadOne(Filled(pair.statement, Between(), asked));
   const std::optional<double> before = InParts(sums.Field(1), scale::kProd);
   if (!before) return std::nullopt;
   return Takings{InParts(sums.Field(0), scale::kProd), *before};

@@ -86,7 +86,7 @@ void FormTabRun::Form_Load() {
 
 void FormTabRun::BroadcastReciever(std::int32_t cod) {
   if (!IsLoaded()) return;
-  const Recordset& name = TheSession().ReadOne(fmt::format("SELECT DISTINCT NAME FROM TOVAR WHERE COD={}", cod));
+  const Recordset name = TheSession().ReadOne(fmt::format("SELECT DISTINCT NAME FROM TOVAR WHERE COD={}", cod));
   cod_ = cod;
   LblCod.Caption = std::to_string(cod);
   LblTov.Caption = name.Eof() ? std::string() : name.Field(0).TextOrEmpty();

@@ -34,28 +34,23 @@ bool AllEmpty(const KatNames::FourNames& names) {
 }  // namespace
 
 std::optional<std::string> KatNames::Load(Session& session) {
-  std::optional<std::string> hour;
-  {
-    const Recordset& stored = session.ReadOne("SELECT N8,N9,N10 FROM CONST WHERE COD=5");
-    if (!stored.IsNull(0)) hour = stored.Field(0).Text();
-    Take(1, stored.Field(1));
-    Take(2, stored.Field(2));
-  }
+  const Recordset stored = session.ReadOne("SELECT N8,N9,N10 FROM CONST WHERE COD=5");
+  Take(1, stored.Field(1));
+  Take(2, stored.Field(2));
   ReadThird(session);
-  return hour;
+  return stored.IsNull(0) ? std::nullopt : std::optional(stored.Field(0).Text());
 }
 
 void KatNames::Reload(Session& session) {
-  {
-    const Recordset& stored = session.ReadOne("SELECT N9,N10 FROM CONST WHERE COD=5");
-    Take(1, stored.Field(0));
-    Take(2, stored.Field(1));
-  }
+  const Recordset stored = session.ReadOne("SELECT N9,N10 FROM CONST WHERE COD=5");
+  Take(1, stored.Field(0));
+  Take(2, stored.Field(1));
   ReadThird(session);
 }
 
 void KatNames::ReadThird(Session& session) {
-  Take(3, session.ReadOne("SELECT N10 FROM CONST WHERE COD=6").Field(0));
+  const Recordset stored = session.ReadOne("SELECT N10 FROM CONST WHERE COD=6");
+  Take(3, stored.Field(0));
 }
 
 void KatNames::Take(int kitchen, const Cell& stored) {

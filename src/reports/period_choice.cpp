@@ -23,7 +23,7 @@ void ShiftHourChoice::Show(const std::string& stored) {
 }
 
 void ShiftHourChoice::ReadStored() {
-  const Recordset& hour = session_.ReadOne("SELECT N8 FROM CONST WHERE COD=5");
+  const Recordset hour = session_.ReadOne("SELECT N8 FROM CONST WHERE COD=5");
   if (!hour.Eof() && !hour.IsNull(0)) return Show(hour.Field(0).Text());
   Show("00");
   Combo1.Text = "0";

@@ -51,7 +51,7 @@ void ClearingForm::MonthD_DateClick() {
   CmdDel.SetFocus();
 }
 
-void ClearingForm::ClearSalesData(bool is_lite, bool trim_deletions, bool clear_marks) {
+void ClearingForm::ClearSalesData(const Clearing& what) {
   const std::string day = Text4.Text();
   if (!ParseDate(day)) {
     TheDesktop().MsgBox("Введите значение в формате даты!\nНапример: '31.12.2004'", BoxIcon::kCritical);
@@ -65,15 +65,15 @@ void ClearingForm::ClearSalesData(bool is_lite, bool trim_deletions, bool clear_
 
   // The calendar day counts here, not the shift: what a night's shift sold after it stays.
   const std::string end = CutSqlDate(day) + " 23:59:59";
-  if (trim_deletions) TrimDeletions();
-  if (!is_lite) session_.Write(fmt::format("DELETE FROM PROD WHERE DATETIME <= '{}'", end));
+  if (what.trim_deletions) TrimDeletions();
+  if (!what.is_lite) session_.Write(fmt::format("DELETE FROM PROD WHERE DATETIME <= '{}'", end));
   session_.Write(fmt::format("DELETE FROM KASSA WHERE DAT <= '{}'", end));
-  if (is_lite) {
+  if (what.is_lite) {
     ShowStateAfterClearingLite();
   } else {
     ShowState();
   }
-  if (clear_marks) {
+  if (what.clear_marks) {
     try {
       session_.Write(fmt::format("DELETE FROM AKZMARK WHERE DAT <= '{}'", end));
     } catch (const DatabaseError&) {
@@ -85,7 +85,7 @@ void ClearingForm::ClearSalesData(bool is_lite, bool trim_deletions, bool clear_
 }
 
 void ClearingForm::TrimDeletions() {
-  Recordset& deletions = session_.ReadOne("SELECT * FROM SPION");
+  Recordset deletions = session_.ReadOne("SELECT * FROM SPION");
   const int count = deletions.RecordCount();
   if (count > kDeletionsTrimmedAbove) {
     // SPION has no number of its own, so the rows to keep are marked by their stamp in the column of the person, who is
@@ -126,13 +126,13 @@ void ClearingForm::ShowStateAfterClearingLite() {
 
 frmClear::frmClear(Desktop& desktop, Session& session)
     : ClearingForm(desktop, "frmClear", session, "SELECT DATETIME FROM PROD ORDER BY DATETIME") {
-  CmdDel.Click = [this] { ClearSalesData(false, Check2.Value(), Check1.Value()); };
+  CmdDel.Click = [this] { ClearSalesData({.trim_deletions = Check2.Value(), .clear_marks = Check1.Value()}); };
   Complete();
 }
 
 frmClearLite::frmClearLite(Desktop& desktop, Session& session)
     : ClearingForm(desktop, "frmClearLite", session, "SELECT DAT FROM KASSA ORDER BY DAT") {
-  CmdDel.Click = [this] { ClearSalesData(true, false, false); };
+  CmdDel.Click = [this] { ClearSalesData({.is_lite = true}); };
   Complete();
 }
 

@@ -28,9 +28,12 @@ class ClearingForm : public Form {
 
   /// Deletes the sales up to the end of the day in Text4, once the operator has agreed, and puts the window away. A
   /// statement that fails leaves what was deleted before it deleted.
-  /// `is_lite`: cash operations alone. `trim_deletions`: also cuts SPION to its newest rows, whatever the day.
-  /// `clear_marks`: also deletes excise marks; a base without their table comes to no harm.
-  void ClearSalesData(bool is_lite, bool trim_deletions, bool clear_marks);
+  struct Clearing {
+    bool is_lite = false;         ///< cash operations alone
+    bool trim_deletions = false;  ///< also cuts SPION to its newest rows, whatever the day
+    bool clear_marks = false;     ///< also deletes excise marks; a base without their table comes to no harm
+  };
+  void ClearSalesData(const Clearing& what);
 
   Session& session_;
 

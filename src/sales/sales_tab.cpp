@@ -502,7 +502,8 @@ std::string SalesTab::SalesTitle(const std::string& file_name) {
   const Recordset& lines = session_.Pool().RsSales;
   const auto of_line = [&](const char* column) { return lines.Field(column).Display(format); };
   const auto first_sale = [&] {
-    return session_.ReadOne(std::string(sales::kFirstSold)).Field("DATETIME").Display(format);
+    const Recordset first = session_.ReadOne(std::string(sales::kFirstSold));
+    return first.Field("DATETIME").Display(format);
   };
   const std::string now = format.DateTimeText(session_.TheClock().Now());
   return fmt::format(
