@@ -289,7 +289,8 @@ class Box(Window):
         return [part.name for part in self.all() if part.getRole() == pyatspi.ROLE_PUSH_BUTTON]
 
     def enter(self, text):
-        field = next(part for part in self.all() if part.getRole() == pyatspi.ROLE_TEXT)
+        roles = (pyatspi.ROLE_TEXT, pyatspi.ROLE_PASSWORD_TEXT)
+        field = next(part for part in self.all() if part.getRole() in roles)
         field.queryEditableText().setTextContents(text)
 
     def press(self, caption):
