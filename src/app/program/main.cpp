@@ -33,6 +33,9 @@ std::string ExecutableName() {
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
+  // Under this name the toolkit keeps what the operator makes of the windows.
+  QApplication::setOrganizationName("zrt");
+  QApplication::setApplicationName("zrt");
   zrt::SetUpApplication(application);
 
   const zrt::SystemClock clock;

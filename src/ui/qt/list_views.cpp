@@ -7,6 +7,7 @@
 #include <QStyledItemDelegate>
 #include <QTreeWidget>
 
+#include "ui/qt/copying.h"
 #include "ui/qt/qt_text.h"
 #include "ui/qt/view_kinds.h"
 
@@ -52,6 +53,8 @@ class ListView final : public ControlView {
     connect(widget, &QListWidget::doubleClicked, this, [this] { Act([this] { list_.UserDblClick(); }); });
     list.OnAdded = [this] { widget_->addItem(ToQt(list_.Items().back())); };
     new WidestLine(widget);
+    // One whose lines can't be chosen is a report.
+    if (!list.DblClick) LetCopyLines(*widget);
     WatchKeys(widget);
     Start();
   }
