@@ -6,7 +6,7 @@ namespace zrt {
 
 namespace {
 
-constexpr const char* kDefaultDataLink = "C:\\KORVINA.udl";
+constexpr std::string_view kDefaultDataLink = "C:\\KORVINA.udl";
 
 }  // namespace
 

@@ -170,11 +170,8 @@ void DocumentForm::CancelButton_Click() {
 }
 
 void DocumentForm::Form_Unload() {
-  try {
-    DeleteWorkingCopy();
-  } catch (const Error&) {
-    // What is left of the working copy goes when the next document of the kind is opened or closed.
-  }
+  // What is left of the working copy goes when the next document of the kind is opened or closed.
+  IgnoreFailure([this] { DeleteWorkingCopy(); });
   if (DocOpen) lines_.Close();
   DocOpen = false;
   DocSum = 0;

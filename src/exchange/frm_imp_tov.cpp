@@ -11,9 +11,9 @@ namespace zrt {
 namespace {
 
 struct ModeTexts {
-  const char* pattern;
-  const char* caption;
-  const char* run;
+  std::string_view pattern;
+  std::string_view caption;
+  std::string_view run;
 };
 constexpr std::array<ModeTexts, 4> kModes = {{
     {"*.xls*", "Импорт Справочника Товаров из файла .xls", "Переписать Справочник Товаров"},
@@ -21,14 +21,6 @@ constexpr std::array<ModeTexts, 4> kModes = {{
     {"*.txt*", "Загрузка перемещения из файла .txt", "Загрузить остатки"},
     {"*.txt*", "Загрузка перемещения из файла .txt", "Загрузить остатки"},
 }};
-
-/// After a failure that the operator is to hear of: what fails here as well would only hide it.
-void ShowInSpite(const std::function<void()>& show) {
-  try {
-    show();
-  } catch (const Error&) {
-  }
-}
 
 }  // namespace
 
@@ -108,8 +100,8 @@ void frmImpTov::ReplaceCatalogue(const ProductSheet& sheet) {
   try {
     LoadProducts(sheet);
   } catch (const Error&) {
-    // The old catalogue is gone: its list shows what there is now.
-    ShowInSpite([this] { ProductsChanged(); });
+    // The old catalogue is gone: its list shows what there is now. A second failure would hide the first.
+    IgnoreFailure([this] { ProductsChanged(); });
     throw;
   }
   Say("загрузка завершена");
@@ -171,8 +163,9 @@ void frmImpTov::LoadLines(const std::string& path, const std::function<void(cons
       ProgressBar1.Value = ++loaded;
     }
   } catch (const Error&) {
-    // What has been added by now belongs to the document: its window must show it.
-    ShowInSpite([this] { LinesChanged(ImportMode); });
+    // What has been added by now belongs to the document: its window must show it. A second failure would hide the
+    // first.
+    IgnoreFailure([this] { LinesChanged(ImportMode); });
     throw;
   }
   TheDesktop().MsgBox(fmt::format("Успешно загружено {} строк", lines.size()));

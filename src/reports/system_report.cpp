@@ -107,7 +107,7 @@ class Block {
 
   void WritePlaces() {
     const std::optional<Takings> bar = figures_.Pair(figure::CategoryPair, {.category = kBarCategory});
-    lines_.Line(kBarLabel + (bar ? PairColumns(format_, *bar) : std::string()));
+    lines_.Line(std::string(kBarLabel) + (bar ? PairColumns(format_, *bar) : std::string()));
     PairIfAny(lines_, format_, kAlcoholLabel, figures_.Pair(figure::AlcoholPair));
     for (const Place& place : names_.Places()) {
       PairIfAny(lines_, format_, place.label, figures_.Pair(figure::CategoryPair, {.category = place.category}));

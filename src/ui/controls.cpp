@@ -30,6 +30,12 @@ bool SaysOn(const std::string& value) {
 
 }  // namespace
 
+std::string PropertyText(const std::vector<Tab>& tabs) {
+  std::vector<std::string> captions;
+  for (const Tab& tab : tabs) captions.push_back(tab.caption);
+  return PropertyText(captions);
+}
+
 // Control
 
 Control::Control(Form& form, std::string name, std::initializer_list<const char*> widget_classes)

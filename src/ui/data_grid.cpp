@@ -38,6 +38,12 @@ GridColumn DefaultColumn(const Recordset& set, int field) {
 
 }  // namespace
 
+std::string PropertyText(const std::vector<GridColumn>& columns) {
+  std::vector<std::string> headers;
+  for (const GridColumn& column : columns) headers.push_back(column.header);
+  return PropertyText(headers);
+}
+
 class DataGrid::Follower final : public RecordsetObserver {
  public:
   explicit Follower(DataGrid& grid) : grid_(grid) {}

@@ -22,6 +22,8 @@ struct GridColumn {
   friend bool operator==(const GridColumn&, const GridColumn&) = default;
 };
 
+std::string PropertyText(const std::vector<GridColumn>& columns);  ///< the headers
+
 /// What a screen's format routine says of a column; columns that it doesn't name keep what they have.
 struct ColumnLayout {
   std::string_view header;

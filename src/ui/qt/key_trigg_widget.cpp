@@ -5,11 +5,12 @@
 #include <QPainter>
 #include <QStyleOptionFocusRect>
 
+#include "platform/twips.h"
+
 namespace zrt {
 
 namespace {
 
-constexpr int kTwipsPerInch = 1440;
 constexpr double kDisabledOpacity = 0.35;
 
 }  // namespace

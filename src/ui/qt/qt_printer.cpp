@@ -9,13 +9,13 @@
 #include <exception>
 
 #include "core/errors.h"
+#include "platform/twips.h"
 #include "ui/qt/qt_text.h"
 
 namespace zrt {
 
 namespace {
 
-constexpr int kTwipsPerInch = 1440;
 constexpr int kTwipsPerPoint = 20;
 constexpr int kMargin = 720;
 
