@@ -303,7 +303,13 @@ bool DocumentForm::InsertHead() {
   if (!head_in_doubt_.empty()) session_.Write("DELETE FROM JOURNAL WHERE " + head_in_doubt_);
   const std::string control = stock_.MakeControlNumber();
   head_in_doubt_ = HeadCondition(control);
-  session_.Write(InsertHeadStatement(SqlDate(), control));
+  try {
+    session_.Write(InsertHeadStatement(SqlDate(), control));
+  } catch (const DatabaseError&) {
+    // Refused, by a quote in a text: there is no head of ours, but another document may bear the same control number.
+    if (!session_.MainConnection.IsLost()) head_in_doubt_.clear();
+    throw;
+  }
   const Recordset head = session_.ReadOne("SELECT ID, DATEDOC FROM JOURNAL WHERE " + head_in_doubt_);
   if (head.RecordCount() == 0) {
     TheDesktop().MsgBox("ОШИБКА записи документа", BoxIcon::kCritical);
