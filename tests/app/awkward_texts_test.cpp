@@ -177,7 +177,7 @@ class AwkwardTexts : public testing::Test {
              "(1,1,'Чай',0,0,12050,'4820000000017',1,0,0,0,0,0,0,NULL,'a',''),"
              "(2,1,'Вино',0,0,95000,'4820000000024',1,0,1,12,0,0,0,NULL,'b','2204')",
              "INSERT INTO PROD (COD,NAME,KOL,PRISE,SKID,SUM2,TER,PERS,REZ,NUM,N1,N2,N3,N4,N5,T1,UKT,DATETIME) VALUES "
-             "(1,'Чай',2000,12000,0,24000,1,3,0,7,0,0,0,3,0,'o','1','2026-11-12 08:30:00'),"
+             "(2,'Вино',2000,12000,0,24000,1,3,0,7,0,0,0,3,0,'o','1','2026-11-12 08:30:00'),"
              "(2,'Вино',1000,95000,0,95000,2,3,5,8,1,0,0,0,0,'o','1','2026-11-12 08:40:00')",
              "INSERT INTO KASSA (OPER,SUM1,SUM2,SKID,PLUS,MINUS,TER,PERS,NUM,N1,N2,N3,N4,T1,DAT,TIM) VALUES "
              "('Заказ',24,24,0,0,0,1,3,7,0,0,1,3,'o','2026-11-12 08:30:00','2026-11-12 08:30:00'),"
@@ -509,8 +509,8 @@ TEST_F(AwkwardTexts, OfDocuments) {
                                        &main.mnuDocIN, &main.mnuPereozenk, &main.mnuDocPERplus, &main.mnuDocPERminus};
   const auto post = [&](std::uint8_t kind, int cod, const std::function<void(DocumentForm&)>& fill) {
     Click(*kMenus[kind]);
-    DocumentForm& form = documents.Form(kind);
-    if (kind == kind::kDailyReport) {
+    DocumentForm& form = documents.Form(DocType{kind});
+    if (DocType{kind} == DocType::kDailyReport) {
       Click(documents.DailyReport.CmdDat);
     } else {
       Do([&] { app_->Stock.BroadcastToForm(cod, 1000, 5000, kind); });
@@ -532,13 +532,26 @@ TEST_F(AwkwardTexts, OfDocuments) {
                                            {"DOCUMENT"},
                                            {"DOCINVENT", "DOC=-1 OR DOC" + newer},
                                            {"DOCPRICE", "DOC=-1 OR DOC" + newer},
-                                           {"TOVAR", "COD=2", {"PRISE", "NAME"}}};
+                                           {"TOVAR", "COD=2", {"PRISE", "NAME", "OST", "KOL"}},
+                                           {"PROD", "COD=2", {"NAME"}}};
   const std::vector<std::string> kNone = {
-      "DELETE FROM JOURNAL WHERE ID" + newer, "DELETE FROM REGISTR WHERE DOC" + newer,
-      "DELETE FROM DOCINVENT WHERE DOC" + newer, "DELETE FROM DOCPRICE WHERE DOC" + newer,
-      "UPDATE TOVAR SET NAME='Вино' WHERE COD=2"};
+      "DELETE FROM JOURNAL WHERE ID" + newer,     "DELETE FROM REGISTR WHERE DOC" + newer,
+      "DELETE FROM DOCINVENT WHERE DOC" + newer,  "DELETE FROM DOCPRICE WHERE DOC" + newer,
+      "UPDATE TOVAR SET NAME='Вино' WHERE COD=2", "UPDATE PROD SET NAME='Вино' WHERE COD=2"};
+  // A product's name as it comes back from the catalogue and from what was sold.
+  for (std::uint8_t kind = 0; kind < kDocumentKinds.size(); ++kind) {
+    ForEachText(
+        kDocumentKinds[kind].form, kNewDocument,
+        [&](const std::string& text, const std::string&) {
+          for (const char* table : {"TOVAR", "PROD"}) {
+            shop_.Sql(fmt::format("UPDATE {} SET NAME={} WHERE COD=2", table, Literal(Left(text, 50))));
+          }
+          post(kind, 2, [](DocumentForm&) {});
+        },
+        kNone);
+  }
   for (std::uint8_t kind = 1; kind < kDocumentKinds.size(); ++kind) {
-    DocumentForm& form = documents.Form(kind);
+    DocumentForm& form = documents.Form(DocType{kind});
     ForEachText(
         kDocumentKinds[kind].form, kNewDocument,
         [&](const std::string& text, const std::string& other) {
@@ -558,14 +571,6 @@ TEST_F(AwkwardTexts, OfDocuments) {
           Click(form.RUNButton);
           Do([&] { form.Leave(); });
           Do([&] { form.Close(); });
-        },
-        kNone);
-    // A product's name as it comes back from the catalogue.
-    ForEachText(
-        kDocumentKinds[kind].form, kNewDocument,
-        [&](const std::string& text, const std::string&) {
-          shop_.Sql("UPDATE TOVAR SET NAME=" + Literal(Left(text, 50)) + " WHERE COD=2");
-          post(kind, 2, [](DocumentForm&) {});
         },
         kNone);
     // What is scanned, what a line is changed to, which document is deleted.
