@@ -50,12 +50,13 @@ Form2::Form2(Desktop& desktop, Session& session, ModuleReg& stock, const DriveMa
   Unload = [this] { shutdown_(); };
   TabStrip1.Click = [this] { TabStrip1_Click(); };
   Check1.Click = [this] { Check1_Click(); };
-  const std::pair<Menu*, std::uint8_t> documents[] = {
-      {&mnuDocDO, kind::kDailyReport},     {&mnuDocPN, kind::kIncoming},         {&mnuDocRN, kind::kOutgoing},
-      {&mnuDocSP, kind::kWriteOff},        {&mnuDocIN, kind::kInventory},        {&mnuPereozenk, kind::kPriceChange},
-      {&mnuDocPERplus, kind::kTransferIn}, {&mnuDocPERminus, kind::kTransferOut}};
-  for (const auto& [menu, number] : documents) {
-    menu->Click = [this, kind = number] { screens_.StockDocuments.OpenNew(kind); };
+  const std::pair<Menu*, DocType> documents[] = {
+      {&mnuDocDO, DocType::kDailyReport},     {&mnuDocPN, DocType::kIncoming},
+      {&mnuDocRN, DocType::kOutgoing},        {&mnuDocSP, DocType::kWriteOff},
+      {&mnuDocIN, DocType::kInventory},       {&mnuPereozenk, DocType::kPriceChange},
+      {&mnuDocPERplus, DocType::kTransferIn}, {&mnuDocPERminus, DocType::kTransferOut}};
+  for (const auto& [menu, document] : documents) {
+    menu->Click = [this, type = document] { screens_.StockDocuments.OpenNew(type); };
   }
   mnuRegistr.Click = [this] { screens_.StockDocuments.Register.Show(); };
   mnuDelOneDoc.Click = [this] { Journal.DeleteOneDoc(); };

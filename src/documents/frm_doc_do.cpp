@@ -10,15 +10,9 @@ namespace zrt {
 
 namespace {
 
-constexpr LineRules kRules = {
+constexpr const char* kGrid =
     "SELECT COD As 'Cod',NAME As 'Name',ROUND(KOL/1000,3) As 'Value',ROUND(PRISE/1000,3) As 'Price',"
-    "ROUND(COST/1000,3) As 'Summ',REZ As 'Card',ID FROM DOCUMENT WHERE TYP=",
-    "SELECT DISTINCT REGISTR.COD As 'Cod',TOVAR.NAME,-REGISTR.KOL,ROUND(REGISTR.SUMM/REGISTR.KOL*1000),-REGISTR.SUMM,"
-    "REGISTR.KARD",
-    false,
-    false,
-    true,
-    ""};
+    "ROUND(COST/1000,3) As 'Summ',REZ As 'Card',ID FROM DOCUMENT WHERE TYP=";
 
 // The aliases stand in backticks: quoted ones are constants to present servers, which would make one row of it all.
 constexpr const char* kSold =
@@ -39,7 +33,7 @@ std::string Number(const Cell& cell) {
 }  // namespace
 
 frmDocDO::frmDocDO(Desktop& desktop, const DocumentServices& services)
-    : LineDocument(desktop, kDocumentKinds[kind::kDailyReport], services, kRules) {
+    : LineDocument(desktop, DocType::kDailyReport, services, kGrid) {
   CmdPlus.Click = [this] { OpenCalendar(); };
   Combo1.Click = [this] { Combo1_Click(); };
   CmdDat.Click = [this] { CmdDat_Click(); };
@@ -125,7 +119,7 @@ void frmDocDO::CmdDat_Click() {
 
 void frmDocDO::Gather(const std::string& from, const std::string& to) {
   // Gathering goes on whatever fails: one product's line mustn't keep the shift from being closed.
-  IgnoreFailure([this] { DeleteWorkingCopy(); });
+  IgnoreFailure([this] { store_.DeleteWorkingCopy(); });
   // What was gathered before is gone; nothing of it may be posted under another day.
   RUNButton.Enabled = false;
   mnuRun->Enabled = false;
@@ -163,19 +157,11 @@ bool frmDocDO::SalesFit(const Recordset& sold) {
   return SumFits(sum, kNotGathered);
 }
 
-std::string frmDocDO::InsertHeadStatement(const std::string&, const std::string& control) {
-  return fmt::format(
-      "INSERT INTO JOURNAL (DTYPE,DATEDOC,SUMM,KLIENT,PRIM,CNTRL,RUN,REZ) VALUES ('Дневной Отчёт','{}',{},'','Закрытие "
-      "продаж {} за {}',{},NULL,0)",
-      ReportDate(), DocSum, NowText(), Left(TextDate.Caption(), 10), control);
-}
-
-std::string frmDocDO::UpdateHeadStatement(const std::string&) {
-  return fmt::format("UPDATE JOURNAL SET SUMM={} WHERE ID={}", DocSum, DocId);
-}
-
-std::string frmDocDO::Card(int row) const {
-  return Number(lines_.At(row, lines_.FieldIndex("Card")));
+DocumentHead frmDocDO::NewHead() const {
+  DocumentHead head = Head();
+  head.date = ReportDate();
+  head.prim = fmt::format("Закрытие продаж {} за {}", NowText(), Left(TextDate.Caption(), 10));
+  return head;
 }
 
 void frmDocDO::UpdateDocument() {

@@ -107,7 +107,7 @@ void JournalTab::DeleteOneDoc() {
     return;
   }
   const std::string dtype = Trim(head.Field("DTYPE").TextOrEmpty());
-  if (!head.IsNull(0) && dtype != kDocumentKinds[kind::kPriceChange].dtype) {
+  if (!head.IsNull(0) && dtype != KindOf(DocType::kPriceChange).dtype) {
     desktop.MsgBox(
         fmt::format("документ {} №{} ПРОВЕДЁН!\n\rПеред удалением необходимо отменить проведение документа", dtype, id),
         BoxIcon::kCritical);

@@ -149,7 +149,8 @@ void frmPLUpodb::AskFor(std::int32_t cod, const std::string& name, const std::st
   LbllName.Caption = fmt::format("{}  {}  {}", PickBar, PickName, PickCod);
 
   const Asks asks = AsksOf(FormCode);
-  if (FormCode == form_code::kIncomingInvoice) {
+  const DocumentKind* const kind = FindKind(FormCode);
+  if (kind != nullptr && kind->picks_purchase) {
     PickPrice = stock_.GetPurchasePrice(PickCod);
   } else if (asks != Asks::kNothing && asks != Asks::kUnknown) {
     PickPrice = ToInt32(retail);

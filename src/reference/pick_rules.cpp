@@ -10,23 +10,9 @@
 namespace zrt {
 
 Asks AsksOf(std::uint8_t form_code) {
-  switch (form_code) {
-    case form_code::kIncomingInvoice:
-    case form_code::kOutgoingInvoice:
-      return Asks::kQuantityAndPrice;
-    case form_code::kWriteOff:
-    case form_code::kInventory:
-    case form_code::kTransferIn:
-    case form_code::kTransferOut:
-      return Asks::kQuantity;
-    case form_code::kPriceChange:
-      return Asks::kPrice;
-    case form_code::kMovementReport:
-    case form_code::kRegisterView:
-      return Asks::kNothing;
-    default:
-      return Asks::kUnknown;
-  }
+  if (form_code == form_code::kMovementReport || form_code == form_code::kRegisterView) return Asks::kNothing;
+  const DocumentKind* const kind = FindKind(form_code);
+  return kind == nullptr ? Asks::kUnknown : kind->asks;
 }
 
 std::int32_t TypedThousandths(const RegionalFormat& format, std::string_view text) {
