@@ -1,5 +1,7 @@
 #include "app/app.h"
 
+#include <cstdint>
+
 namespace zrt {
 
 App::App(Desktop& desktop, const Clock& clock, const DriveMap& drives, AppSettings settings)

@@ -1,6 +1,9 @@
 #include "app/form2.h"
 
 #include <array>
+#include <cstdint>
+#include <optional>
+#include <string_view>
 
 #include "core/errors.h"
 #include "core/numbers.h"

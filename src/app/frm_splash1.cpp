@@ -1,5 +1,7 @@
 #include "app/frm_splash1.h"
 
+#include <string_view>
+
 #include "platform/settings_file.h"
 
 namespace zrt {

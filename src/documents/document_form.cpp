@@ -1,5 +1,8 @@
 #include "documents/document_form.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
 #include <limits>
 #include <utility>
 

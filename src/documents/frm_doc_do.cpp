@@ -1,5 +1,11 @@
 #include "documents/frm_doc_do.h"
 
+#include <fmt/format.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
 #include "core/errors.h"
 #include "core/numbers.h"
 #include "core/shift_hour.h"

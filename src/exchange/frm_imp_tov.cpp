@@ -2,6 +2,12 @@
 
 #include <fmt/format.h>
 
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <vector>
+
 #include "core/errors.h"
 #include "core/numbers.h"
 #include "ui/desktop.h"

@@ -1,5 +1,7 @@
 #include "reference/catalogue_tab.h"
 
+#include <fmt/format.h>
+
 #include "core/numbers.h"
 #include "reference/product_list.h"
 #include "ui/desktop.h"

@@ -1,5 +1,11 @@
 #include "reference/frm_plu.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <optional>
+
 #include "core/numbers.h"
 #include "core/text.h"
 #include "ui/desktop.h"

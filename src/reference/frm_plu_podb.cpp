@@ -1,5 +1,9 @@
 #include "reference/frm_plu_podb.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
+
 #include "core/numbers.h"
 #include "core/text.h"
 #include "reference/pick_rules.h"

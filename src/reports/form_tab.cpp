@@ -1,5 +1,11 @@
 #include "reports/form_tab.h"
 
+#include <fmt/format.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+
 #include "ui/desktop.h"
 
 namespace zrt {

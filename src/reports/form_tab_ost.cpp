@@ -1,5 +1,14 @@
 #include "reports/form_tab_ost.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
 #include "core/numbers.h"
 
 namespace zrt {

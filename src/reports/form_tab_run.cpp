@@ -1,5 +1,14 @@
 #include "reports/form_tab_run.h"
 
+#include <fmt/format.h>
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
 #include "core/numbers.h"
 #include "stock/document_kind.h"
 #include "ui/desktop.h"

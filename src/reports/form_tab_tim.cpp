@@ -1,5 +1,12 @@
 #include "reports/form_tab_tim.h"
 
+#include <fmt/format.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
 namespace zrt {
 
 namespace {

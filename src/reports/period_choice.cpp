@@ -1,5 +1,9 @@
 #include "reports/period_choice.h"
 
+#include <fmt/format.h>
+
+#include <optional>
+
 #include "core/numbers.h"
 #include "core/shift_hour.h"
 #include "ui/desktop.h"

@@ -1,6 +1,9 @@
 #include "reports/report_table.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <map>
+#include <optional>
 
 #include "core/errors.h"
 #include "core/numbers.h"

@@ -1,5 +1,11 @@
 #include "reports/system_report.h"
 
+#include <fmt/format.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+
 #include "core/numbers.h"
 #include "core/text.h"
 #include "reports/figures.h"

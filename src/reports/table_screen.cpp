@@ -1,5 +1,9 @@
 #include "reports/table_screen.h"
 
+#include <fmt/format.h>
+
+#include <vector>
+
 namespace zrt {
 
 namespace {

@@ -1,5 +1,7 @@
 #include "sales/frm_clear.h"
 
+#include <fmt/format.h>
+
 #include "core/errors.h"
 #include "ui/desktop.h"
 

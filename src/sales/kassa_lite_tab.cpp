@@ -1,5 +1,10 @@
 #include "sales/kassa_lite_tab.h"
 
+#include <fmt/format.h>
+
+#include <string>
+#include <string_view>
+
 #include "core/errors.h"
 #include "core/shift_hour.h"
 #include "sales/operator_input.h"

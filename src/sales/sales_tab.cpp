@@ -1,6 +1,13 @@
 #include "sales/sales_tab.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "core/errors.h"
 #include "core/numbers.h"

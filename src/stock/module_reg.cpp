@@ -1,5 +1,7 @@
 #include "stock/module_reg.h"
 
+#include <fmt/format.h>
+
 #include "core/errors.h"
 #include "core/numbers.h"
 #include "core/shift_hour.h"

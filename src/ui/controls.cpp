@@ -1,5 +1,7 @@
 #include "ui/controls.h"
 
+#include <algorithm>
+
 #include "core/errors.h"
 #include "core/text.h"
 #include "ui/desktop.h"

@@ -1,5 +1,8 @@
 #include "ui/data_grid.h"
 
+#include <algorithm>
+#include <optional>
+
 #include "core/errors.h"
 #include "core/text.h"
 #include "ui/desktop.h"

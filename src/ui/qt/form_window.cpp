@@ -5,6 +5,7 @@
 #include <QLayout>
 #include <QScreen>
 #include <QWindow>
+#include <algorithm>
 
 #include "platform/twips.h"
 #include "ui/qt/form_factory.h"

@@ -6,6 +6,8 @@
 #include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QTimer>
+#include <algorithm>
+#include <vector>
 
 #include "platform/twips.h"
 #include "ui/qt/qt_text.h"

@@ -6,6 +6,9 @@
 #include <QListWidget>
 #include <QStyledItemDelegate>
 #include <QTreeWidget>
+#include <algorithm>
+#include <string>
+#include <vector>
 
 #include "platform/twips.h"
 #include "ui/qt/qt_text.h"

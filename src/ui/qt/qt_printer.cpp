@@ -7,6 +7,7 @@
 #include <QPrinter>
 #include <QPrinterInfo>
 #include <exception>
+#include <vector>
 
 #include "core/errors.h"
 #include "platform/twips.h"
