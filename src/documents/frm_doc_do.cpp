@@ -133,6 +133,7 @@ void frmDocDO::Gather(const std::string& from, const std::string& to) {
   IgnoreFailure([&] { session_.BindSet(sold, fmt::format(fmt::runtime(kSold), from, to)); });
   if (sold.RecordCount() == 0 || sold.IsNull(2) || sold.IsNull(4)) {
     IgnoreFailure([this] { GetNewTableDoc(); });
+    LblSum->Caption = "";
     TheDesktop().MsgBox("Нет продаж!", BoxIcon::kCritical);
     return;
   }

@@ -42,7 +42,7 @@ std::string frmDocPRC::Question() const {
 
 void frmDocPRC::ChangeTo(std::int64_t id, std::string_view answer) {
   session_.Write(fmt::format("UPDATE DOCPRICE SET PRC2={} WHERE DOC={} AND ID={}",
-                             ToInt32(session_.Format().ToNumber(answer) * scale::kDocument), LinesDoc(), id));
+                             session_.Format().ToScaled(answer, scale::kDocument), LinesDoc(), id));
 }
 
 DocumentHead frmDocPRC::NewHead() const {

@@ -39,6 +39,7 @@ void frmRegistr::Form_Load() {
                     {"Card", 900, Align::kRight},
                     {"DateTime", 1950, Align::kLeft},
                     {"Balance", 1200, Align::kRight, "0.000"}});
+  Session::ShowLastRow(movements_);
   Caption = "Движения документа: " + document_caption_;
 }
 

@@ -1,5 +1,6 @@
 #include "reference/pick_rules.h"
 
+#include <charconv>
 #include <cmath>
 #include <limits>
 
@@ -18,7 +19,11 @@ Asks AsksOf(std::uint8_t form_code) {
 std::int32_t TypedThousandths(const RegionalFormat& format, std::string_view text) {
   const double typed = format.ToNumber(text);
   if (std::abs(typed) > std::numeric_limits<float>::max()) throw OverflowError("too large for a quantity or price");
-  return ToInt32(double{static_cast<float>(typed)} * scale::kDocument);
+  // Its shortest decimal, not its binary value: half a thousandth is half a thousandth, and a tie.
+  std::array<char, 64> decimal{};  // a float has 39 digits before the mark, and 45 behind it at most after 0.
+  const auto [end, error] =
+      std::to_chars(decimal.begin(), decimal.end(), static_cast<float>(typed), std::chars_format::fixed);
+  return DecimalToInt32({decimal.begin(), end}, scale::kDocument);
 }
 
 void FocusWhole(TextBox& box) {

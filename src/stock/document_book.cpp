@@ -87,8 +87,9 @@ void DocumentBook::Post(const DocumentHead& head, const Recordset& lines) {
 
 void DocumentBook::PostPrices(const Recordset& lines) {
   ForEachProduct(lines, [&](int row, std::int32_t cod) {
-    const double price = lines.At(row, lines.FieldIndex("NewPrice")).Number();
-    session_.Write(fmt::format("UPDATE TOVAR SET PRISE={} WHERE COD={}", ToInt32(price * scale::kTovarPrise), cod));
+    const Cell price = lines.At(row, lines.FieldIndex("NewPrice"));
+    session_.Write(
+        fmt::format("UPDATE TOVAR SET PRISE={} WHERE COD={}", DecimalToInt32(price.Raw(), scale::kTovarPrise), cod));
   });
 }
 

@@ -52,7 +52,7 @@ bool FitsTables(std::int64_t thousandths) {
 }
 
 std::int32_t ToThousandths(const Cell& shown, int sign) {
-  return ToInt32(shown.Number() * scale::kDocument * sign);
+  return sign * DecimalToInt32(shown.Raw(), scale::kDocument);
 }
 
 std::string DocumentLines::These() const {
