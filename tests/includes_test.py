@@ -13,7 +13,7 @@ ROOMS = ("sales", "reference", "panels", "documents", "reports", "exchange")
 for room in ROOMS:
     BELOW[room] = {"core", "platform", "ui", "stock"}
 BELOW["app"] = {"core", "platform", "ui", "stock", *ROOMS}
-BELOW["check"] = {"core", "documents"}  # of the documents only the table of their kinds
+BELOW["check"] = {"core", "stock"}  # of the stock only the table of the documents' kinds
 BELOW["ui/qt"] = {"core", "platform", "ui"}
 BELOW["app/program"] = {*BELOW["app"], "app", "ui/qt"}
 

@@ -1,10 +1,14 @@
 #include "app/form2.h"
 
 #include <array>
+#include <cstdint>
+#include <optional>
+#include <string_view>
 
 #include "core/errors.h"
 #include "core/numbers.h"
 #include "core/schema.h"
+#include "core/shift_hour.h"
 #include "ui/desktop.h"
 
 namespace zrt {
@@ -49,12 +53,13 @@ Form2::Form2(Desktop& desktop, Session& session, ModuleReg& stock, const DriveMa
   Unload = [this] { shutdown_(); };
   TabStrip1.Click = [this] { TabStrip1_Click(); };
   Check1.Click = [this] { Check1_Click(); };
-  const std::pair<Menu*, std::uint8_t> documents[] = {
-      {&mnuDocDO, kind::kDailyReport},     {&mnuDocPN, kind::kIncoming},         {&mnuDocRN, kind::kOutgoing},
-      {&mnuDocSP, kind::kWriteOff},        {&mnuDocIN, kind::kInventory},        {&mnuPereozenk, kind::kPriceChange},
-      {&mnuDocPERplus, kind::kTransferIn}, {&mnuDocPERminus, kind::kTransferOut}};
-  for (const auto& [menu, number] : documents) {
-    menu->Click = [this, kind = number] { screens_.StockDocuments.OpenNew(kind); };
+  const std::pair<Menu*, DocType> documents[] = {
+      {&mnuDocDO, DocType::kDailyReport},     {&mnuDocPN, DocType::kIncoming},
+      {&mnuDocRN, DocType::kOutgoing},        {&mnuDocSP, DocType::kWriteOff},
+      {&mnuDocIN, DocType::kInventory},       {&mnuPereozenk, DocType::kPriceChange},
+      {&mnuDocPERplus, DocType::kTransferIn}, {&mnuDocPERminus, DocType::kTransferOut}};
+  for (const auto& [menu, document] : documents) {
+    menu->Click = [this, type = document] { screens_.StockDocuments.OpenNew(type); };
   }
   mnuRegistr.Click = [this] { screens_.StockDocuments.Register.Show(); };
   mnuDelOneDoc.Click = [this] { Journal.DeleteOneDoc(); };
@@ -136,10 +141,10 @@ void Form2::InitMainWindow() {
 // first look at them, so there a missing row counts as NULL.
 
 void Form2::ReadShiftHour() {
-  const Recordset hour = session_.ReadOne("SELECT N8 FROM CONST WHERE COD=5");
-  if (hour.Eof() || hour.IsNull(0)) return;
-  Sales.Combo1.Text = hour.Field(0).Text();
-  KassaLite.Combo3.Text = hour.Field(0).Text();
+  const std::optional<std::string> hour = zrt::ReadShiftHour(session_);
+  if (!hour) return;
+  Sales.Combo1.Text = *hour;
+  KassaLite.Combo3.Text = *hour;
 }
 
 void Form2::ReadReserveStatus() {

@@ -5,13 +5,14 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
 #include "check/shop_check.h"
 #include "core/recordset.h"
-#include "documents/document_kind.h"
+#include "stock/document_kind.h"
 
 namespace zrt::check {
 
@@ -70,9 +71,7 @@ Journal ReadJournal(Connection& connection) {
     head.date = set.At(at, 2).Raw();
     head.run = set.At(at, 3).TextOrEmpty();
     head.summ = Number(set.At(at, 4));
-    const auto kind = std::find_if(kDocumentKinds.begin(), kDocumentKinds.end(),
-                                   [&](const DocumentKind& known) { return head.dtype == known.dtype; });
-    if (kind != kDocumentKinds.end()) head.kind = &*kind;
+    head.kind = FindKind(head.dtype);
   }
   return journal;
 }
@@ -126,7 +125,7 @@ class RegisterCheck {
   }
 
   void CheckKind(const Row& row, const DocumentKind& kind) {
-    if (row.doctyp != kind.number || kind.number == kind::kPriceChange) {
+    if (row.doctyp != NumberOf(kind.type) || kind.movement == Movement::kNone) {
       findings_.Add(Fault::kOtherKind, Named(row));
     } else if (kind.sign * row.kol < 0) {
       findings_.Add(Fault::kWrongSign, Named(row));
@@ -206,13 +205,13 @@ class RegisterCheck {
     if (head.date.empty()) findings_.Add(Fault::kNoDate, Named(id, head));
     if (head.kind == nullptr) return findings_.Add(Fault::kUnknownKind, Named(id, head));
     if (head.IsPosted() && head.run != "OK") findings_.Add(Fault::kUnknownState, Named(id, head));
-    if (head.kind->number == kind::kPriceChange) return;
+    if (head.kind->movement == Movement::kNone) return;
     if (head.IsPosted() && head.rows == 0) findings_.Add(Fault::kPostedWithoutRows, Named(id, head));
     if (head.kind->sign == 0) return;
     const std::int64_t rows = head.rows_summ * head.kind->sign;
     if (head.summ == rows) return;
     // Lines without a quantity, or with one below zero, count in the head and don't go into the register.
-    const bool returns = head.kind->number == kind::kDailyReport && head.summ < rows;
+    const bool returns = head.kind->type == DocType::kDailyReport && head.summ < rows;
     findings_.Add(
         returns ? Fault::kReturnsInHead : Fault::kHeadSum,
         Named(id, head) + fmt::format(": в документе {:.2f}, в строках {:.2f}", static_cast<double>(head.summ) / 1000,

@@ -30,6 +30,11 @@ std::uint8_t ToByte(double value);
 std::int16_t ToInt16(double value);
 std::int32_t ToInt32(double value);
 
+/// A decimal text ("-12.345": a dot, no exponent, nothing around it) times `factor`, a power of ten, rounded as
+/// RoundHalfEven in decimal arithmetic: "1.015" and 100 give 102, where the double nearest to 1.015 would give 101.
+/// Throws TypeMismatch for any other text, OverflowError.
+std::int32_t DecimalToInt32(std::string_view decimal, int factor);
+
 /// The whole number that a text is, with blanks around and a minus at most; nothing for any other text and for one that
 /// 32 bits don't hold.
 std::optional<std::int32_t> WholeNumber(std::string_view text);

@@ -8,6 +8,7 @@
 #include <cstdlib>
 
 #include "core/errors.h"
+#include "core/numbers.h"
 
 namespace zrt {
 namespace {
@@ -70,6 +71,36 @@ std::size_t GroupSignLength(std::string_view text, std::string_view group) {
   return !group.empty() && text.starts_with(group) ? group.size() : 0;
 }
 
+/// The number with a dot and without grouping; nothing if the text is none.
+std::optional<std::string> Plain(const RegionalFormat& format, std::string_view text) {
+  while (text.starts_with(' ')) text.remove_prefix(1);
+  while (text.ends_with(' ')) text.remove_suffix(1);
+  std::string plain;
+  if (text.starts_with('-') || text.starts_with('+')) {
+    if (text.front() == '-') plain += '-';
+    text.remove_prefix(1);
+  }
+  bool digits = false;
+  bool mark = false;
+  while (!text.empty()) {
+    const char c = text.front();
+    std::size_t taken = 1;
+    if (c >= '0' && c <= '9') {
+      plain += c;
+      digits = true;
+    } else if (c == format.decimal && !mark) {
+      plain += '.';
+      mark = true;
+    } else if (digits && !mark && GroupSignLength(text, format.group) > 0) {
+      taken = GroupSignLength(text, format.group);
+    } else {
+      return std::nullopt;
+    }
+    text.remove_prefix(taken);
+  }
+  return digits ? std::optional(plain) : std::nullopt;
+}
+
 }  // namespace
 
 std::string RegionalFormat::FormatNumber(double value, int decimals) const {
@@ -99,34 +130,10 @@ std::string RegionalFormat::FormatShortest(double value) const {
 }
 
 std::optional<double> RegionalFormat::ParseNumber(std::string_view text) const {
-  while (text.starts_with(' ')) text.remove_prefix(1);
-  while (text.ends_with(' ')) text.remove_suffix(1);
-  std::string plain;
-  if (text.starts_with('-') || text.starts_with('+')) {
-    if (text.front() == '-') plain += '-';
-    text.remove_prefix(1);
-  }
-  bool digits = false;
-  bool mark = false;
-  while (!text.empty()) {
-    const char c = text.front();
-    std::size_t taken = 1;
-    if (c >= '0' && c <= '9') {
-      plain += c;
-      digits = true;
-    } else if (c == decimal && !mark) {
-      plain += '.';
-      mark = true;
-    } else if (digits && !mark && GroupSignLength(text, group) > 0) {
-      taken = GroupSignLength(text, group);
-    } else {
-      return std::nullopt;
-    }
-    text.remove_prefix(taken);
-  }
-  if (!digits) return std::nullopt;
+  const std::optional<std::string> plain = Plain(*this, text);
+  if (!plain) return std::nullopt;
   double value = 0;
-  const std::from_chars_result end = std::from_chars(plain.data(), plain.data() + plain.size(), value);
+  const std::from_chars_result end = std::from_chars(plain->data(), plain->data() + plain->size(), value);
   return end.ec == std::errc() ? std::optional(value) : std::nullopt;
 }
 
@@ -134,6 +141,12 @@ double RegionalFormat::ToNumber(std::string_view text) const {
   const std::optional<double> value = ParseNumber(text);
   if (!value) throw TypeMismatch("not a number: \"" + std::string(text) + "\"");
   return *value;
+}
+
+std::int32_t RegionalFormat::ToScaled(std::string_view text, int factor) const {
+  const std::optional<std::string> plain = Plain(*this, text);
+  if (!plain) throw TypeMismatch("not a number: \"" + std::string(text) + "\"");
+  return DecimalToInt32(*plain, factor);
 }
 
 std::string RegionalFormat::DateText(const Date& date) const {

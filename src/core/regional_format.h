@@ -34,6 +34,10 @@ struct RegionalFormat {
   /// The number that the text stands for; throws TypeMismatch if it is none.
   double ToNumber(std::string_view text) const;
 
+  /// The number that the text stands for times `factor`, a power of ten, in decimal arithmetic, ties to even: what is
+  /// typed as 1,0015 are 1002 thousandths. Throws TypeMismatch, OverflowError.
+  std::int32_t ToScaled(std::string_view text, int factor) const;
+
   /// dd.mm.yyyy
   std::string DateText(const Date& date) const;
 

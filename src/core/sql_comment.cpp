@@ -43,4 +43,14 @@ bool HoldsComment(std::string_view statement) {
   return false;
 }
 
+bool StaysInQuotes(std::string_view text) {
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (text[at] != '\\' && text[at] != '\'') continue;
+    const bool pair = at + 1 < text.size() && (text[at] == '\\' || text[at + 1] == '\'');
+    if (!pair) return false;
+    ++at;
+  }
+  return true;
+}
+
 }  // namespace zrt

@@ -10,4 +10,8 @@ namespace zrt {
 /// next character except within `. What stands in a quote that is never closed belongs to that quote.
 bool HoldsComment(std::string_view statement);
 
+/// Does a text (UTF-8 or windows-1251) between single quotes stay there? A quote that isn't doubled ends them, and a
+/// back-slash at the end shields the one that should.
+bool StaysInQuotes(std::string_view text);
+
 }  // namespace zrt

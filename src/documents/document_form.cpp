@@ -1,5 +1,8 @@
 #include "documents/document_form.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
 #include <limits>
 #include <utility>
 
@@ -15,6 +18,7 @@ namespace {
 constexpr Colour kLampPosted = 65280;
 constexpr Colour kLampOpen = 255;
 constexpr const char* kNotSaved = "Документ НЕ сохранён.";
+constexpr const char* kNotAdded = "Строка НЕ добавлена.";
 
 template <class T>
 void MakeIfDefined(DocumentForm& form, std::optional<T>& control, const char* name) {
@@ -23,11 +27,13 @@ void MakeIfDefined(DocumentForm& form, std::optional<T>& control, const char* na
 
 }  // namespace
 
-DocumentForm::DocumentForm(Desktop& desktop, const DocumentKind& kind, const DocumentServices& services)
-    : Form(desktop, kind.form),
-      kind_(kind),
+DocumentForm::DocumentForm(Desktop& desktop, DocType type, const DocumentServices& services)
+    : Form(desktop, KindOf(type).form),
+      kind_(KindOf(type)),
       session_(services.session),
       stock_(services.stock),
+      store_(kind_, session_, stock_),
+      book_(kind_, session_, stock_),
       picker_(services.picker),
       dialog_(services.dialog),
       movements_(services.movements) {
@@ -66,7 +72,7 @@ DocumentForm::DocumentForm(Desktop& desktop, const DocumentKind& kind, const Doc
       UpdateDocument();
     };
   }
-  if (CmdTov) CmdTov->Click = [this] { picker_.OpenFor(kind_.number); };
+  if (CmdTov) CmdTov->Click = [this] { picker_.OpenFor(NumberOf(kind_.type)); };
   if (CmdBar) CmdBar->Click = [this] { CmdBar_Click(); };
   if (CmdDel) CmdDel->Click = [this] { CmdDel_Click(); };
   if (CmdVar) {
@@ -150,13 +156,31 @@ bool DocumentForm::TakesLines() {
   return true;
 }
 
+void DocumentForm::BroadcastReciever(std::int32_t cod, std::int32_t kol, std::int32_t price) {
+  if (!TakesLines()) return;
+  const DocumentLines::Added added = store_.Add(cod, kol, price, DocSum);
+  switch (added.outcome) {
+    case DocumentLines::Outcome::kAdded:
+      return ShowAddedLines();
+    case DocumentLines::Outcome::kNoProduct:
+      return;
+    case DocumentLines::Outcome::kTooLarge:
+      return TellTooLarge(kNotAdded);
+    case DocumentLines::Outcome::kThereAlready:
+      TheDesktop().MsgBox(fmt::format("Товар {} уже выбран в документе!!! ", added.name), BoxIcon::kCritical);
+  }
+}
+
 bool DocumentForm::SumFits(std::int64_t sum, const char* what) {
-  if (std::in_range<std::int32_t>(sum)) return true;
+  if (!FitsTables(sum)) TellTooLarge(what);
+  return FitsTables(sum);
+}
+
+void DocumentForm::TellTooLarge(const char* what) {
   TheDesktop().MsgBox(
       fmt::format("Сумма больше {}: в документ она не помещается!\n\r{}",
                   session_.Format().FormatNumber(std::numeric_limits<std::int32_t>::max() / 10 / 100.0, 2), what),
       BoxIcon::kCritical);
-  return false;
 }
 
 void DocumentForm::EditLine() {
@@ -181,15 +205,12 @@ void DocumentForm::CancelButton_Click() {
 }
 
 void DocumentForm::Form_Unload() {
-  try {
-    DeleteWorkingCopy();
-  } catch (const Error&) {
-    // What is left of the working copy goes when the next document of the kind is opened or closed.
-  }
+  // What is left of the working copy goes when the next document of the kind is opened or closed.
+  IgnoreFailure([this] { store_.DeleteWorkingCopy(); });
   if (DocOpen) lines_.Close();
   DocOpen = false;
   DocSum = 0;
-  head_in_doubt_.clear();
+  book_.Forget();
 }
 
 void DocumentForm::RunIndicator(bool run) {
@@ -246,7 +267,9 @@ std::string DocumentForm::SqlDate() const {
 void DocumentForm::CmdBar_Click() {
   const std::string scanned = TheDesktop().InputBox("отсканируйте Штрихкод", "Штрихкод");
   if (scanned.empty()) return;
-  Recordset found = session_.ReadOne(BarcodeQuery() + scanned);
+  // Without quotes: the database compares numbers, so that leading zeros of the scanner don't matter.
+  Recordset found = session_.ReadOne(fmt::format("SELECT DISTINCT COD,NAME,BARCODE{} FROM TOVAR WHERE BARCODE={}",
+                                                 kind_.scans_retail ? ",PRISE" : "", scanned));
   if (found.RecordCount() == 0) {
     found.Close();
     TheDesktop().MsgBox("НЕТ ТАКОГО ШТРИХКОДА В БАЗЕ ДАННЫХ!", BoxIcon::kExclamation);
@@ -255,38 +278,25 @@ void DocumentForm::CmdBar_Click() {
   KnownProduct product;
   product.cod = ToInt32(found.Field("COD").Number());
   product.name = found.Field("NAME").TextOrEmpty();
-  if (OffersRetail() && !found.Field("PRISE").IsNull()) {
+  if (kind_.scans_retail && !found.Field("PRISE").IsNull()) {
     product.price = ToInt32(found.Field("PRISE").Number() * scale::kPriceToDocument);
   }
   found.Close();
-  if (!OffersRetail()) product.price = stock_.GetPurchasePrice(product.cod);
+  if (!kind_.scans_retail) product.price = stock_.GetPurchasePrice(product.cod);
   AskFor(product);
-}
-
-const char* DocumentForm::BarcodeQuery() const {
-  return "SELECT DISTINCT COD,NAME,BARCODE FROM TOVAR WHERE BARCODE=";
 }
 
 void DocumentForm::CmdDel_Click() {
   RequireLines();
   const std::optional<std::int64_t> id = CurrentId();
   if (!id) return;
-  DeleteLineStatement(*id);
+  store_.Delete(*id);
   RefreshLines();
 }
 
 std::optional<std::int64_t> DocumentForm::CurrentId() const {
   if (DataGrid7.Row() == 0 || lines_.Field("ID").IsNull()) return std::nullopt;
   return lines_.Field("ID").Int();
-}
-
-void DocumentForm::ForEachProduct(const std::function<void(int row, std::int32_t cod)>& visit) {
-  std::int32_t remembered = -1;
-  for (int row = 1; row <= lines_.RecordCount(); ++row) {
-    const std::int32_t cod = ToInt32(lines_.At(row, lines_.FieldIndex("Cod")).Number());
-    if (cod != remembered) visit(row, cod);
-    remembered = cod;
-  }
 }
 
 // Saving and posting
@@ -296,43 +306,37 @@ void DocumentForm::SaveDocument(bool post) {
   if (!SumFits(DocSum, kNotSaved)) return;
   Busy("сохранение документа...");
   if (DocId != -1) {
-    session_.Write(UpdateHeadStatement(SqlDate()));
-    TakeOut();
+    book_.UpdateHead(Head());
   } else if (!InsertHead()) {
     return;
   }
   if (TextKlient) DocKlient = TextKlient->Text();
   if (TextPrim) DocPrim = TextPrim->Text();
-  MoveLines();
-  WriteRegister(SqlDate());
+  // Lines of a new document that stand under -1 follow their head.
+  if (store_.MoveTo(DocId)) OpenLines(DocId);
+  book_.WriteRegister(Head(), lines_);
   if (post) AskAndPost();
 }
 
 bool DocumentForm::InsertHead() {
   if (LblData.Caption().empty()) TakePresentDate();
-  // What was written of the document before, and has no rows yet, gives way: a head isn't there twice.
-  if (!head_in_doubt_.empty()) session_.Write("DELETE FROM JOURNAL WHERE " + head_in_doubt_);
-  const std::string control = stock_.MakeControlNumber();
-  head_in_doubt_ = HeadCondition(control);
-  session_.Write(InsertHeadStatement(SqlDate(), control));
-  const Recordset head = session_.ReadOne("SELECT ID, DATEDOC FROM JOURNAL WHERE " + head_in_doubt_);
-  if (head.RecordCount() == 0) {
+  const std::optional<WrittenHead> head = book_.InsertHead(NewHead());
+  if (!head) {
     TheDesktop().MsgBox("ОШИБКА записи документа", BoxIcon::kCritical);
     return false;
   }
-  head_in_doubt_.clear();
-  DocId = ToInt32(head.Field("ID").Number());
+  DocId = head->id;
   LblNumer.Caption = std::to_string(DocId);
-  SetDate(head.Field("DATEDOC").Moment());
+  SetDate(head->date);
   return true;
 }
 
-std::string DocumentForm::HeadCondition(const std::string& control) const {
-  return fmt::format("DTYPE='{}' AND CNTRL={} AND SUMM={}", kind_.dtype, control, DocSum);
-}
-
-void DocumentForm::TakeOut() {
-  session_.Write(fmt::format("UPDATE JOURNAL SET RUN=NULL WHERE ID={}", DocId));
+DocumentHead DocumentForm::Head() const {
+  return {.id = DocId,
+          .date = SqlDate(),
+          .sum = DocSum,
+          .klient = TextKlient ? Left(Trim(TextKlient->Text()), 50) : std::string(),
+          .prim = PrimText()};
 }
 
 void DocumentForm::RUNButton_Click() {
@@ -343,14 +347,10 @@ void DocumentForm::RUNButton_Click() {
 void DocumentForm::AskAndPost() {
   if (TheDesktop().MsgBox("Провести документ?", BoxIcon::kQuestion, BoxButtons::kOkCancel) != BoxAnswer::kOk) return;
   Busy("проведение документа...");
-  PostSaved(SqlDate());
+  book_.Post(Head(), lines_);
   DocRun = true;
   RunIndicator(true);
   LblInf.Caption = "";
-}
-
-void DocumentForm::PostSaved(const std::string& date) {
-  stock_.RunDocRegistr(DocId, true, date);
 }
 
 void DocumentForm::mnuUnRun_Click() {
@@ -363,21 +363,11 @@ void DocumentForm::mnuUnRun_Click() {
   // Before the first statement: a document that is half taken out isn't posted, and is put right by posting it again.
   DocRun = false;
   RunIndicator(false);
-  stock_.RunDocRegistr(DocId, false, UnpostDate());
+  book_.Unpost(DocId, UnpostDate());
   LblInf.Caption = "";
 }
 
-void DocumentForm::UpdateDocument() {
-  ForEachProduct([this](int, std::int32_t cod) {
-    session_.Write(fmt::format("UPDATE TOVAR SET OST={} WHERE COD={}{}", stock_.GetOstNow(cod), cod, UpdateTail()));
-  });
-}
-
 // Texts and numbers
-
-std::string DocumentForm::KlientText() const {
-  return TextKlient ? Left(Trim(TextKlient->Text()), 50) : std::string();
-}
 
 std::string DocumentForm::PrimText(std::size_t count) const {
   return TextPrim ? Left(Trim(TextPrim->Text()), count) : std::string();
@@ -394,10 +384,6 @@ void DocumentForm::Busy(const char* text) {
 
 std::string DocumentForm::Amount(std::int64_t thousandths) const {
   return session_.Format().FormatNumber(static_cast<double>(thousandths) / scale::kDocument, 2);
-}
-
-std::int32_t DocumentForm::ToThousandths(const Cell& cell, int sign) {
-  return ToInt32(cell.Number() * scale::kDocument * sign);
 }
 
 }  // namespace zrt

@@ -5,8 +5,9 @@
 #include <string>
 
 #include "core/session.h"
-#include "documents/document_kind.h"
 #include "documents/frm_registr.h"
+#include "stock/document_book.h"
+#include "stock/document_lines.h"
 #include "stock/module_reg.h"
 #include "stock/product_picker.h"
 #include "ui/controls.h"
@@ -24,14 +25,10 @@ struct DocumentServices {
   frmRegistr& movements;
 };
 
-/// The life cycle that all eight kinds of stock document share: new, saved, posted, and back. A kind is a row of
-/// kDocumentKinds, a definition of its window and a class that says where its lines live. There is one form per kind,
-/// so one document of each kind can be open.
-///
-/// Saving, posting and taking out are rows of statements without a transaction. Whatever fails between them, saving and
-/// posting again writes head, register rows and balances anew; nothing about a failure is remembered but the head that
-/// was written and whose number never came. A document counts as posted only after all of its posting has run. Texts go
-/// into the statements as typed: an apostrophe fails the save, and the document stays open to be mended.
+/// The window of a document of any kind through its life: new, saved, posted, and back. What is written, and how, is
+/// said by kDocumentKinds and done by DocumentLines and DocumentBook; a form shows it and asks. There is one form per
+/// kind, so one document of each kind can be open. A document counts as posted only after all of its posting has run;
+/// when a save fails it stays open to be mended.
 class DocumentForm : public Form {
  public:
   // Set by who opens the form.
@@ -71,8 +68,8 @@ class DocumentForm : public Form {
 
   /// Adds a line of product `cod`, which becomes the current one; `kol` and `price` are thousandths. Nothing for a code
   /// that the catalogue lacks, when no document is there and when it is posted; a line that the document's sum can't
-  /// hold is refused with a message. Throws DatabaseError, OverflowError.
-  virtual void BroadcastReciever(std::int32_t cod, std::int32_t kol, std::int32_t price) = 0;
+  /// hold, and a product that an inventory has already, is refused with a message. Throws DatabaseError, OverflowError.
+  void BroadcastReciever(std::int32_t cod, std::int32_t kol, std::int32_t price);
 
   /// Computes the document's sum from its lines and shows it. Throws DatabaseError.
   virtual void SumRefresh() = 0;
@@ -82,7 +79,7 @@ class DocumentForm : public Form {
   void Leave();
 
  protected:
-  DocumentForm(Desktop& desktop, const DocumentKind& kind, const DocumentServices& services);
+  DocumentForm(Desktop& desktop, DocType type, const DocumentServices& services);
 
   // Where a kind differs.
 
@@ -91,36 +88,16 @@ class DocumentForm : public Form {
   virtual void FormatGrid() = 0;
   /// What activation does for a new document, each time that it comes to the front.
   virtual void PrepareNew();
-  /// The barcode query up to the value; columns COD, NAME and BARCODE, and PRISE where the kind offers the retail
-  /// price.
-  virtual const char* BarcodeQuery() const;
-  /// Is the retail price offered for a scanned product? Else the purchase price is.
-  virtual bool OffersRetail() const { return false; }
   virtual void ChangeLine() {}
-  /// Deletes the current line from its table.
-  virtual void DeleteLineStatement(std::int64_t id) = 0;
-  /// JOURNAL's row of a new document: the statement, behind its date and control number.
-  virtual std::string InsertHeadStatement(const std::string& date, const std::string& control) = 0;
-  /// By what a head is found again right after it was written.
-  virtual std::string HeadCondition(const std::string& control) const;
-  virtual std::string UpdateHeadStatement(const std::string& date) = 0;
   /// The date of a new document that none was chosen for.
   virtual void TakePresentDate();
-  /// The document has its number: lines that still stand under -1 move there.
-  virtual void MoveLines() {}
-  /// The journal says that a document whose rows are written anew isn't posted; a posting may have broken off.
-  virtual void TakeOut();
-  virtual void WriteRegister(const std::string& date) = 0;
-  /// Posts the saved document, asked and agreed to.
-  virtual void PostSaved(const std::string& date);
+  /// What the journal is to have of a new document, where that isn't what it has of a saved one.
+  virtual DocumentHead NewHead() const { return Head(); }
   /// The date under which the document is taken out of the register.
   virtual std::string UnpostDate() const { return SqlDate(); }
-  virtual void DeleteWorkingCopy() = 0;
   virtual void MonthClicked();
-  /// Copies what the document says about the catalogue to the terminals.
-  virtual void UpdateDocument();
-  /// Behind the product's code in UpdateDocument's statement.
-  virtual const char* UpdateTail() const { return ""; }
+  /// Copies the balances of the document's products to the terminals.
+  virtual void UpdateDocument() { book_.CopyBalances(lines_); }
 
   void SaveDocument(bool post);
   virtual void RunIndicator(bool run);
@@ -130,7 +107,7 @@ class DocumentForm : public Form {
   /// DocDate as SQL, cut from its text on the screen: midnight has no time.
   std::string SqlDate() const;
   void SetDate(const DateTime& moment);
-  std::string KlientText() const;                      ///< the first 50 characters of the client
+  DocumentHead Head() const;
   std::string PrimText(std::size_t count = 50) const;  ///< the first characters of the note
   std::string NowText() const;
   /// ID of the current line; nothing without one.
@@ -150,20 +127,18 @@ class DocumentForm : public Form {
   bool TakesLines();
   /// Does JOURNAL.SUMM hold `sum`? Else the operator is told that `what` hasn't happened.
   bool SumFits(std::int64_t sum, const char* what);
-  /// Calls `visit(row, cod)` for each line, but for one with the code of the line before it.
-  void ForEachProduct(const std::function<void(int row, std::int32_t cod)>& visit);
+  void TellTooLarge(const char* what);
   void Busy(const char* text);
   std::string Amount(std::int64_t thousandths) const;
-  static std::int32_t ToThousandths(const Cell& cell, int sign = 1);
   /// Asks quantity and price of a line again; on OK it is added as a new one.
-  void AskFor(const KnownProduct& product) { dialog_.AskFor(product, kind_.number); }
-
-  static constexpr const char* kNotAdded = "Строка НЕ добавлена.";
+  void AskFor(const KnownProduct& product) { dialog_.AskFor(product, NumberOf(kind_.type)); }
 
   const DocumentKind& kind_;
   Session& session_;
   ModuleReg& stock_;
-  Recordset lines_;
+  DocumentLines store_;  ///< the lines where they are worked on
+  DocumentBook book_;
+  Recordset lines_;  ///< the lines as the grid shows them
 
  private:
   void EditLine();
@@ -179,7 +154,6 @@ class DocumentForm : public Form {
   void AskAndPost();
   bool InsertHead();
 
-  std::string head_in_doubt_;  ///< condition of a head that may have been written and whose number never came
   std::string lines_sql_;
   ProductPicker& picker_;
   QuantityDialog& dialog_;

@@ -1,5 +1,7 @@
 #include "documents/documents.h"
 
+#include <cstdint>
+
 #include "ui/desktop.h"
 
 namespace zrt {
@@ -28,23 +30,20 @@ Documents::Documents(Desktop& desktop, Session& session, ModuleReg& stock, Produ
       forms_{&DailyReport, &Incoming, &Outgoing, &WriteOff, &Inventory, &PriceChange, &TransferIn, &TransferOut},
       desktop_(desktop) {
   for (DocumentForm* form : forms_) {
-    // A daily report takes no picked lines.
-    if (form == &DailyReport) continue;
-    stock.ConnectReciever(form->Kind().number, [form](std::int32_t cod, std::int32_t kol, std::int32_t price) {
+    if (form->Kind().asks == Asks::kUnknown) continue;
+    stock.ConnectReciever(NumberOf(form->Kind().type), [form](std::int32_t cod, std::int32_t kol, std::int32_t price) {
       form->BroadcastReciever(cod, kol, price);
     });
   }
 }
 
 DocumentForm* Documents::FormOf(std::string_view dtype) {
-  for (DocumentForm* form : forms_) {
-    if (dtype == form->Kind().dtype) return form;
-  }
-  return nullptr;
+  const DocumentKind* const kind = FindKind(dtype);
+  return kind == nullptr ? nullptr : &Form(kind->type);
 }
 
-void Documents::OpenNew(std::uint8_t kind) {
-  DocumentForm& form = Form(kind);
+void Documents::OpenNew(DocType type) {
+  DocumentForm& form = Form(type);
   if (form.DocOpen) {
     desktop_.MsgBox(form.Kind().open_already);
     return;

@@ -28,13 +28,13 @@ class Documents {
   frmDocPERplus TransferIn;
   frmDocPERmin TransferOut;
 
-  /// The form of a kind, by its number.
-  DocumentForm& Form(std::uint8_t kind) { return *forms_[kind]; }
+  /// The form of a kind.
+  DocumentForm& Form(DocType type) { return *forms_[NumberOf(type)]; }
   /// The form whose kind has exactly this JOURNAL.DTYPE; nullptr if none has.
   DocumentForm* FormOf(std::string_view dtype);
 
   /// Opens a new document of the kind; says so and does nothing when one is open.
-  void OpenNew(std::uint8_t kind);
+  void OpenNew(DocType type);
 
  private:
   std::array<DocumentForm*, kDocumentKinds.size()> forms_;

@@ -1,7 +1,14 @@
 #include "documents/frm_doc_do.h"
 
+#include <fmt/format.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
 #include "core/errors.h"
 #include "core/numbers.h"
+#include "core/shift_hour.h"
 #include "core/text.h"
 #include "ui/desktop.h"
 
@@ -9,15 +16,9 @@ namespace zrt {
 
 namespace {
 
-constexpr LineRules kRules = {
+constexpr const char* kGrid =
     "SELECT COD As 'Cod',NAME As 'Name',ROUND(KOL/1000,3) As 'Value',ROUND(PRISE/1000,3) As 'Price',"
-    "ROUND(COST/1000,3) As 'Summ',REZ As 'Card',ID FROM DOCUMENT WHERE TYP=",
-    "SELECT DISTINCT REGISTR.COD As 'Cod',TOVAR.NAME,-REGISTR.KOL,ROUND(REGISTR.SUMM/REGISTR.KOL*1000),-REGISTR.SUMM,"
-    "REGISTR.KARD",
-    false,
-    false,
-    true,
-    ""};
+    "ROUND(COST/1000,3) As 'Summ',REZ As 'Card',ID FROM DOCUMENT WHERE TYP=";
 
 // The aliases stand in backticks: quoted ones are constants to present servers, which would make one row of it all.
 constexpr const char* kSold =
@@ -35,18 +36,10 @@ std::string Number(const Cell& cell) {
   return cell.IsNull() ? "0" : cell.Text();
 }
 
-void IgnoreFailure(const std::function<void()>& work) {
-  try {
-    work();
-  } catch (const Error&) {
-    // Gathering goes on: one product's line that fails must not keep the shift from being closed.
-  }
-}
-
 }  // namespace
 
 frmDocDO::frmDocDO(Desktop& desktop, const DocumentServices& services)
-    : LineDocument(desktop, kDocumentKinds[kind::kDailyReport], services, kRules) {
+    : LineDocument(desktop, DocType::kDailyReport, services, kGrid) {
   CmdPlus.Click = [this] { OpenCalendar(); };
   Combo1.Click = [this] { Combo1_Click(); };
   CmdDat.Click = [this] { CmdDat_Click(); };
@@ -56,9 +49,8 @@ frmDocDO::frmDocDO(Desktop& desktop, const DocumentServices& services)
 void frmDocDO::PrepareNew() {
   Caption = Kind().new_caption;
   FrameNew.Enabled = true;
-  for (int hour = 0; hour < kHours; ++hour) Combo1.AddItem(std::to_string(hour));
-  const Recordset hour = session_.ReadOne("SELECT N8 FROM CONST WHERE COD=5");
-  Combo1.Text = hour.RecordCount() == 0 || hour.IsNull(0) ? "0" : hour.Field(0).Text();
+  for (const std::string& hour : ShiftHours()) Combo1.AddItem(hour);
+  Combo1.Text = ReadShiftHour(session_).value_or("0");
   TextDate.Caption = session_.Format().DateText(AddDays(session_.TheClock().Now().date, -1));
   DocRun = false;
   RunIndicator(false);
@@ -74,7 +66,7 @@ void frmDocDO::RunIndicator(bool run) {
 }
 
 void frmDocDO::Combo1_Click() {
-  session_.Write(fmt::format("UPDATE CONST SET N8={} WHERE COD=5", Combo1.Text()));
+  StoreShiftHour(session_, Combo1.Text());
 }
 
 void frmDocDO::OpenCalendar() {
@@ -132,7 +124,8 @@ void frmDocDO::CmdDat_Click() {
 }
 
 void frmDocDO::Gather(const std::string& from, const std::string& to) {
-  IgnoreFailure([this] { DeleteWorkingCopy(); });
+  // Gathering goes on whatever fails: one product's line mustn't keep the shift from being closed.
+  IgnoreFailure([this] { store_.DeleteWorkingCopy(); });
   // What was gathered before is gone; nothing of it may be posted under another day.
   RUNButton.Enabled = false;
   mnuRun->Enabled = false;
@@ -140,6 +133,7 @@ void frmDocDO::Gather(const std::string& from, const std::string& to) {
   IgnoreFailure([&] { session_.BindSet(sold, fmt::format(fmt::runtime(kSold), from, to)); });
   if (sold.RecordCount() == 0 || sold.IsNull(2) || sold.IsNull(4)) {
     IgnoreFailure([this] { GetNewTableDoc(); });
+    LblSum->Caption = "";
     TheDesktop().MsgBox("Нет продаж!", BoxIcon::kCritical);
     return;
   }
@@ -170,19 +164,11 @@ bool frmDocDO::SalesFit(const Recordset& sold) {
   return SumFits(sum, kNotGathered);
 }
 
-std::string frmDocDO::InsertHeadStatement(const std::string&, const std::string& control) {
-  return fmt::format(
-      "INSERT INTO JOURNAL (DTYPE,DATEDOC,SUMM,KLIENT,PRIM,CNTRL,RUN,REZ) VALUES ('Дневной Отчёт','{}',{},'','Закрытие "
-      "продаж {} за {}',{},NULL,0)",
-      ReportDate(), DocSum, NowText(), Left(TextDate.Caption(), 10), control);
-}
-
-std::string frmDocDO::UpdateHeadStatement(const std::string&) {
-  return fmt::format("UPDATE JOURNAL SET SUMM={} WHERE ID={}", DocSum, DocId);
-}
-
-std::string frmDocDO::Card(int row) const {
-  return Number(lines_.At(row, lines_.FieldIndex("Card")));
+DocumentHead frmDocDO::NewHead() const {
+  DocumentHead head = Head();
+  head.date = ReportDate();
+  head.prim = fmt::format("Закрытие продаж {} за {}", NowText(), Left(TextDate.Caption(), 10));
+  return head;
 }
 
 void frmDocDO::UpdateDocument() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "documents/line_document.h"
 
 namespace zrt {
@@ -24,13 +26,10 @@ class frmDocDO final : public LineDocument {
   void MonthClicked() override;
   /// The report's own date comes back from the journal.
   void TakePresentDate() override {}
-  std::string InsertHeadStatement(const std::string& date, const std::string& control) override;
-  std::string UpdateHeadStatement(const std::string& date) override;
+  DocumentHead NewHead() const override;
   /// From TextDate, which is empty for a report opened from the journal.
   std::string UnpostDate() const override { return ReportDate(); }
   void UpdateDocument() override;
-  const char* DeletedProduct() const override { return "----! УДАЛЕННЫЙ ТОВАР !----"; }
-  std::string Card(int row) const override;
 
  private:
   void Combo1_Click();

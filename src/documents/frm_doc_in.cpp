@@ -1,5 +1,13 @@
 #include "documents/frm_doc_in.h"
 
+#include <fmt/format.h>
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
 #include "core/numbers.h"
 #include "ui/desktop.h"
 
@@ -29,14 +37,10 @@ constexpr std::array<Place, 4> kPlaces = {{{"Бар", " WHERE N2=0"},
 /// How much of a new document's note the journal takes, behind the moment of the count.
 constexpr std::size_t kNewNote = 24;
 
-std::int32_t RetailOf(const Cell& prise) {
-  return prise.IsNull() ? 0 : ToInt32(prise.Number() * scale::kPriceToDocument);
-}
-
 }  // namespace
 
 frmDocIN::frmDocIN(Desktop& desktop, const DocumentServices& services)
-    : OwnLinesDocument(desktop, kDocumentKinds[kind::kInventory], services, "DOCINVENT", kLines) {
+    : OwnLinesDocument(desktop, DocType::kInventory, services, kLines) {
   Load = [this] { Form_Load(); };
   CmdDat.Click = [this] { CmdDat_Click(); };
   CmdClear.Click = [this] { CmdClear_Click(); };
@@ -105,42 +109,20 @@ void frmDocIN::CmdDat_Click() {
   }
   Recordset products;
   session_.BindSet(products, sql);
-  for (; !products.Eof(); products.MoveNext()) {
-    const std::int32_t cod = ToInt32(products.Field("COD").Number());
-    const std::int32_t ost = stock_.GetOstNow(cod);
-    if (ost == 0) continue;
+  for (int row = 1; row <= products.RecordCount(); ++row) {
+    const Cell prise = products.At(row, 2);
+    NewLine line{.cod = ToInt32(products.At(row, 0).Number()), .name = products.At(row, 1).TextOrEmpty()};
+    line.ost = stock_.GetOstNow(line.cod);
+    if (line.ost == 0) continue;
     // An uncounted product shows no difference. Filling twice adds the products twice.
-    AddLine(cod, products.Field("NAME").TextOrEmpty(), ost, ost, stock_.GetPurchasePrice(cod),
-            RetailOf(products.Field("PRISE")));
+    line.kol = line.ost;
+    line.retail = prise.IsNull() ? 0 : ToInt32(prise.Number() * scale::kPriceToDocument);
+    line.price = stock_.GetPurchasePrice(line.cod);
+    store_.Write(line);
   }
   RefreshLines();
   LblInf.Caption = "";
   DataGrid7.SetFocus();
-}
-
-void frmDocIN::AddLine(std::int32_t cod, const std::string& name, std::int32_t ost, std::int32_t kol,
-                       std::int32_t price, std::int32_t retail) {
-  session_.Write(fmt::format("INSERT INTO DOCINVENT (COD,NAME,OST,KOL,PRC,PRCR,DOC) VALUES ({},'{}',{},{},{},{},{})",
-                             cod, name, ost, kol, price, retail, LinesDoc()));
-}
-
-void frmDocIN::BroadcastReciever(std::int32_t cod, std::int32_t kol, std::int32_t price) {
-  if (!TakesLines()) return;
-  Recordset product;
-  session_.BindSet(product, fmt::format("SELECT COD,NAME FROM DOCINVENT WHERE DOC={} AND COD={}", LinesDoc(), cod));
-  if (product.RecordCount() > 0) {
-    TheDesktop().MsgBox(fmt::format("Товар {} уже выбран в документе!!! ", product.Field("NAME").TextOrEmpty()),
-                        BoxIcon::kCritical);
-    return;
-  }
-  session_.BindSet(product, fmt::format("SELECT DISTINCT COD,NAME,PRISE FROM TOVAR WHERE COD={}", cod));
-  if (product.RecordCount() == 0) return;
-  if (price == 0) price = stock_.GetPurchasePrice(cod);
-  const std::int32_t ost = stock_.GetOstNow(cod);
-  const std::int32_t retail = RetailOf(product.Field("PRISE"));
-  if (!CountFits(ost, ost, kol, price, retail, kNotAdded)) return;
-  AddLine(cod, product.Field("NAME").TextOrEmpty(), ost, kol, price, retail);
-  ShowAddedLines();
 }
 
 std::string frmDocIN::Question() const {
@@ -148,25 +130,18 @@ std::string frmDocIN::Question() const {
 }
 
 void frmDocIN::ChangeTo(std::int64_t id, std::string_view answer) {
-  const std::int32_t kol = ToInt32(session_.Format().ToNumber(answer) * scale::kDocument);
+  const std::int32_t kol = session_.Format().ToScaled(answer, scale::kDocument);
   const auto shown = [this](const char* column) { return ToThousandths(lines_.Field(column)); };
-  if (!CountFits(shown("Balance"), shown("Actual"), kol, shown("Purshase"), shown("Retail"), "Количество НЕ изменено."))
-    return;
+  NewLine line{.kol = kol, .price = shown("Purshase"), .retail = shown("Retail"), .ost = shown("Balance")};
+  const std::int64_t old_cost = ToThousandths(lines_.Field("DiffRetail"));
+  store_.Appraise(line);
+  if (!store_.Fits(line, DocSum - old_cost)) return TellTooLarge("Количество НЕ изменено.");
   session_.Write(fmt::format("UPDATE DOCINVENT SET KOL={} WHERE DOC={} AND ID={}", kol, LinesDoc(), id));
-}
-
-bool frmDocIN::CountFits(std::int64_t ost, std::int64_t old_kol, std::int64_t kol, std::int64_t prc, std::int64_t prcr,
-                         const char* what) {
-  const auto value = [ost](std::int64_t count, std::int64_t price) {
-    return static_cast<std::int64_t>(static_cast<double>(count - ost) / scale::kDocument * static_cast<double>(price));
-  };
-  return SumFits(kol - ost, what) && SumFits(value(kol, prc), what) &&
-         SumFits(DocSum - value(old_kol, prcr) + value(kol, prcr), what);
 }
 
 void frmDocIN::CmdClear_Click() {
   RequireLines();
-  session_.Write(fmt::format("DELETE FROM DOCINVENT WHERE DOC={}", LinesDoc()));
+  store_.DeleteAll();
   RefreshLines();
 }
 
@@ -201,30 +176,10 @@ void frmDocIN::TakePresentDate() {
   SetDay(std::nullopt);
 }
 
-std::string frmDocIN::InsertHeadStatement(const std::string& date, const std::string& control) {
-  return fmt::format(
-      "INSERT INTO JOURNAL (DTYPE,DATEDOC,SUMM,KLIENT,PRIM,CNTRL,RUN,REZ) VALUES ('ИНВЕНТАРИЗАЦИЯ','{}',{},'','сформ "
-      "{} "
-      "{}',{},NULL,0)",
-      date, DocSum, NowText(), PrimText(kNewNote), control);
-}
-
-std::string frmDocIN::UpdateHeadStatement(const std::string& date) {
-  return fmt::format("UPDATE JOURNAL SET SUMM={},PRIM='{}',DATEDOC='{}' WHERE ID={}", DocSum, PrimText(), date, DocId);
-}
-
-void frmDocIN::WriteRegister(const std::string& date) {
-  session_.Write(fmt::format("DELETE FROM REGISTR WHERE DOC={}", DocId));
-  for (int row = 1; row <= lines_.RecordCount(); ++row) {
-    const Cell difference = lines_.At(row, lines_.FieldIndex("Differ"));
-    // Half a unit and less enters no register row, though it is shown and counted in the sums.
-    if (ToInt32(difference.Number()) == 0) continue;
-    session_.Write(
-        fmt::format("INSERT INTO REGISTR (DOC,DOCTYP,COD,KOL,SUMM,OSTKOL,KARD,DATEDOC,DOCNEXT,DATENEXT,RUN,REZ) VALUES "
-                    "({},4,{},{},{},0,0,'{}',NULL,NULL,0,0)",
-                    DocId, ToInt32(lines_.At(row, 0).Number()), ToThousandths(difference),
-                    ToThousandths(lines_.At(row, lines_.FieldIndex("DiffPurshase"))), date));
-  }
+DocumentHead frmDocIN::NewHead() const {
+  DocumentHead head = Head();
+  head.prim = fmt::format("сформ {} {}", NowText(), PrimText(kNewNote));
+  return head;
 }
 
 }  // namespace zrt

@@ -1,5 +1,11 @@
 #pragma once
 
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
 #include "documents/own_lines_document.h"
 
 namespace zrt {
@@ -25,7 +31,6 @@ class frmDocIN final : public OwnLinesDocument {
   std::function<void()> LoadCounts;
   std::function<void(const Recordset& lines)> ExportLines;
 
-  void BroadcastReciever(std::int32_t cod, std::int32_t kol, std::int32_t price) override;
   /// Reads the lines again after counts were loaded from a file. Throws DatabaseError.
   void RefreshRS7in() { ShowAddedLines(); }
   /// Four results, in thousandths as they are shown; that in retail prices is the document's sum.
@@ -38,10 +43,9 @@ class frmDocIN final : public OwnLinesDocument {
   void ChangeTo(std::int64_t id, std::string_view answer) override;
   std::string Question() const override;
   const char* QuestionTitle() const override { return "Кол-во ФАКТ"; }
-  std::string InsertHeadStatement(const std::string& date, const std::string& control) override;
-  std::string UpdateHeadStatement(const std::string& date) override;
+  /// The note begins with the moment of the count.
+  DocumentHead NewHead() const override;
   void TakePresentDate() override;
-  void WriteRegister(const std::string& date) override;
   void MonthClicked() override;
 
  private:
@@ -49,12 +53,6 @@ class frmDocIN final : public OwnLinesDocument {
   void CmdDat_Click();
   void CmdClear_Click();
   void CmdClearFakt_Click();
-  void AddLine(std::int32_t cod, const std::string& name, std::int32_t ost, std::int32_t kol, std::int32_t price,
-               std::int32_t retail);
-  /// Do difference and sums hold a count of `kol` where `old_kol` was, in thousandths? Else the operator is told that
-  /// `what` hasn't happened. `prc` and `prcr` are the purchase and the retail price.
-  bool CountFits(std::int64_t ost, std::int64_t old_kol, std::int64_t kol, std::int64_t prc, std::int64_t prcr,
-                 const char* what);
   /// The end of `day` (today without one) or the present time on it, as the operator answers.
   void SetDay(const std::optional<Date>& day);
 };

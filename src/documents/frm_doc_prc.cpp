@@ -1,5 +1,11 @@
 #include "documents/frm_doc_prc.h"
 
+#include <fmt/format.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
 #include "core/numbers.h"
 #include "ui/desktop.h"
 
@@ -18,7 +24,7 @@ constexpr std::size_t kNewNote = 24;
 }  // namespace
 
 frmDocPRC::frmDocPRC(Desktop& desktop, const DocumentServices& services)
-    : OwnLinesDocument(desktop, kDocumentKinds[kind::kPriceChange], services, "DOCPRICE", kLines) {
+    : OwnLinesDocument(desktop, DocType::kPriceChange, services, kLines) {
   Complete();
 }
 
@@ -30,56 +36,19 @@ void frmDocPRC::FormatGrid() {
                     {"ID", 750, Align::kRight}});
 }
 
-const char* frmDocPRC::BarcodeQuery() const {
-  return "SELECT DISTINCT COD,NAME,BARCODE,PRISE FROM TOVAR WHERE BARCODE=";
-}
-
-void frmDocPRC::BroadcastReciever(std::int32_t cod, std::int32_t, std::int32_t price) {
-  if (!TakesLines()) return;
-  Recordset product = session_.ReadOne(fmt::format("SELECT DISTINCT COD,NAME,PRISE FROM TOVAR WHERE COD={}", cod));
-  if (product.RecordCount() == 0) return;
-  const double prise = product.Field("PRISE").IsNull() ? 0 : product.Field("PRISE").Number();
-  const std::int32_t old_price = ToInt32(prise * scale::kPriceToDocument);
-  session_.Write(fmt::format("INSERT INTO DOCPRICE (COD,NAME,PRC1,PRC2,DOC) VALUES ({},'{}',{},{},{})", cod,
-                             product.Field("NAME").TextOrEmpty(), old_price, price == 0 ? old_price : price,
-                             LinesDoc()));
-  ShowAddedLines();
-}
-
 std::string frmDocPRC::Question() const {
   return fmt::format("{}\r\rстарая цена = {}", DataGrid7.CurrentText("Name"), DataGrid7.CurrentText("OldPrice"));
 }
 
 void frmDocPRC::ChangeTo(std::int64_t id, std::string_view answer) {
   session_.Write(fmt::format("UPDATE DOCPRICE SET PRC2={} WHERE DOC={} AND ID={}",
-                             ToInt32(session_.Format().ToNumber(answer) * scale::kDocument), LinesDoc(), id));
+                             session_.Format().ToScaled(answer, scale::kDocument), LinesDoc(), id));
 }
 
-std::string frmDocPRC::InsertHeadStatement(const std::string& date, const std::string& control) {
-  return fmt::format(
-      "INSERT INTO JOURNAL (DTYPE,DATEDOC,SUMM,KLIENT,PRIM,CNTRL,RUN,REZ) VALUES "
-      "('Переоценка','{}',0,'','{}',{},NULL,0)",
-      date, PrimText(kNewNote), control);
-}
-
-std::string frmDocPRC::HeadCondition(const std::string& control) const {
-  return fmt::format("DTYPE='Переоценка' AND CNTRL={}", control);
-}
-
-std::string frmDocPRC::UpdateHeadStatement(const std::string& date) {
-  return fmt::format("UPDATE JOURNAL SET PRIM='{}',DATEDOC='{}' WHERE ID={}", PrimText(), date, DocId);
-}
-
-void frmDocPRC::PostSaved(const std::string&) {
-  UpdateDocument();
-  session_.Write(fmt::format("UPDATE JOURNAL SET RUN='OK' WHERE ID={}", DocId));
-}
-
-void frmDocPRC::UpdateDocument() {
-  ForEachProduct([this](int row, std::int32_t cod) {
-    const double price = lines_.At(row, lines_.FieldIndex("NewPrice")).Number();
-    session_.Write(fmt::format("UPDATE TOVAR SET PRISE={} WHERE COD={}", ToInt32(price * scale::kTovarPrise), cod));
-  });
+DocumentHead frmDocPRC::NewHead() const {
+  DocumentHead head = Head();
+  head.prim = PrimText(kNewNote);
+  return head;
 }
 
 }  // namespace zrt

@@ -1,5 +1,9 @@
 #pragma once
 
+#include <cstdint>
+#include <string>
+#include <string_view>
+
 #include "documents/own_lines_document.h"
 
 namespace zrt {
@@ -10,26 +14,15 @@ class frmDocPRC final : public OwnLinesDocument {
  public:
   frmDocPRC(Desktop& desktop, const DocumentServices& services);
 
-  void BroadcastReciever(std::int32_t cod, std::int32_t kol, std::int32_t price) override;
   /// A price change has no sum.
   void SumRefresh() override {}
 
  protected:
   void FormatGrid() override;
-  const char* BarcodeQuery() const override;
-  bool OffersRetail() const override { return true; }
   void ChangeTo(std::int64_t id, std::string_view answer) override;
   std::string Question() const override;
   const char* QuestionTitle() const override { return "НОВАЯ ЦЕНА"; }
-  std::string InsertHeadStatement(const std::string& date, const std::string& control) override;
-  /// Its sum is always 0.
-  std::string HeadCondition(const std::string& control) const override;
-  std::string UpdateHeadStatement(const std::string& date) override;
-  /// Prices that were posted stay so.
-  void TakeOut() override {}
-  void WriteRegister(const std::string&) override {}
-  void PostSaved(const std::string& date) override;
-  void UpdateDocument() override;
+  DocumentHead NewHead() const override;
 };
 
 }  // namespace zrt

@@ -1,5 +1,7 @@
 #include "documents/frm_registr.h"
 
+#include <fmt/format.h>
+
 namespace zrt {
 
 frmRegistr::frmRegistr(Desktop& desktop, Session& session) : Form(desktop, "frmRegistr"), session_(session) {
@@ -37,6 +39,7 @@ void frmRegistr::Form_Load() {
                     {"Card", 900, Align::kRight},
                     {"DateTime", 1950, Align::kLeft},
                     {"Balance", 1200, Align::kRight, "0.000"}});
+  Session::ShowLastRow(movements_);
   Caption = "Движения документа: " + document_caption_;
 }
 

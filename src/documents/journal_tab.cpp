@@ -1,5 +1,11 @@
 #include "documents/journal_tab.h"
 
+#include <fmt/format.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
 #include "core/numbers.h"
 #include "core/text.h"
 #include "ui/desktop.h"
@@ -107,7 +113,7 @@ void JournalTab::DeleteOneDoc() {
     return;
   }
   const std::string dtype = Trim(head.Field("DTYPE").TextOrEmpty());
-  if (!head.IsNull(0) && dtype != kDocumentKinds[kind::kPriceChange].dtype) {
+  if (!head.IsNull(0) && dtype != KindOf(DocType::kPriceChange).dtype) {
     desktop.MsgBox(
         fmt::format("документ {} №{} ПРОВЕДЁН!\n\rПеред удалением необходимо отменить проведение документа", dtype, id),
         BoxIcon::kCritical);

@@ -1,16 +1,19 @@
 #include "documents/own_lines_document.h"
 
+#include <cstdint>
+#include <optional>
+#include <string>
+
 #include "ui/desktop.h"
 
 namespace zrt {
 
-OwnLinesDocument::OwnLinesDocument(Desktop& desktop, const DocumentKind& kind, const DocumentServices& services,
-                                   const char* table, const char* lines)
-    : DocumentForm(desktop, kind, services), table_(table), lines_query_(lines) {}
+OwnLinesDocument::OwnLinesDocument(Desktop& desktop, DocType type, const DocumentServices& services, const char* grid)
+    : DocumentForm(desktop, type, services), grid_(grid) {}
 
 void OwnLinesDocument::OpenLines(std::int32_t doc) {
-  lines_doc_ = doc;
-  ReadLines(lines_query_ + std::to_string(doc));
+  store_.UseDoc(doc);
+  ReadLines(grid_ + std::to_string(store_.Key()));
 }
 
 void OwnLinesDocument::ChangeLine() {
@@ -24,20 +27,6 @@ void OwnLinesDocument::ChangeLine() {
   }
   ChangeTo(*id, answer);
   RefreshLines();
-}
-
-void OwnLinesDocument::DeleteLineStatement(std::int64_t id) {
-  session_.Write(fmt::format("DELETE FROM {} WHERE DOC={} AND ID={}", table_, lines_doc_, id));
-}
-
-void OwnLinesDocument::MoveLines() {
-  if (lines_doc_ == DocId) return;
-  session_.Write(fmt::format("UPDATE {} SET DOC={} WHERE DOC=-1", table_, DocId));
-  OpenLines(DocId);
-}
-
-void OwnLinesDocument::DeleteWorkingCopy() {
-  session_.Write(fmt::format("DELETE FROM {} WHERE DOC=-1", table_));
 }
 
 }  // namespace zrt

@@ -1,5 +1,9 @@
 #pragma once
 
+#include <cstdint>
+#include <string>
+#include <string_view>
+
 #include "documents/document_form.h"
 
 namespace zrt {
@@ -8,15 +12,11 @@ namespace zrt {
 /// document stand under -1 and move when the head has got its number.
 class OwnLinesDocument : public DocumentForm {
  protected:
-  /// `lines` is the query of the grid up to the number.
-  OwnLinesDocument(Desktop& desktop, const DocumentKind& kind, const DocumentServices& services, const char* table,
-                   const char* lines);
+  /// `grid` is the query of the lines up to the number.
+  OwnLinesDocument(Desktop& desktop, DocType type, const DocumentServices& services, const char* grid);
 
   void OpenLines(std::int32_t doc) override;
   void ChangeLine() override;
-  void DeleteLineStatement(std::int64_t id) override;
-  void MoveLines() override;
-  void DeleteWorkingCopy() override;
 
   /// Asks for a number in place of what the line has; `answer` is what was entered, a number.
   virtual void ChangeTo(std::int64_t id, std::string_view answer) = 0;
@@ -25,12 +25,10 @@ class OwnLinesDocument : public DocumentForm {
 
   /// DOC of the lines that are open. After a save that broke off before they moved it is -1 still, and they are worked
   /// on there until the next save.
-  std::int32_t LinesDoc() const { return lines_doc_; }
+  std::int32_t LinesDoc() const { return store_.Doc(); }
 
  private:
-  const char* table_;
-  const char* lines_query_;
-  std::int32_t lines_doc_ = -1;
+  const char* grid_;
 };
 
 }  // namespace zrt

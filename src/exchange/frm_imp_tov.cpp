@@ -2,6 +2,12 @@
 
 #include <fmt/format.h>
 
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <vector>
+
 #include "core/errors.h"
 #include "core/numbers.h"
 #include "ui/desktop.h"
@@ -11,9 +17,9 @@ namespace zrt {
 namespace {
 
 struct ModeTexts {
-  const char* pattern;
-  const char* caption;
-  const char* run;
+  std::string_view pattern;
+  std::string_view caption;
+  std::string_view run;
 };
 constexpr std::array<ModeTexts, 4> kModes = {{
     {"*.xls*", "Импорт Справочника Товаров из файла .xls", "Переписать Справочник Товаров"},
@@ -21,14 +27,6 @@ constexpr std::array<ModeTexts, 4> kModes = {{
     {"*.txt*", "Загрузка перемещения из файла .txt", "Загрузить остатки"},
     {"*.txt*", "Загрузка перемещения из файла .txt", "Загрузить остатки"},
 }};
-
-/// After a failure that the operator is to hear of: what fails here as well would only hide it.
-void ShowInSpite(const std::function<void()>& show) {
-  try {
-    show();
-  } catch (const Error&) {
-  }
-}
 
 }  // namespace
 
@@ -108,8 +106,8 @@ void frmImpTov::ReplaceCatalogue(const ProductSheet& sheet) {
   try {
     LoadProducts(sheet);
   } catch (const Error&) {
-    // The old catalogue is gone: its list shows what there is now.
-    ShowInSpite([this] { ProductsChanged(); });
+    // The old catalogue is gone: its list shows what there is now. A second failure would hide the first.
+    IgnoreFailure([this] { ProductsChanged(); });
     throw;
   }
   Say("загрузка завершена");
@@ -146,64 +144,71 @@ void frmImpTov::Say(std::string text) {
 // Lines of documents
 
 void frmImpTov::DownloadRevFromTxt(const std::string& path) {
-  LoadLines(path, [this](const CountedLine& line) { AddCount(line); });
+  LoadLines(DocType::kInventory, path);
 }
 
 void frmImpTov::DownloadPerPlusFromTxt(const std::string& path) {
-  LoadLines(path, [this](const CountedLine& line) { AddTransferLine(line, 6); });
+  LoadLines(DocType::kTransferIn, path);
 }
 
 void frmImpTov::DownloadPerMinusFromTxt(const std::string& path) {
-  LoadLines(path, [this](const CountedLine& line) { AddTransferLine(line, 7); });
+  LoadLines(DocType::kTransferOut, path);
 }
 
-void frmImpTov::LoadLines(const std::string& path, const std::function<void(const CountedLine& line)>& add) {
+void frmImpTov::LoadLines(DocType type, const std::string& path) {
   const std::vector<CountedLine> lines = ReadLineFile(drives_, path);
   if (lines.empty()) {
     TheDesktop().MsgBox("Файл пустой!");
     return;
   }
+  DocumentLines document(KindOf(type), session_, stock_);
+  const auto prepared = Prepare(document, lines);
+  if (!prepared) return;
   ProgressBar1.Max = static_cast<int>(lines.size());
   int loaded = 0;
   try {
     for (const CountedLine& line : lines) {
-      add(line);
+      const std::optional<NewLine>& added = prepared->at(static_cast<std::size_t>(loaded));
+      const bool counted = type == DocType::kInventory && document.AddToCount(line.cod, line.kol);
+      if (!counted && added) document.Write(*added);
       ProgressBar1.Value = ++loaded;
     }
-  } catch (const Error&) {
+  } catch (const Error& error) {
     // What has been added by now belongs to the document: its window must show it.
-    ShowInSpite([this] { LinesChanged(ImportMode); });
-    throw;
+    IgnoreFailure([this] { LinesChanged(ImportMode); });
+    const std::string in = loaded == 0 ? "ни одна строка НЕ загружена" : fmt::format("загружены строки 1 - {}", loaded);
+    TheDesktop().TellFailure(fmt::format("Загрузка прервана: {} из {}!", in, lines.size()), error);
+    ProgressBar1.Value = 0;
+    return;
   }
   TheDesktop().MsgBox(fmt::format("Успешно загружено {} строк", lines.size()));
   ProgressBar1.Value = 0;
   LinesChanged(ImportMode);
 }
 
-void frmImpTov::AddCount(const CountedLine& line) {
-  const std::string counted = fmt::format(" WHERE DOC=-1 AND COD={}", line.cod);
-  if (session_.ReadOne("SELECT COD FROM DOCINVENT" + counted).RecordCount() > 0) {
-    session_.Write(fmt::format("UPDATE DOCINVENT SET KOL=KOL+{}{}", line.kol, counted));
-    return;
+std::optional<std::vector<std::optional<NewLine>>> frmImpTov::Prepare(DocumentLines& document,
+                                                                      const std::vector<CountedLine>& lines) {
+  const auto refuse = [this](std::size_t line, const std::string& why) {
+    TheDesktop().MsgBox(fmt::format("Строка {}: {}\n\rИз файла ничего НЕ загружено.", line, why), BoxIcon::kCritical);
+    return std::nullopt;
+  };
+  std::vector<std::optional<NewLine>> prepared;
+  std::int64_t sum = document.Sum();
+  for (const CountedLine& line : lines) {
+    prepared.push_back(document.Prepare(line.cod, line.kol, 0));
+    const std::optional<NewLine>& added = prepared.back();
+    if (!added) continue;
+    if (!DocumentLines::HasSoundName(*added)) {
+      return refuse(prepared.size(),
+                    fmt::format("в наименовании товара {} \"{}\" знак ' или \\, с ним записать нельзя!", added->cod,
+                                added->name));
+    }
+    if (!document.Fits(*added, sum)) {
+      return refuse(prepared.size(), fmt::format("товар {}, количество или сумма слишком велики!", added->cod));
+    }
+    sum += added->cost;
   }
-  Recordset product;
-  session_.BindSet(product, fmt::format("SELECT DISTINCT COD,NAME,PRISE FROM TOVAR WHERE COD={}", line.cod));
-  if (product.RecordCount() == 0) return;
-  const Cell prise = product.Field("PRISE");
-  const std::int32_t retail = prise.IsNull() ? 0 : ToInt32(prise.Number() * scale::kPriceToDocument);
-  session_.Write(fmt::format("INSERT INTO DOCINVENT (COD,NAME,OST,KOL,PRC,PRCR,DOC) VALUES ({},'{}',{},{},{},{},-1)",
-                             line.cod, product.Field("NAME").TextOrEmpty(), stock_.GetOstNow(line.cod), line.kol,
-                             stock_.GetPurchasePrice(line.cod), retail));
-}
-
-void frmImpTov::AddTransferLine(const CountedLine& line, int type) {
-  Recordset product;
-  session_.BindSet(product, fmt::format("SELECT DISTINCT COD,NAME,PRISE FROM TOVAR WHERE COD={}", line.cod));
-  if (product.RecordCount() == 0) return;
-  const std::int32_t price = stock_.GetPurchasePrice(line.cod);
-  session_.Write(fmt::format("INSERT INTO DOCUMENT (COD,NAME,KOL,PRISE,COST,TYP) VALUES ({},'{}',{},{},{},{})",
-                             line.cod, product.Field("NAME").TextOrEmpty(), line.kol, price,
-                             ToInt32(price / 1000.0 * line.kol), type));
+  return prepared;
 }
 
 }  // namespace zrt

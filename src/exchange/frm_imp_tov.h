@@ -1,11 +1,15 @@
 #pragma once
 
+#include <array>
 #include <functional>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "core/session.h"
 #include "exchange/line_file.h"
 #include "exchange/product_sheet.h"
+#include "stock/document_lines.h"
 #include "stock/module_reg.h"
 #include "ui/form.h"
 
@@ -52,14 +56,16 @@ class frmImpTov final : public Form {
   void ReplaceCatalogue(const ProductSheet& sheet);
   void LoadProducts(const ProductSheet& sheet);
 
-  // A code that the catalogue lacks is left out. Throw FileError before anything is written, DatabaseError.
+  // A code that the catalogue lacks is left out. All lines are read and tested before the first goes in; a load that
+  // breaks off all the same says how far it has come. Throw FileError and DatabaseError before anything is written.
   void DownloadRevFromTxt(const std::string& path);
   void DownloadPerPlusFromTxt(const std::string& path);
   void DownloadPerMinusFromTxt(const std::string& path);
-  void LoadLines(const std::string& path, const std::function<void(const CountedLine& line)>& add);
-  void AddCount(const CountedLine& line);
-  /// `type`: DOCUMENT.TYP.
-  void AddTransferLine(const CountedLine& line, int type);
+  void LoadLines(DocType type, const std::string& path);
+  /// The lines as they are to go in, nothing where the catalogue lacks the code. When one can't, the operator is told
+  /// and there are none.
+  std::optional<std::vector<std::optional<NewLine>>> Prepare(DocumentLines& document,
+                                                             const std::vector<CountedLine>& lines);
 
   void Say(std::string text);
 

@@ -1,5 +1,9 @@
 #include "reference/frm_plu_podb.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
+
 #include "core/numbers.h"
 #include "core/text.h"
 #include "reference/pick_rules.h"
@@ -43,12 +47,12 @@ frmPLUpodb::frmPLUpodb(Desktop& desktop, Session& session, ModuleReg& stock, frm
   TextKol.KeyDown = [this](Key& key) { TextKol_KeyDown(key); };
   TextPrice.KeyDown = [this](Key& key) { TextPrice_KeyDown(key); };
   OKButton.Click = [this] { SendDataToForm(); };
-  CmdNewPLU.Click = [this] { card_.NewProductCard(frmPLU::kFromPicker); };
+  CmdNewPLU.Click = [this] { card_.NewProductCard(ProductCardCaller::kPicker); };
   CmdCopyPLU.Click = [this] {
-    if (HasRows()) card_.CopyProductCard(CurrentCod(), frmPLU::kFromPicker);
+    if (HasRows()) card_.CopyProductCard(CurrentCod(), ProductCardCaller::kPicker);
   };
   CmdShowPLU.Click = [this] {
-    if (HasRows()) card_.OpenProductCard(CurrentCod(), frmPLU::kFromPicker);
+    if (HasRows()) card_.OpenProductCard(CurrentCod(), ProductCardCaller::kPicker);
   };
   CmdDelPLU.Click = [this] { CmdDelPLU_Click(); };
   Complete();
@@ -150,7 +154,8 @@ void frmPLUpodb::AskFor(std::int32_t cod, const std::string& name, const std::st
   LbllName.Caption = fmt::format("{}  {}  {}", PickBar, PickName, PickCod);
 
   const Asks asks = AsksOf(FormCode);
-  if (FormCode == form_code::kIncomingInvoice) {
+  const DocumentKind* const kind = FindKind(FormCode);
+  if (kind != nullptr && kind->picks_purchase) {
     PickPrice = stock_.GetPurchasePrice(PickCod);
   } else if (asks != Asks::kNothing && asks != Asks::kUnknown) {
     PickPrice = ToInt32(retail);

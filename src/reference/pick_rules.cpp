@@ -1,5 +1,6 @@
 #include "reference/pick_rules.h"
 
+#include <charconv>
 #include <cmath>
 #include <limits>
 
@@ -10,29 +11,19 @@
 namespace zrt {
 
 Asks AsksOf(std::uint8_t form_code) {
-  switch (form_code) {
-    case form_code::kIncomingInvoice:
-    case form_code::kOutgoingInvoice:
-      return Asks::kQuantityAndPrice;
-    case form_code::kWriteOff:
-    case form_code::kInventory:
-    case form_code::kTransferIn:
-    case form_code::kTransferOut:
-      return Asks::kQuantity;
-    case form_code::kPriceChange:
-      return Asks::kPrice;
-    case form_code::kMovementReport:
-    case form_code::kRegisterView:
-      return Asks::kNothing;
-    default:
-      return Asks::kUnknown;
-  }
+  if (form_code == form_code::kMovementReport || form_code == form_code::kRegisterView) return Asks::kNothing;
+  const DocumentKind* const kind = FindKind(form_code);
+  return kind == nullptr ? Asks::kUnknown : kind->asks;
 }
 
 std::int32_t TypedThousandths(const RegionalFormat& format, std::string_view text) {
   const double typed = format.ToNumber(text);
   if (std::abs(typed) > std::numeric_limits<float>::max()) throw OverflowError("too large for a quantity or price");
-  return ToInt32(double{static_cast<float>(typed)} * scale::kDocument);
+  // Its shortest decimal, not its binary value: half a thousandth is half a thousandth, and a tie.
+  std::array<char, 64> decimal{};  // a float has 39 digits before the mark, and 45 behind it at most after 0.
+  const auto [end, error] =
+      std::to_chars(decimal.begin(), decimal.end(), static_cast<float>(typed), std::chars_format::fixed);
+  return DecimalToInt32({decimal.begin(), end}, scale::kDocument);
 }
 
 void FocusWhole(TextBox& box) {

@@ -4,26 +4,19 @@
 #include <string_view>
 
 #include "core/regional_format.h"
+#include "stock/document_kind.h"
 #include "ui/controls.h"
 
 // What the picker and the quantity dialog ask, by the document that they pick for.
 
 namespace zrt {
 
-/// What is asked for a picked product.
-enum class Asks {
-  kQuantityAndPrice,  ///< both in turn
-  kQuantity,          ///< the price is kept, "0" where there is none
-  kPrice,             ///< no quantity
-  kNothing,           ///< the product is a filter
-  kUnknown,           ///< no document has this code: both are asked, nothing is offered
-};
-
-/// By FormCode.
+/// What the document or the screen of this FormCode asks.
 Asks AsksOf(std::uint8_t form_code);
 
 /// Quantities and prices are typed in units and delivered in thousandths. They pass through a single-precision number:
-/// beyond seven digits the last ones are rounded off. Throws TypeMismatch, OverflowError.
+/// beyond seven digits the last ones are rounded off. Ties go
+/// to the even thousandth. Throws TypeMismatch, OverflowError.
 std::int32_t TypedThousandths(const RegionalFormat& format, std::string_view text);
 
 /// Gives the keyboard to `box`, everything in it selected.

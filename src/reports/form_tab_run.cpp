@@ -1,60 +1,69 @@
 #include "reports/form_tab_run.h"
 
+#include <fmt/format.h>
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
 #include "core/numbers.h"
+#include "stock/document_kind.h"
 #include "ui/desktop.h"
 
 namespace zrt {
 
 namespace {
 
-constexpr const char* kDocuments =
+constexpr std::string_view kDocuments =
     "SELECT DOCTYP,DOC,DATEDOC,KOL,OSTKOL FROM REGISTR WHERE RUN=1 AND COD={} AND DATEDOC>='{}' AND DATEDOC<'{}' ORDER "
     "BY DATEDOC ASC";
 /// Only goods that are kept as stock.
-constexpr const char* kTurnover =
+constexpr std::string_view kTurnover =
     "SELECT REGISTR.DOCTYP,REGISTR.COD,TOVAR.NAME,SUM(REGISTR.KOL) FROM REGISTR LEFT JOIN TOVAR ON "
     "REGISTR.COD=TOVAR.COD WHERE TOVAR.COD1=1 AND REGISTR.RUN=1 AND REGISTR.DATEDOC>='{}' AND REGISTR.DATEDOC<'{}' "
     "GROUP "
     "BY REGISTR.COD,REGISTR.DOCTYP ORDER BY REGISTR.COD";
 
-/// Columns of a movement, in the order of the tables, and none of them.
-enum Movement : std::size_t { kIncome, kSales, kOtherOut, kNone };
+/// Columns of a movement, in the order of the tables.
+enum Column : std::size_t { kIncome, kSales, kOtherOut };
 
-/// REGISTR.DOCTYP, the name of the document and where its quantity goes. What leaves stock is negative there. An
-/// inventory goes by what it found.
-struct DocumentKind {
-  int doctyp;
-  const char* name;
-  Movement movement;
-  bool by_sign = false;
-};
-constexpr std::array kKinds = {
-    DocumentKind{0, "Дневной Отчёт", kSales}, DocumentKind{1, "Приходная накладная", kIncome},
-    DocumentKind{2, "Расходная накладная", kSales}, DocumentKind{3, "Списание товара", kOtherOut},
-    DocumentKind{4, "ИНВЕНТАРИЗАЦИЯ", kIncome, true},
-    // Transfers reach the register and move goods too: without them the balance at the end wouldn't follow from the one
-    // at the start.
-    DocumentKind{6, "Перемещение ПРИХОД", kIncome}, DocumentKind{7, "Перемещение РАСХОД", kOtherOut}};
-constexpr DocumentKind kUnknownKind{-1, "", kNone};
+/// The kind of a row; nullptr for one that is missing or unknown: it has its place in the table, but neither name nor
+/// movement.
+const DocumentKind* KindOfRow(const Cell& doctyp) {
+  return doctyp.IsNull() ? nullptr : FindKind(doctyp.Int());
+}
 
-/// A row whose kind is missing or unknown has its place in the table, but neither name nor movement.
-const DocumentKind& KindOf(const Cell& doctyp) {
-  if (doctyp.IsNull()) return kUnknownKind;
-  const auto kind = std::find_if(kKinds.begin(), kKinds.end(),
-                                 [number = doctyp.Int()](const DocumentKind& one) { return one.doctyp == number; });
-  return kind == kKinds.end() ? kUnknownKind : *kind;
+/// The column that a quantity of the register enters; nothing for what moves nothing. What leaves stock is negative in
+/// the register. Transfers move goods too: without them the balance at the end wouldn't follow from the one at the
+/// start.
+std::optional<Column> ColumnOf(const DocumentKind* kind, std::int64_t kol) {
+  if (kind == nullptr) return std::nullopt;
+  switch (kind->movement) {
+    case Movement::kIncome:
+      return kIncome;
+    case Movement::kSales:
+      return kSales;
+    case Movement::kOtherOut:
+      return kOtherOut;
+    case Movement::kBySign:
+      return kol < 1 ? kOtherOut : kIncome;
+    case Movement::kNone:
+      break;
+  }
+  return std::nullopt;
 }
 
 /// Quantities of the three columns, thousandths.
 using Quantities = std::array<std::int64_t, 3>;
 
-/// Adds a quantity of the register to its column and returns the column and what was added. The kind must be a known
-/// one.
-std::pair<Movement, std::int64_t> Add(Quantities& columns, const DocumentKind& kind, std::int64_t kol) {
-  const Movement column = kind.by_sign && kol < 1 ? kOtherOut : kind.movement;
+/// Adds a quantity of the register to its column; returns what was added.
+std::int64_t Add(Quantities& columns, Column column, std::int64_t kol) {
   const std::int64_t shown = column == kIncome ? kol : -kol;
   columns.at(column) += shown;
-  return {column, shown};
+  return shown;
 }
 
 std::string Quantity(std::int64_t thousandths, const RegionalFormat& format) {
@@ -102,7 +111,7 @@ void FormTabRun::CmdRun_Click() {
   if (!span) return;
   Output.ShowQuery();
   const std::string from = StockMoment(span->first, span->hour);
-  Recordset& documents = TheSession().Pool().RsDays;
+  Recordset documents;
   TheSession().BindSet(documents, fmt::format(kDocuments, *cod_, from, StockMoment(span->last, span->hour)));
   Output.ShowBuilding();
   if (documents.RecordCount() == 0) {
@@ -114,7 +123,6 @@ void FormTabRun::CmdRun_Click() {
         [&] { return DocumentTable(documents, *cod_, from); }, kDocumentLook);
   }
   Output.ShowDone();
-  documents.Close();
 }
 
 void FormTabRun::CmdRunAll_Click() {
@@ -123,7 +131,7 @@ void FormTabRun::CmdRunAll_Click() {
   Output.ShowQuery();
   const std::string from = StockMoment(span->first, span->hour);
   const std::string to = StockMoment(span->last, span->hour);
-  Recordset& turnover = TheSession().Pool().RsDays;
+  Recordset turnover;
   TheSession().BindSet(turnover, fmt::format(kTurnover, from, to));
   Output.ShowBuilding();
   if (turnover.RecordCount() == 0) {
@@ -133,7 +141,6 @@ void FormTabRun::CmdRunAll_Click() {
         "Tovar_ALL", "ДВИЖЕНИЕ ТОВАРА", *span, ";", [&] { return TurnoverTable(turnover, from, to); }, kTurnoverLook);
   }
   Output.ShowDone();
-  turnover.Close();
 }
 
 ReportTable FormTabRun::DocumentTable(const Recordset& documents, std::int32_t cod, const std::string& from) {
@@ -145,16 +152,15 @@ ReportTable FormTabRun::DocumentTable(const Recordset& documents, std::int32_t c
   std::int64_t balance = start;
   Quantities sums{};
   for (int row = 1; row <= documents.RecordCount(); ++row) {
-    const DocumentKind& kind = KindOf(documents.At(row, kDoctyp));
+    const DocumentKind* const kind = KindOfRow(documents.At(row, kDoctyp));
     std::array<std::string, 3> moves;
-    if (kind.movement != kNone) {
-      const auto [column, moved] = Add(sums, kind, documents.At(row, kKol).Int());
-      moves.at(column) = Quantity(moved, format);
-    }
+    const std::int64_t kol = documents.At(row, kKol).Int();
+    const std::optional<Column> column = ColumnOf(kind, kol);
+    if (column) moves.at(*column) = Quantity(Add(sums, *column, kol), format);
     const std::int64_t after = documents.At(row, kOstkol).Int();
-    table.rows.push_back({kind.name, documents.At(row, kDoc).Text(), documents.At(row, kDatedoc).Display(format),
-                          Quantity(balance, format), moves[kIncome], moves[kSales], moves[kOtherOut],
-                          Quantity(after, format)});
+    table.rows.push_back({column ? kind->dtype : "", documents.At(row, kDoc).Text(),
+                          documents.At(row, kDatedoc).Display(format), Quantity(balance, format), moves[kIncome],
+                          moves[kSales], moves[kOtherOut], Quantity(after, format)});
     balance = after;
   }
   table.rows.push_back({"ИТОГО", "", "", Quantity(start, format), Quantity(sums[kIncome], format),
@@ -172,8 +178,8 @@ ReportTable FormTabRun::TurnoverTable(const Recordset& turnover, const std::stri
     const std::string name = turnover.At(row, kName).TextOrEmpty();
     Quantities sums{};
     for (; row <= turnover.RecordCount() && turnover.At(row, kCod).Int() == cod; ++row) {
-      const DocumentKind& kind = KindOf(turnover.At(row, kDoctyp));
-      if (kind.movement != kNone) Add(sums, kind, turnover.At(row, kKol).Int());
+      const std::int64_t kol = turnover.At(row, kKol).Int();
+      if (const auto column = ColumnOf(KindOfRow(turnover.At(row, kDoctyp)), kol)) Add(sums, *column, kol);
     }
     table.rows.push_back({std::to_string(cod), name, Quantity(stock_.GetOstAtDate(cod, from), format),
                           Quantity(sums[kIncome], format), Quantity(sums[kSales], format),

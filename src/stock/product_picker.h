@@ -5,16 +5,8 @@
 
 namespace zrt {
 
-/// What a product is picked for. The values are also the numbers of the document kinds in the register; a daily report
-/// takes no picked products.
+/// What a product is picked for: the number of a document's kind, or one of these screens.
 namespace form_code {
-inline constexpr std::uint8_t kIncomingInvoice = 1;
-inline constexpr std::uint8_t kOutgoingInvoice = 2;
-inline constexpr std::uint8_t kWriteOff = 3;
-inline constexpr std::uint8_t kInventory = 4;
-inline constexpr std::uint8_t kPriceChange = 5;
-inline constexpr std::uint8_t kTransferIn = 6;
-inline constexpr std::uint8_t kTransferOut = 7;
 inline constexpr std::uint8_t kMovementReport = 100;  ///< a product as a filter, without quantity and price
 inline constexpr std::uint8_t kRegisterView = 106;    ///< the same
 }  // namespace form_code

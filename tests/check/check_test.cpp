@@ -1,6 +1,11 @@
 // The check of a shop: silent about a whole one that lived through all that its rules allow, and one row for each way
 // in which a shop can be broken.
 
+#include <fmt/format.h>
+
+#include <string>
+#include <vector>
+
 #include "check/shop_check.h"
 #include "documents/documents_shop.h"
 
@@ -22,22 +27,22 @@ class Check : public DocumentsTest {
          }) {
       shop_.Sql(statement);
     }
-    Receive(1, 10'000, 5'000, 1);        // 1
-    Receive(2, 20'000, 7'500, 1);        // 2
-    Give(kind::kOutgoing, 1, 3'000, 2);  // 3
-    Give(kind::kOutgoing, 3, 1'000, 3);  // 4: a service, which keeps no stock
-    Give(kind::kWriteOff, 2, 1'000, 4);  // 5
-    Give(kind::kTransferIn, 1, 500, 5);  // 6
-    Count(1, 5'000, 6);                  // 7
+    Receive(1, 10'000, 5'000, 1);           // 1
+    Receive(2, 20'000, 7'500, 1);           // 2
+    Give(DocType::kOutgoing, 1, 3'000, 2);  // 3
+    Give(DocType::kOutgoing, 3, 1'000, 3);  // 4: a service, which keeps no stock
+    Give(DocType::kWriteOff, 2, 1'000, 4);  // 5
+    Give(DocType::kTransferIn, 1, 500, 5);  // 6
+    Count(1, 5'000, 6);                     // 7
     Now(7);
-    DocumentForm& price = Open(kind::kPriceChange);  // 8
-    Pick(kind::kPriceChange, 1, 0, 99'000);
+    DocumentForm& price = Open(DocType::kPriceChange);  // 8
+    Pick(DocType::kPriceChange, 1, 0, 99'000);
     Post(price);
     Leave(price, BoxAnswer::kOk);
     shop_.Sql("UPDATE TOVAR SET OST=IF(COD=1,5000,19000) WHERE COD<3");
   }
 
-  void Give(std::uint8_t kind, int cod, int kol, int day) {
+  void Give(DocType kind, int cod, int kol, int day) {
     Now(day);
     DocumentForm& form = Open(kind);
     Pick(kind, cod, kol, 9'000);
@@ -46,8 +51,8 @@ class Check : public DocumentsTest {
   }
   void Count(int cod, int kol, int day) {
     Now(day);
-    DocumentForm& form = Open(kind::kInventory);
-    Pick(kind::kInventory, cod, kol, 5'000);
+    DocumentForm& form = Open(DocType::kInventory);
+    Pick(DocType::kInventory, cod, kol, 5'000);
     Type(*form.TextPrim, "счёт");
     desktop_.Expect("Поместить документ в конец дня (23:59)?", BoxAnswer::kCancel, BoxIcon::kQuestion);
     Post(form);
@@ -158,8 +163,8 @@ TEST_F(Check, WhatTheRulesAllowIsNamedAndNotBroken) {
   };
   // A backdated invoice, and nobody wants the later ones posted again.
   Now(2, 15);
-  DocumentForm& late = Open(kind::kIncoming);
-  Pick(kind::kIncoming, 1, 4'000, 5'000);
+  DocumentForm& late = Open(DocType::kIncoming);
+  Pick(DocType::kIncoming, 1, 4'000, 5'000);
   desktop_.Expect("Провести документ?", BoxAnswer::kOk, BoxIcon::kQuestion);
   later(BoxAnswer::kCancel, 5);
   Click(late.RUNButton);

@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <limits>
+#include <optional>
+#include <string>
 
 #include "core/dates.h"
 #include "core/errors.h"
@@ -41,6 +44,24 @@ TEST(Numbers, RoundToTheEvenNeighbour) {
                                                     {-0.5, 0},      {-1.5, -2},       {-2.5, -2}, {2.4999999, 2},
                                                     {2.5000001, 3}, {1e9, 1000000000}};
   for (const auto& [value, rounded] : kCases) EXPECT_EQ(ToInt32(value), rounded) << value;
+}
+
+/// All prices with half a hundredth, against whole-number arithmetic: as doubles, every seventeenth goes astray.
+TEST(Numbers, DecimalsAreRoundedAsTheyAreWritten) {
+  for (int thousandths = 5; thousandths < 20000; thousandths += 10) {
+    const int below = thousandths / 10;
+    const std::string text = fmt::format("{}.{:03}", thousandths / 1000, thousandths % 1000);
+    ASSERT_EQ(DecimalToInt32(text, 100), below + below % 2) << text;
+    ASSERT_EQ(DecimalToInt32("-" + text, 100), -(below + below % 2)) << text;
+  }
+  const std::pair<const char*, int> kTyped[] = {
+      {"1,0015", 1002}, {" 0,0005 ", 0}, {"-,00050001", -1}, {"1 000", 1000000}, {"2147483,6474", 2147483647},
+      {"7,", 7000}};
+  for (const auto& [text, value] : kTyped) EXPECT_EQ(RegionalFormat{}.ToScaled(text, 1000), value) << text;
+  for (const char* text : {"2147483,6475", "-99999999999999999999"}) {
+    EXPECT_THROW(RegionalFormat{}.ToScaled(text, 1000), OverflowError) << text;
+  }
+  for (const char* text : {"", ".", "1e5", "1.2.3", "x"}) EXPECT_THROW(DecimalToInt32(text, 10), TypeMismatch) << text;
 }
 
 TEST(Numbers, ConversionsFailInsteadOfWrapping) {

@@ -1,5 +1,9 @@
 // Documents whose server fails on the way: what is saved by then, what is lost on purpose, what mends it.
 
+#include <fmt/format.h>
+
+#include <string>
+
 #include "documents/documents_shop.h"
 
 namespace zrt {
@@ -10,9 +14,9 @@ using test::Texts;
 
 TEST_F(DocumentsTest, WhereverAPostingBreaksOffTheNextPressPostsWhatStandsInTheWindow) {
   Now(2);
-  DocumentForm& form = Open(kind::kOutgoing);
-  Pick(kind::kOutgoing, 1, 1000, 100000);
-  Pick(kind::kOutgoing, 2, 2000, 100000);
+  DocumentForm& form = Open(DocType::kOutgoing);
+  Pick(DocType::kOutgoing, 1, 1000, 100000);
+  Pick(DocType::kOutgoing, 2, 2000, 100000);
   Type(*form.TextKlient, "д'Артаньян");
   desktop_.ExpectRuntimeError();
   Click(form.RUNButton);
@@ -74,7 +78,7 @@ TEST_F(DocumentsTest, AHeadWhoseNumberNeverCame) {
       "(1,'Чай',2000,120500,241000,0,'2026-11-10 09:00:00',1,1),(1,'Чай',1000,120500,120500,0,'2026-11-11 "
       "09:00:00',1,2)");
   Now(12);
-  auto& report = static_cast<frmDocDO&>(Open(kind::kDailyReport));
+  auto& report = static_cast<frmDocDO&>(Open(DocType::kDailyReport));
   Click(report.CmdDat);
   faults_.FailAt(2);
   desktop_.ExpectRuntimeError();
@@ -91,14 +95,14 @@ TEST_F(DocumentsTest, AHeadWhoseNumberNeverCame) {
   EXPECT_EQ(Register(report.DocId), Texts{"0 1 -2000 -241000 -2000 0 2026-11-10 23:00:00 1 0"});
   Leave(report, BoxAnswer::kOk);
 
-  DocumentForm& count = Open(kind::kInventory);
-  Pick(kind::kInventory, 2, 3000, 0);
+  DocumentForm& count = Open(DocType::kInventory);
+  Pick(DocType::kInventory, 2, 3000, 0);
   Type(*count.TextPrim, std::string(30, 'z'));
   desktop_.Expect("Поместить документ в конец дня (23:59)?", BoxAnswer::kCancel);
   faults_.FailAt(2);
   desktop_.ExpectRuntimeError();
   Click(count.RUNButton);
-  Pick(kind::kInventory, 4, 1000, 0);
+  Pick(DocType::kInventory, 4, 1000, 0);
   Type(*count.TextPrim, std::string(30, 'y'));
   Now(12, 14);
   // The head comes in, the lines don't follow; they are worked on where they stand until the next press.
@@ -108,7 +112,7 @@ TEST_F(DocumentsTest, AHeadWhoseNumberNeverCame) {
   EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM DOCINVENT WHERE DOC=-1"), "2");
   desktop_.ExpectInput("Вода\r\rучётный остаток = 0,000", "5");
   Click(*count.CmdVar);
-  Pick(kind::kInventory, 3, 2000, 0);
+  Pick(DocType::kInventory, 3, 2000, 0);
   Click(*count.CmdDel);
   Type(*count.TextPrim, "y");
   Post(count);
@@ -118,8 +122,8 @@ TEST_F(DocumentsTest, AHeadWhoseNumberNeverCame) {
             (Texts{"3000", "5000"}));
   Leave(count, BoxAnswer::kOk);
 
-  DocumentForm& prices = Open(kind::kPriceChange);
-  Pick(kind::kPriceChange, 1, 0, 130000);
+  DocumentForm& prices = Open(DocType::kPriceChange);
+  Pick(DocType::kPriceChange, 1, 0, 130000);
   Type(*prices.TextPrim, std::string(30, 'n'));
   faults_.FailAt(2);
   desktop_.ExpectRuntimeError();
@@ -128,20 +132,20 @@ TEST_F(DocumentsTest, AHeadWhoseNumberNeverCame) {
   EXPECT_EQ(Head(prices.DocId), "Переоценка|2026-11-12 14:00:00|0||" + std::string(24, 'n') + "|OK|0");
   EXPECT_EQ(shop_.Value("SELECT PRISE FROM TOVAR WHERE COD=1"), "13000");
 
-  DocumentForm& invoice = Open(kind::kIncoming);
-  Pick(kind::kIncoming, 4, 1000, 10000);
+  DocumentForm& invoice = Open(DocType::kIncoming);
+  Pick(DocType::kIncoming, 4, 1000, 10000);
   faults_.FailAt(2);
   desktop_.ExpectRuntimeError();
   Click(invoice.RUNButton);
-  Pick(kind::kIncoming, 4, 1000, 10000);
+  Pick(DocType::kIncoming, 4, 1000, 10000);
   Leave(invoice, BoxAnswer::kOk);
   EXPECT_EQ(shop_.Value("SELECT GROUP_CONCAT(SUMM) FROM JOURNAL WHERE DTYPE='Приходная накладная'"), "20000");
 
   Now(12, 16);
   // One that isn't found again; and one deleted under its open form, which lives on with what it has.
-  DocumentForm& write_off = Open(kind::kWriteOff);
+  DocumentForm& write_off = Open(DocType::kWriteOff);
   Click(write_off.RUNButton);
-  Pick(kind::kWriteOff, 1, 1000, 5000);
+  Pick(DocType::kWriteOff, 1, 1000, 5000);
   shop_.Sql("CREATE TRIGGER LOSE BEFORE INSERT ON JOURNAL FOR EACH ROW SET NEW.CNTRL=0");
   desktop_.Expect("ОШИБКА записи документа", BoxAnswer::kOk, BoxIcon::kCritical);
   Click(write_off.RUNButton);
@@ -158,9 +162,9 @@ TEST_F(DocumentsTest, AHeadWhoseNumberNeverCame) {
 /// Wherever the opening of a document breaks off: what the journal says of it stays, however it is left, and nothing of
 /// it is left to the next document.
 TEST_F(DocumentsTest, AnOpeningThatFailsLeavesNothingBehind) {
-  DocumentForm& form = Open(kind::kIncoming);
-  Pick(kind::kIncoming, 1, 1000, 80000);
-  Pick(kind::kIncoming, 2, 2000, 40000);
+  DocumentForm& form = Open(DocType::kIncoming);
+  Pick(DocType::kIncoming, 1, 1000, 80000);
+  Pick(DocType::kIncoming, 2, 2000, 40000);
   Type(*form.TextKlient, "Портос");
   Type(*form.TextPrim, "важно");
   Leave(form, BoxAnswer::kOk);
@@ -183,10 +187,10 @@ TEST_F(DocumentsTest, AnOpeningThatFailsLeavesNothingBehind) {
     } else {
       // Another one in its place.
       Now(20);
-      Open(kind::kIncoming);
+      Open(DocType::kIncoming);
       EXPECT_EQ(form.LblNumer.Caption() + form.LblData.Caption() + form.TextKlient->Text(), "");
       EXPECT_EQ(form.DataGrid7.Rows(), 0);
-      Pick(kind::kIncoming, 4, 1000, 1000);
+      Pick(DocType::kIncoming, 4, 1000, 1000);
       Leave(form, BoxAnswer::kOk);
       EXPECT_EQ(shop_.Value("SELECT MAX(DATEDOC) FROM JOURNAL"), "2026-11-20 12:00:00");
     }
@@ -199,11 +203,11 @@ TEST_F(DocumentsTest, AnOpeningThatFailsLeavesNothingBehind) {
     Reopen(id);
     desktop_.ExpectRuntimeError();
     faults_.FailAt(statement);
-    Pick(kind::kIncoming, 4, 1000, 10000);
+    Pick(DocType::kIncoming, 4, 1000, 10000);
     EXPECT_EQ(form.DataGrid7.Rows(), 0);
     Click(*form.CmdDel);
     EXPECT_EQ(form.DataGrid7.Rows(), 2) << "the last one is the current one, and it goes";
-    Pick(kind::kIncoming, 4, 1000, 10000);
+    Pick(DocType::kIncoming, 4, 1000, 10000);
     Click(*form.CmdDel);
     Leave(form, BoxAnswer::kOk);
     EXPECT_EQ(Head(id), head);
@@ -212,14 +216,14 @@ TEST_F(DocumentsTest, AnOpeningThatFailsLeavesNothingBehind) {
 }
 
 TEST_F(DocumentsTest, AnOpenOutgoingInvoiceIsLeftForAnother) {
-  DocumentForm& form = Open(kind::kOutgoing);
-  Pick(kind::kOutgoing, 1, 1000, 100000);
+  DocumentForm& form = Open(DocType::kOutgoing);
+  Pick(DocType::kOutgoing, 1, 1000, 100000);
   Leave(form, BoxAnswer::kOk);
   const int first = std::stoi(shop_.Value("SELECT MAX(ID) FROM JOURNAL"));
   const Texts rows = Register(first);
-  Open(kind::kOutgoing);
-  Pick(kind::kOutgoing, 2, 1000, 100000);
-  Pick(kind::kOutgoing, 4, 1000, 100000);
+  Open(DocType::kOutgoing);
+  Pick(DocType::kOutgoing, 2, 1000, 100000);
+  Pick(DocType::kOutgoing, 4, 1000, 100000);
   Type(*form.TextKlient, "Атос");
   desktop_.Expect("Сохранить документ?", BoxAnswer::kOk, BoxIcon::kQuestion);
   Reopen(first);
@@ -254,12 +258,12 @@ TEST_F(DocumentsTest, SumsThatTheTablesCantHoldAreRefusedBeforeTheLineGoesIn) {
     desktop_.Expect(fmt::format("Сумма больше 2\u00A0147\u00A0483,64: в документ она не помещается!\n\r{}", what),
                     BoxAnswer::kOk, BoxIcon::kCritical);
   };
-  DocumentForm& form = Open(kind::kIncoming);
-  Pick(kind::kIncoming, 1, 1000000, 1500000);
+  DocumentForm& form = Open(DocType::kIncoming);
+  Pick(DocType::kIncoming, 1, 1000000, 1500000);
   refused("Строка НЕ добавлена.");
-  Pick(kind::kIncoming, 2, 1000000, 1500000);
+  Pick(DocType::kIncoming, 2, 1000000, 1500000);
   refused("Строка НЕ добавлена.");
-  Pick(kind::kIncoming, 2, 2000000000, 2000000000);
+  Pick(DocType::kIncoming, 2, 2000000000, 2000000000);
   EXPECT_EQ(form.DataGrid7.Rows(), 1);
   EXPECT_EQ(form.LblSum->Caption(), "1\u00A0500\u00A0000,00");
   // Lines from elsewhere are shown for what they are, and nothing is lost by closing.
@@ -277,7 +281,7 @@ TEST_F(DocumentsTest, SumsThatTheTablesCantHoldAreRefusedBeforeTheLineGoesIn) {
   // A count worth more than that is posted; a difference worth more isn't.
   Receive(1, 20000000, 100, 1);
   Now(2);
-  DocumentForm& count = Open(kind::kInventory);
+  DocumentForm& count = Open(DocType::kInventory);
   Click(static_cast<frmDocIN&>(count).CmdDat);
   EXPECT_EQ(static_cast<frmDocIN&>(count).LblOstR.Caption(), "2\u00A0410\u00A0000,00");
   desktop_.ExpectInput("Чай\r\rучётный остаток = 20000,000", "2");
@@ -293,7 +297,7 @@ TEST_F(DocumentsTest, SumsThatTheTablesCantHoldAreRefusedBeforeTheLineGoesIn) {
       "(1,'Чай',1000,0,1500000000,0,'2026-11-11 09:00:00',1,1),(2,'Вино',1000,0,1500000000,0,'2026-11-11 "
       "09:00:00',1,2)");
   Now(12);
-  auto& report = static_cast<frmDocDO&>(Open(kind::kDailyReport));
+  auto& report = static_cast<frmDocDO&>(Open(DocType::kDailyReport));
   refused("Продажи НЕ выбраны.");
   Click(report.CmdDat);
   EXPECT_EQ(report.DataGrid7.Rows(), 0);
@@ -301,24 +305,24 @@ TEST_F(DocumentsTest, SumsThatTheTablesCantHoldAreRefusedBeforeTheLineGoesIn) {
 }
 
 TEST_F(DocumentsTest, APostedDocumentTakesNothingFromWhatStaysOpenOverIt) {
-  for (const std::uint8_t number : {kind::kIncoming, kind::kInventory, kind::kPriceChange}) {
-    SCOPED_TRACE(static_cast<int>(number));
-    Now(5 + number, 12);
-    DocumentForm& form = Open(number);
-    Pick(number, 1, 1000, 80000);
+  for (const DocType type : {DocType::kIncoming, DocType::kInventory, DocType::kPriceChange}) {
+    SCOPED_TRACE(KindOf(type).form);
+    Now(5 + NumberOf(type), 12);
+    DocumentForm& form = Open(type);
+    Pick(type, 1, 1000, 80000);
     Click(form.CmdPlus);
     EXPECT_TRUE(form.Month0.Visible());
-    if (number == kind::kInventory) desktop_.Expect("Поместить документ в конец дня (23:59)?", BoxAnswer::kCancel);
+    if (type == DocType::kInventory) desktop_.Expect("Поместить документ в конец дня (23:59)?", BoxAnswer::kCancel);
     Post(form);
     EXPECT_FALSE(form.Month0.Visible());
     const int rows = form.DataGrid7.Rows();
-    Pick(number, 2, 1000, 80000);
+    Pick(type, 2, 1000, 80000);
     EXPECT_EQ(form.DataGrid7.Rows(), rows);
     Leave(form, BoxAnswer::kOk);
   }
   // After a scan a new document stands on its new line.
-  DocumentForm& invoice = Open(kind::kOutgoing);
-  Pick(kind::kOutgoing, 2, 1000, 1000);
+  DocumentForm& invoice = Open(DocType::kOutgoing);
+  Pick(DocType::kOutgoing, 2, 1000, 1000);
   desktop_.ExpectInput("отсканируйте Штрихкод", "4820000000024");
   desktop_.InModal([&](zrt::Form&) {
     Type(app_->PickDialog.TextKol, "1");

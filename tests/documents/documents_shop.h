@@ -1,5 +1,11 @@
 #pragma once
 
+#include <fmt/format.h>
+
+#include <array>
+#include <string>
+#include <vector>
+
 #include "core/errors.h"
 #include "documents/documents.h"
 #include "support/program_test.h"
@@ -24,19 +30,19 @@ class DocumentsTest : public ProgramTest {
   }
 
   Documents& Docs() { return app_->StockDocuments; }
-  Menu& MenuOf(std::uint8_t number) {
+  Menu& MenuOf(DocType type) {
     const std::array<Menu*, 8> menus = {&app_->Main.mnuDocDO,      &app_->Main.mnuDocPN,      &app_->Main.mnuDocRN,
                                         &app_->Main.mnuDocSP,      &app_->Main.mnuDocIN,      &app_->Main.mnuPereozenk,
                                         &app_->Main.mnuDocPERplus, &app_->Main.mnuDocPERminus};
-    return *menus[number];
+    return *menus[NumberOf(type)];
   }
 
-  void Pick(std::uint8_t number, int cod, int kol, int price) {
-    desktop_.UserAction([&] { app_->Stock.BroadcastToForm(cod, kol, price, number); });
+  void Pick(DocType type, int cod, int kol, int price) {
+    desktop_.UserAction([&] { app_->Stock.BroadcastToForm(cod, kol, price, NumberOf(type)); });
   }
-  DocumentForm& Open(std::uint8_t number) {
-    Click(MenuOf(number));
-    return Docs().Form(number);
+  DocumentForm& Open(DocType type) {
+    Click(MenuOf(type));
+    return Docs().Form(type);
   }
   /// Opens document `id` from the journal by Enter.
   DocumentForm& Reopen(int id) {
@@ -80,8 +86,8 @@ class DocumentsTest : public ProgramTest {
   /// Brings `kol` thousandths of the product in at `price` thousandths each, posted on that day.
   void Receive(int cod, int kol, int price, int day) {
     Now(day, 8 + cod);  // no two in one second
-    DocumentForm& form = Open(kind::kIncoming);
-    Pick(kind::kIncoming, cod, kol, price);
+    DocumentForm& form = Open(DocType::kIncoming);
+    Pick(DocType::kIncoming, cod, kol, price);
     Post(form);
     Leave(form, BoxAnswer::kOk);
   }

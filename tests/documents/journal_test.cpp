@@ -1,6 +1,13 @@
 // The journal: documents deleted, the register looked at, a random month against a recount.
 
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <map>
 #include <random>
+#include <string>
+#include <vector>
 
 #include "core/numbers.h"
 #include "documents/documents_shop.h"
@@ -14,8 +21,8 @@ using test::Texts;
 TEST_F(DocumentsTest, DeletingDocuments) {
   Receive(1, 10000, 80000, 1);
   const int invoice = std::stoi(shop_.Value("SELECT MAX(ID) FROM JOURNAL"));
-  auto& prices = Open(kind::kPriceChange);
-  Pick(kind::kPriceChange, 1, 0, 5000);
+  auto& prices = Open(DocType::kPriceChange);
+  Pick(DocType::kPriceChange, 1, 0, 5000);
   Post(prices);
   const int change = prices.DocId;
   Leave(prices, BoxAnswer::kOk);
@@ -73,8 +80,8 @@ TEST_F(DocumentsTest, TheRegisterIsSeenWholeOrByProduct) {
   Receive(1, 10000, 80000, 1);
   Receive(2, 5000, 700000, 2);
   Now(3);
-  Open(kind::kWriteOff);
-  Pick(kind::kWriteOff, 1, 1000, 0);
+  Open(DocType::kWriteOff);
+  Pick(DocType::kWriteOff, 1, 1000, 0);
   Leave(Docs().WriteOff, BoxAnswer::kOk);
   Click(app_->Main.mnuRegistr);
   FormJrnl& view = Docs().Register;
@@ -111,8 +118,8 @@ struct Movement {
 TEST_F(DocumentsTest, ARandomMonthAgreesWithARecount) {
   std::mt19937 random(20261101);
   const auto pick = [&](int from, int to) { return std::uniform_int_distribution<int>(from, to)(random); };
-  const std::uint8_t kKinds[] = {kind::kIncoming,  kind::kIncoming,   kind::kOutgoing,    kind::kWriteOff,
-                                 kind::kInventory, kind::kTransferIn, kind::kTransferOut, kind::kDailyReport};
+  const DocType kKinds[] = {DocType::kIncoming,  DocType::kIncoming,   DocType::kOutgoing,    DocType::kWriteOff,
+                            DocType::kInventory, DocType::kTransferIn, DocType::kTransferOut, DocType::kDailyReport};
   std::vector<Movement> movements;
   std::map<Date, std::map<int, std::int64_t>> sold;
   const auto agree = [&](const DateTime& moment) {
@@ -126,12 +133,12 @@ TEST_F(DocumentsTest, ARandomMonthAgreesWithARecount) {
 
   for (int step = 0; step < 60; ++step) {
     SCOPED_TRACE(step);
-    const std::uint8_t number = kKinds[static_cast<std::size_t>(pick(0, 7))];
+    const DocType type = kKinds[static_cast<std::size_t>(pick(0, 7))];
     DateTime moment{AddDays({2026, 11, 1}, step / 2), 10 + step % 2, pick(0, 59), pick(0, 59)};
     clock_.Set(moment);
-    DocumentForm& form = Open(number);
+    DocumentForm& form = Open(type);
     std::vector<std::pair<int, std::int64_t>> lines;  // product and quantity as it enters the register
-    if (number == kind::kDailyReport) {
+    if (type == DocType::kDailyReport) {
       moment = {AddDays(moment.date, -1), 23, 0, 0};
       for (int cod = pick(1, 4); cod <= 4; ++cod) {
         const int kol = 500 * pick(1, 6);
@@ -146,7 +153,7 @@ TEST_F(DocumentsTest, ARandomMonthAgreesWithARecount) {
         if (cod != 3) lines.emplace_back(cod, -kol);
       }
       Click(static_cast<frmDocDO&>(form).CmdDat);
-    } else if (number == kind::kInventory) {
+    } else if (type == DocType::kInventory) {
       Click(static_cast<frmDocIN&>(form).CmdDat);
       for (int row = 1; row <= std::min(2, form.DataGrid7.Rows()); ++row) {
         const int count = pick(0, 30);
@@ -164,8 +171,8 @@ TEST_F(DocumentsTest, ARandomMonthAgreesWithARecount) {
       for (int line = pick(1, 4); line > 0; --line) {
         const int cod = pick(1, 4);
         const int kol = 500 * pick(0, 20);
-        Pick(number, cod, kol, 1000 * pick(1, 50));
-        if (number != kind::kOutgoing || cod != 3) lines.emplace_back(cod, kDocumentKinds[number].sign * kol);
+        Pick(type, cod, kol, 1000 * pick(1, 50));
+        if (type != DocType::kOutgoing || cod != 3) lines.emplace_back(cod, KindOf(type).sign * kol);
       }
       if (pick(0, 2) == 0) {
         moment.date = AddDays(moment.date, -pick(0, 6));

@@ -1,6 +1,12 @@
 // Files that the operator loads: the whole catalogue from a spreadsheet, lines of documents from text files that
 // another installation has written.
 
+#include <fmt/format.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
 #include "core/text.h"
 #include "exchange/frm_exp_tov.h"
 #include "exchange/frm_imp_tov.h"
@@ -246,14 +252,46 @@ TEST_F(Import, ABrokenFileIsRefusedWhole) {
   EXPECT_TRUE(Counts().empty());
 }
 
-TEST_F(Import, WhatWasLoadedBeforeAFailureIsShown) {
+TEST_F(Import, ALoadThatBreaksOffSaysHowFarItCame) {
   Start("jurn");
   Click(app_->Main.mnuDocIN);
-  faults_.FailAt(8);
-  desktop_.ExpectRuntimeError();
-  Load(Inventory().CmdDownlFakt, "1,\"a\",1000\r\n2,\"b\",1000\r\n");
+  const std::pair<int, const char*> kBreaks[] = {{8, "ни одна строка НЕ загружена из 2!"},
+                                                 {11, "загружены строки 1 - 1 из 2!"}};
+  for (const auto& [statement, how_far] : kBreaks) {
+    faults_.FailAt(statement);
+    desktop_.Expect(fmt::format("Загрузка прервана: {}", how_far), BoxAnswer::kOk, BoxIcon::kCritical);
+    Load(Inventory().CmdDownlFakt, "1,\"a\",1000\r\n2,\"b\",1000\r\n");
+    EXPECT_NE(desktop_.LastMessage().details.find("DOCINVENT"), std::string::npos);
+  }
   EXPECT_EQ(Counts().size(), 1U);
   EXPECT_EQ(Inventory().DataGrid7.Rows(), 1);
+}
+
+/// A name that would break its statement, or a line that the tables can't hold, is found before the first line goes in.
+TEST_F(Import, ALoadIsTestedBeforeItsFirstLineGoesIn) {
+  shop_.Sql("UPDATE TOVAR SET PRISE=2000000 WHERE COD=1");
+  Start("jurn");
+  const std::pair<Menu*, DocType> kDocuments[] = {{&app_->Main.mnuDocIN, DocType::kInventory},
+                                                  {&app_->Main.mnuDocPERplus, DocType::kTransferIn}};
+  for (const auto& [menu, type] : kDocuments) {
+    Click(*menu);
+    Button& load = type == DocType::kInventory ? Inventory().CmdDownlFakt : app_->StockDocuments.TransferIn.CmdDownl;
+    for (const char* name : {"О'Нил", "Квас\\\\"}) {  // two for the literal: the name ends in one
+      shop_.Sql(fmt::format("UPDATE TOVAR SET NAME=\"{}\" WHERE COD=2", name));
+      const std::string stands = shop_.Value("SELECT NAME FROM TOVAR WHERE COD=2");
+      desktop_.Expect(fmt::format("Строка 2: в наименовании товара 2 \"{}\" знак ' или \\, с ним записать нельзя!\n\r"
+                                  "Из файла ничего НЕ загружено.",
+                                  stands),
+                      BoxAnswer::kOk, BoxIcon::kCritical);
+      Load(load, "1,\"a\",1000\r\n2,\"b\",1000\r\n");
+    }
+    shop_.Sql("UPDATE TOVAR SET NAME='Вода''''' WHERE COD=2");  // doubled, as it stays in its quotes
+    desktop_.Expect("Успешно загружено 1 строк");
+    Load(load, "2,\"b\",1000\r\n");
+  }
+  desktop_.Expect("Строка 2: товар 1, количество или сумма слишком велики!\n\rИз файла ничего НЕ загружено.");
+  Load(Inventory().CmdDownlFakt, "3,\"c\",5\r\n1,\"a\",200000000\r\n");
+  EXPECT_EQ(shop_.Value("SELECT (SELECT COUNT(*) FROM DOCINVENT)+(SELECT COUNT(*) FROM DOCUMENT)"), "2");
 }
 
 TEST_F(Import, LinesOfTransfers) {

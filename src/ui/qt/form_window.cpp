@@ -6,18 +6,14 @@
 #include <QScreen>
 #include <QSplitter>
 #include <QWindow>
+#include <algorithm>
 
+#include "platform/twips.h"
 #include "ui/qt/form_factory.h"
 #include "ui/qt/kept_look.h"
 #include "ui/qt/qt_text.h"
 
 namespace zrt {
-
-namespace {
-
-constexpr int kTwipsPerInch = 1440;
-
-}  // namespace
 
 TimerView::TimerView(Timer& timer) : timer_(timer) {
   clock_.setSingleShot(true);

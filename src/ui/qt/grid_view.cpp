@@ -8,7 +8,10 @@
 #include <QStyle>
 #include <QTimer>
 #include <QToolTip>
+#include <algorithm>
+#include <vector>
 
+#include "platform/twips.h"
 #include "ui/form.h"
 #include "ui/qt/column_widths.h"
 #include "ui/qt/kept_look.h"
@@ -22,7 +25,6 @@ namespace {
 using Quiet = QScopedValueRollback<bool>;
 using Align = GridColumn::Align;
 
-constexpr int kTwipsPerInch = 1440;
 constexpr int kRowPadding = 5;
 
 /// Pixels beside the text of a cell that its style leaves free, and the grid's line.

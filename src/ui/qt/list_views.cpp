@@ -6,7 +6,11 @@
 #include <QListWidget>
 #include <QStyledItemDelegate>
 #include <QTreeWidget>
+#include <algorithm>
+#include <string>
+#include <vector>
 
+#include "platform/twips.h"
 #include "ui/qt/copying.h"
 #include "ui/qt/qt_text.h"
 #include "ui/qt/view_kinds.h"
@@ -69,7 +73,6 @@ class ListView final : public ControlView {
       const Quiet quiet(busy_, true);
       widget_->setCurrentRow(list_.ListIndex());
     } else if (&property == &list_.Width) {
-      constexpr int kTwipsPerInch = 1440;
       widget_->setMinimumWidth(list_.Width() * widget_->logicalDpiX() / kTwipsPerInch);
     } else {
       ControlView::Show(property);
