@@ -66,7 +66,8 @@ QWidget* QtDesktop::MainWindowFor(const Form& form) const {
 
 void QtDesktop::NoteFront() {
   for (const auto& [form, window] : windows_) {
-    if (window->Window()->isActiveWindow() && Front() != form) return UserAction([&] { Activated(window->TheForm()); });
+    if (window->Window()->isActiveWindow() && Front() != form)
+      return UserAction([this, &shown = *window] { Activated(shown.TheForm()); });
   }
 }
 
