@@ -708,6 +708,13 @@ TEST_F(Windows, ClosingABoxIsTheAnswerNo) {
   }
 }
 
+TEST_F(Windows, EnterGivesTheUsualAnswer) {
+  for (const BoxAnswer usual : {BoxAnswer::kYes, BoxAnswer::kNo}) {
+    QTimer::singleShot(20, [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Return); });
+    EXPECT_EQ(desktop_.MsgBox(Message{.text = "?", .buttons = BoxButtons::kYesNo, .usual = usual}), usual);
+  }
+}
+
 TEST_F(Windows, AnInputBoxGivesItsLineOrNothing) {
   const auto answer = [&](bool accept) {
     QTimer::singleShot(20, [accept] {
