@@ -1,5 +1,7 @@
 #include "stock/document_book.h"
 
+#include <fmt/format.h>
+
 #include "core/errors.h"
 #include "core/numbers.h"
 #include "stock/document_lines.h"

@@ -2,11 +2,20 @@
 // in a statement go through every field and every file from which a text reaches one, and after each the rows of all
 // tables are what they were, but for those that the action is about.
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <map>
+#include <memory>
 #include <set>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "app/app.h"
 #include "check/shop_check.h"

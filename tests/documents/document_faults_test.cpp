@@ -1,5 +1,9 @@
 // Documents whose server fails on the way: what is saved by then, what is lost on purpose, what mends it.
 
+#include <fmt/format.h>
+
+#include <string>
+
 #include "documents/documents_shop.h"
 
 namespace zrt {

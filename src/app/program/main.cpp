@@ -3,6 +3,7 @@
 #include <QStandardPaths>
 #include <iostream>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "app/app.h"
