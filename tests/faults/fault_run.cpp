@@ -17,6 +17,8 @@ namespace {
 /// JOURNAL.ID begins here, so that a document's number is told from any other.
 constexpr const char* kFirstDocument = "910001";
 
+constexpr Colour kLampPosted = 65280;
+
 bool IsDocumentNumber(std::string_view text) {
   return text.size() == 6 && text.starts_with("91") && text.find_first_not_of("0123456789") == std::string_view::npos;
 }
@@ -33,7 +35,8 @@ std::vector<std::string> Split(std::string_view text, std::string_view mark) {
 
 /// A balance that can't be read counts as none, and the action goes on.
 bool IsGuarded(const std::string& statement) {
-  return statement.starts_with("SELECT OSTKOL FROM REGISTR WHERE RUN=1") && statement.find("DATEDOC<=") == std::string::npos;
+  return statement.starts_with("SELECT OSTKOL FROM REGISTR WHERE RUN=1") &&
+         statement.find("DATEDOC<=") == std::string::npos;
 }
 
 bool IsWrite(const std::string& statement) {
@@ -162,9 +165,8 @@ void FaultRun::Step(const std::string& step) {
   const std::vector<std::string> words = Split(step, " ");
   const auto number = [&](std::size_t word) { return std::stoi(words.at(word)); };
   if (words[0] == "pick") {
-    return desktop_.UserAction([&] {
-      app_->Stock.BroadcastToForm(number(2), number(3), number(4), static_cast<std::uint8_t>(number(1)));
-    });
+    return desktop_.UserAction(
+        [&] { app_->Stock.BroadcastToForm(number(2), number(3), number(4), static_cast<std::uint8_t>(number(1))); });
   }
   if (words[0] == "open") return OpenDocument(number(1));
   if (words[0] == "day") return clock_.Set({{2026, 11, number(1)}, 12, 0, 0});
@@ -262,7 +264,8 @@ std::string FaultRun::Plain(std::string text) const {
 }
 
 FaultRun::Rows FaultRun::Screen() {
-  static const std::set<std::string> kIgnored = {"SelStart", "SelLength", "FirstRow", "Columns", "ToolTipText", "Items"};
+  static const std::set<std::string> kIgnored = {"SelStart", "SelLength",   "FirstRow",
+                                                 "Columns",  "ToolTipText", "Items"};
   Rows screen;
   for (const Form* form : desktop_.LoadedForms()) {
     if (!form->IsVisible()) continue;
@@ -349,6 +352,12 @@ void FaultRun::Break(const Action& action, const Whole& whole, int statement, bo
   EXPECT_TRUE(app_->Main.IsVisible());
   EXPECT_FALSE(desktop_.ExitCode().has_value()) << "the program has ended";
 
+  // A lamp is green over nothing that isn't whole.
+  for (const Form* form : desktop_.LoadedForms()) {
+    const auto* lamp = form->FindControl("LblRun");
+    if (lamp != nullptr && form->IsVisible() && lamp->BackColor() == kLampPosted) ExpectWhole();
+  }
+
   const State left = Look();
   const bool goes_on = !cut && (action.goes_on || IsGuarded(broken));
   if (!goes_on) {
@@ -383,12 +392,14 @@ void FaultRun::Repeat(const Action& action, const Whole& whole, const State& lef
     EXPECT_TRUE(screen == whole.screen) << "once more it shows " << (seen == screen.end() ? "less" : *seen)
                                         << "\nwhere it should " << (usual == whole.screen.end() ? "less" : *usual);
   }
-  if (action.whole) {
-    Connection connection;
-    connection.Open(MainConnectionString(shop_.Address()));
-    const check::Findings findings = check::CheckShop(connection);
-    EXPECT_TRUE(findings.IsWhole()) << findings.Report();
-  }
+  if (action.whole) ExpectWhole();
+}
+
+void FaultRun::ExpectWhole() {
+  Connection connection;
+  connection.Open(MainConnectionString(shop_.Address()));
+  const check::Findings findings = check::CheckShop(connection);
+  EXPECT_TRUE(findings.IsWhole()) << findings.Report();
 }
 
 FaultRun::State FaultRun::Without(const std::string& text, State state) {

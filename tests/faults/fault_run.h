@@ -47,8 +47,8 @@ enum class Again {
 ///   entry TEXT                                 answers the input boxes from here on
 struct Action {
   std::string name;
-  std::string before;        ///< brings the window to where the action begins
-  std::string action;        ///< what is broken, statement by statement
+  std::string before;  ///< brings the window to where the action begins
+  std::string action;  ///< what is broken, statement by statement
   Again again = Again::kSame;
   std::string promise = {};  ///< why it is not kSame
   std::string mend = {};     ///< what the operator does instead of the same once more
@@ -98,6 +98,7 @@ class FaultRun {
   Whole Record(const Action& action);
   void Break(const Action& action, const Whole& whole, int statement, bool cut);
   void Repeat(const Action& action, const Whole& whole, const State& left);
+  void ExpectWhole();
   State Expected(const Action& action, const Whole& whole, const State& left) const;
   static State Without(const std::string& text, State state);
 
