@@ -1,7 +1,11 @@
 // bench_search HOST SCHEMA: how long one key typed in the search of the catalogue takes to find its product. Every name
 // is typed letter by letter; the letters that end a name with one that no product has are the worst case.
 
+#include <fmt/format.h>
+
+#include <algorithm>
 #include <iostream>
+#include <string>
 
 #include "bare_client.h"
 #include "core/session.h"

@@ -1,12 +1,15 @@
 // bench_snapshot HOST SCHEMA [ROWS]: opens sold lines as a snapshot, beside the bare client's mysql_store_result with
 // the same copy into the same arena. Each side runs in a process of its own, so that its peak of memory is its own.
 
+#include <fmt/format.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdlib>
 #include <iostream>
+#include <string>
+#include <vector>
 
 #include "bare_client.h"
 #include "core/session.h"

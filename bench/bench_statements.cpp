@@ -1,6 +1,10 @@
 // bench_statements HOST SCHEMA [COUNT]: one-row statements through the shared command, beside the bare client.
 
+#include <fmt/format.h>
+
 #include <iostream>
+#include <string>
+#include <vector>
 
 #include "bare_client.h"
 #include "core/command.h"

@@ -22,7 +22,7 @@ set(ZRT_PCH <algorithm> <array> <cstdint> <functional> <map> <memory> <optional>
             <fmt/format.h>)
 
 # zrt_room(NAME [SOURCES ...] [DEPENDS ...] [PRIVATE_DEPENDS ...]): one folder below src/ as a static library zrt_NAME.
-# A room sees only what DEPENDS names, so an include that points upwards does not link.
+# A room links only what DEPENDS names; the test `includes` keeps its includes from pointing upwards.
 function(zrt_room name)
   cmake_parse_arguments(ROOM "" "" "SOURCES;DEPENDS;PRIVATE_DEPENDS" ${ARGN})
   add_library(zrt_${name} STATIC ${ROOM_SOURCES})

@@ -3,12 +3,15 @@
 
 #include <fmt/format.h>
 
+#include <cstdint>
 #include <cstdio>
 #include <ctime>
 #include <fstream>
 #include <iostream>
 #include <map>
 #include <sstream>
+#include <string>
+#include <vector>
 
 #include "catalogue.h"
 #include "core/errors.h"

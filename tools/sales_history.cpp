@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <numeric>
+#include <string>
 
 namespace zrt::tools {
 namespace {

@@ -5,9 +5,13 @@
 #include <fmt/format.h>
 
 #include <chrono>
+#include <cstdint>
 #include <iostream>
+#include <optional>
 #include <set>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include "catalogue.h"
 #include "core/errors.h"

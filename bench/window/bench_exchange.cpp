@@ -2,9 +2,12 @@
 // loads a catalogue of 10,000 products from a spreadsheet, beside the same statements on the bare client. The schema is
 // a demonstration shop and not of use as one afterwards.
 
+#include <fmt/format.h>
 #include <xlsxwriter.h>
 
 #include <fstream>
+#include <string>
+#include <vector>
 
 #include "bench_program.h"
 

@@ -6,7 +6,9 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QScrollBar>
+#include <algorithm>
 #include <chrono>
+#include <cstdint>
 #include <iostream>
 
 #include "app/app.h"

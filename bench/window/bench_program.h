@@ -1,9 +1,13 @@
 #pragma once
 
+#include <fmt/format.h>
+
 #include <QApplication>
 #include <filesystem>
 #include <functional>
 #include <iostream>
+#include <string>
+#include <vector>
 
 #include "../bare_client.h"
 #include "../recorder.h"

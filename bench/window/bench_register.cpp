@@ -4,6 +4,12 @@
 // how long a key typed in the catalogue's search takes to show its product. The schema is a demonstration shop and not
 // of use as one afterwards.
 
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
 #include "bench_program.h"
 #include "core/text.h"
 

@@ -1,6 +1,12 @@
 // bench_reports HOST SCHEMA: what the reports take in the real window, drawn off screen, beside the time that their
 // statements alone take on the bare client library; and how fast a large table becomes a file.
 
+#include <fmt/format.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
 #include "bench_program.h"
 
 namespace {

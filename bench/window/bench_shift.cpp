@@ -2,10 +2,13 @@
 // time that its statements alone take on the bare client library; how long all that was ever sold takes to be written
 // into a file; and what becomes of its memory once its set is closed.
 
+#include <fmt/format.h>
 #include <malloc.h>
 #include <unistd.h>
 
 #include <fstream>
+#include <string>
+#include <vector>
 
 #include "bench_program.h"
 #include "sales/sales_csv.h"

@@ -1,8 +1,12 @@
 // bench_startup HOST SCHEMA: how long start-up takes up to the painted window, beside the time that its statements
 // alone take on the bare client library. Both are medians of the same run.
 
+#include <fmt/format.h>
+
 #include <QApplication>
 #include <iostream>
+#include <string>
+#include <vector>
 
 #include "../bare_client.h"
 #include "../recorder.h"

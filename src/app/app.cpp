@@ -1,5 +1,7 @@
 #include "app/app.h"
 
+#include <cstdint>
+
 namespace zrt {
 
 App::App(Desktop& desktop, const Clock& clock, const DriveMap& drives, AppSettings settings)
@@ -37,8 +39,8 @@ App::App(Desktop& desktop, const Clock& clock, const DriveMap& drives, AppSettin
       Splash(desktop, TheSession, drives, settings.executable, Main),
       desktop_(desktop) {
   ProductCard.ProductsChanged = [this] { Main.Catalogue.RequeryProducts(); };
-  ProductCard.ShowSaved = {[this](const std::string& name) { Main.Catalogue.ShowProduct(name); },
-                           [this](const std::string& name) { Picker.ShowProduct(name); }};
+  ProductCard.ShowInCatalogue = [this](const std::string& name) { Main.Catalogue.ShowProduct(name); };
+  ProductCard.ShowInPicker = [this](const std::string& name) { Picker.ShowProduct(name); };
   Picker.DeleteProduct = [this](std::int32_t cod) { Main.Catalogue.DeleteProduct(cod); };
   DiscountCard.CardSaved = [this](std::int16_t rez) { Main.Cards.ShowCard(rez); };
   Exchange.CloseProgram = [this] { Main.Close(); };

@@ -1,10 +1,14 @@
 #include "app/form2.h"
 
 #include <array>
+#include <cstdint>
+#include <optional>
+#include <string_view>
 
 #include "core/errors.h"
 #include "core/numbers.h"
 #include "core/schema.h"
+#include "core/shift_hour.h"
 #include "ui/desktop.h"
 
 namespace zrt {
@@ -137,10 +141,10 @@ void Form2::InitMainWindow() {
 // first look at them, so there a missing row counts as NULL.
 
 void Form2::ReadShiftHour() {
-  const Recordset hour = session_.ReadOne("SELECT N8 FROM CONST WHERE COD=5");
-  if (hour.Eof() || hour.IsNull(0)) return;
-  Sales.Combo1.Text = hour.Field(0).Text();
-  KassaLite.Combo3.Text = hour.Field(0).Text();
+  const std::optional<std::string> hour = zrt::ReadShiftHour(session_);
+  if (!hour) return;
+  Sales.Combo1.Text = *hour;
+  KassaLite.Combo3.Text = *hour;
 }
 
 void Form2::ReadReserveStatus() {

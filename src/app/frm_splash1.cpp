@@ -1,12 +1,14 @@
 #include "app/frm_splash1.h"
 
+#include <string_view>
+
 #include "platform/settings_file.h"
 
 namespace zrt {
 
 namespace {
 
-constexpr const char* kDefaultDataLink = "C:\\KORVINA.udl";
+constexpr std::string_view kDefaultDataLink = "C:\\KORVINA.udl";
 
 }  // namespace
 

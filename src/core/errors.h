@@ -68,4 +68,13 @@ class FileError : public Error {
   std::string path_;
 };
 
+/// Runs `work` and drops a failure of it, for what must not keep the rest from going on. Each call says why.
+template <typename Work>
+void IgnoreFailure(Work&& work) {
+  try {
+    std::forward<Work>(work)();
+  } catch (const Error&) {  // NOLINT(bugprone-empty-catch): that is what it is for
+  }
+}
+
 }  // namespace zrt

@@ -3,6 +3,7 @@
 #include <sql.h>
 #include <sqlext.h>
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>

@@ -20,16 +20,16 @@ constexpr int kKeysPerPanel = 90;
 // for the clause that makes an InnoDB table on the server at hand.
 
 struct Run {
-  const char* sql;
+  std::string_view sql;
 };
 struct RunForEach {
   int first, last;  ///< values of {n}
-  const char* sql;
+  std::string_view sql;
 };
 /// The settings row {n} of each touch panel that has none yet.
 struct AddMissingRows {
   int first, last;
-  const char* sql;
+  std::string_view sql;
 };
 /// Empty keys of the touch panels `first` to `last`.
 struct AddPanelKeys {
@@ -100,7 +100,7 @@ constexpr std::array kToVersion4 = {
 struct VersionBlock {
   const Step* begin;
   const Step* end;
-  const char* message;
+  std::string_view message;
 };
 
 /// The block at index v raises the schema from version v to v+1.
@@ -111,7 +111,7 @@ constexpr std::array kBlocks = {
     VersionBlock{kToVersion4.begin(), kToVersion4.end(), "База данных успешно обновлена до версии 4"},
 };
 
-constexpr std::array kDocumentTables = {
+constexpr auto kDocumentTables = std::to_array<std::string_view>({
     "CREATE TABLE IF NOT EXISTS REGISTR (ID bigint(20) NOT NULL AUTO_INCREMENT PRIMARY KEY, DOC int(11), DOCTYP "
     "tinyint(4), COD mediumint(8), KOL int(11), SUMM int(11), OSTKOL int(11), KARD int(11), DATEDOC datetime, DOCNEXT "
     "int(11), DATENEXT datetime, RUN tinyint(4), REZ int(11))",
@@ -123,7 +123,7 @@ constexpr std::array kDocumentTables = {
     "mediumint(8), NAME varchar(50), OST int(11), KOL int(11), PRC int(11), PRCR int(11), REZ int(11))",
     "CREATE TABLE IF NOT EXISTS DOCPRICE (ID bigint(20) NOT NULL AUTO_INCREMENT PRIMARY KEY, DOC int(11), COD "
     "mediumint(8), NAME varchar(50), PRC1 int(11), PRC2 int(11), REZ int(11))",
-};
+});
 
 /// Servers before 5.5 know the table's engine by TYPE, those since then only by ENGINE.
 bool KnowsEngineClause(const std::string& version) {
@@ -134,9 +134,9 @@ bool KnowsEngineClause(const std::string& version) {
   return major > 5 || (major == 5 && minor >= 5);
 }
 
-constexpr const char* kEngineClause = "ENGINE=InnoDB";
+constexpr std::string_view kEngineClause = "ENGINE=InnoDB";
 
-std::string Compose(const char* sql, int n, const char* innodb) {
+std::string Compose(std::string_view sql, int n, std::string_view innodb) {
   return fmt::format(fmt::runtime(sql), fmt::arg("n", n), fmt::arg("innodb", innodb));
 }
 
@@ -186,7 +186,7 @@ class Upgrade {
 
   Connection& connection_;
   Command command_;
-  const char* innodb_ = nullptr;
+  std::string_view innodb_;
 };
 
 /// Gathers the statements of the steps for a database that no upgrade has touched: every row is still missing.
@@ -206,12 +206,12 @@ class Script {
   std::vector<std::string> statements;
 
  private:
-  void ForEach(int first, int last, const char* sql) {
+  void ForEach(int first, int last, std::string_view sql) {
     for (int n = first; n <= last; ++n) statements.push_back(Compose(sql, n, kEngineClause));
   }
 };
 
-constexpr const char* kDocumentTableSuffix = " ENGINE=InnoDB DEFAULT CHARSET=latin1";
+constexpr std::string_view kDocumentTableSuffix = " ENGINE=InnoDB DEFAULT CHARSET=latin1";
 
 }  // namespace
 
@@ -239,8 +239,8 @@ void CreateDocumentTables(Session& session, SchemaDialog& dialog, bool register_
   if (register_wanted) {
     // The operator's answer decides, right or wrong; the server isn't asked.
     const bool old_server = dialog.AskYesNo("Версия сервера MySQL 4.0.12 ?");
-    const std::string suffix = old_server ? " TYPE=InnoDB" : kDocumentTableSuffix;
-    for (const char* table : kDocumentTables) execute(table + suffix);
+    const std::string_view suffix = old_server ? " TYPE=InnoDB" : kDocumentTableSuffix;
+    for (const std::string_view table : kDocumentTables) execute(fmt::format("{}{}", table, suffix));
     execute("UPDATE TOVAR SET N5=0 WHERE N5 IS NULL");
     execute("UPDATE TOVAR SET N7=0 WHERE N7 IS NULL");
   }
@@ -257,7 +257,9 @@ std::vector<std::string> UpgradeStatements() {
 
 std::vector<std::string> DocumentTableStatements() {
   std::vector<std::string> statements;
-  for (const char* table : kDocumentTables) statements.push_back(std::string(table) + kDocumentTableSuffix);
+  for (const std::string_view table : kDocumentTables) {
+    statements.push_back(fmt::format("{}{}", table, kDocumentTableSuffix));
+  }
   return statements;
 }
 

@@ -31,8 +31,8 @@ inline constexpr std::string_view kDatabaseDriver = "MySQL ODBC 8.0 ANSI Driver"
 /// The connection string of the main database: these fields, in this order.
 std::string MainConnectionString(const DatabaseAddress& address);
 
-/// The recordsets made once and kept for the whole run. Each has one fixed role; what the screens show stays in here. A
-/// screen that needs a set of its own adds it.
+/// The recordsets made once and kept for the whole run: those of the main window's grids and lists, each with one fixed
+/// role, which other screens read too. What one window alone shows is a member of that window.
 struct RecordsetPool {
   Recordset RsProducts;     ///< TOVAR list: DataGrid1 of both indexes
   Recordset RsPanels;       ///< HOTKEYS, the level shown: DataGrid12
@@ -46,8 +46,6 @@ struct RecordsetPool {
   Recordset RsCardKinds;    ///< TOTALSKID
   Recordset RsWaiters;      ///< KLIENT: DataGrid9
   Recordset RsJournal;      ///< JOURNAL: DataGrid6
-  Recordset RsDays;         ///< table reports: rows by shift day, or by hour
-  Recordset RsTotal;        ///< table reports: the same without the columns' grouping
 };
 
 /// The process-wide state and the three ways to the database:

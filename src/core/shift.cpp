@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <optional>
+
 #include "core/dates.h"
 #include "core/numbers.h"
 #include "core/regional_format.h"

@@ -1,5 +1,8 @@
 #include "documents/document_form.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
 #include <limits>
 #include <utility>
 
@@ -191,11 +194,8 @@ void DocumentForm::CancelButton_Click() {
 }
 
 void DocumentForm::Form_Unload() {
-  try {
-    store_.DeleteWorkingCopy();
-  } catch (const Error&) {
-    // What is left of the working copy goes when the next document of the kind is opened or closed.
-  }
+  // What is left of the working copy goes when the next document of the kind is opened or closed.
+  IgnoreFailure([this] { store_.DeleteWorkingCopy(); });
   if (DocOpen) lines_.Close();
   DocOpen = false;
   DocSum = 0;

@@ -1,5 +1,7 @@
 #include "documents/documents.h"
 
+#include <cstdint>
+
 #include "ui/desktop.h"
 
 namespace zrt {

@@ -1,5 +1,9 @@
 #include "documents/form_jrnl.h"
 
+#include <fmt/format.h>
+
+#include <string>
+
 namespace zrt {
 
 FormJrnl::FormJrnl(Desktop& desktop, Session& session, ModuleReg& stock, ProductPicker& picker)

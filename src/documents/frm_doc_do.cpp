@@ -1,7 +1,14 @@
 #include "documents/frm_doc_do.h"
 
+#include <fmt/format.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
 #include "core/errors.h"
 #include "core/numbers.h"
+#include "core/shift_hour.h"
 #include "core/text.h"
 #include "ui/desktop.h"
 
@@ -29,14 +36,6 @@ std::string Number(const Cell& cell) {
   return cell.IsNull() ? "0" : cell.Text();
 }
 
-void IgnoreFailure(const std::function<void()>& work) {
-  try {
-    work();
-  } catch (const Error&) {
-    // Gathering goes on: one product's line that fails must not keep the shift from being closed.
-  }
-}
-
 }  // namespace
 
 frmDocDO::frmDocDO(Desktop& desktop, const DocumentServices& services)
@@ -50,9 +49,8 @@ frmDocDO::frmDocDO(Desktop& desktop, const DocumentServices& services)
 void frmDocDO::PrepareNew() {
   Caption = Kind().new_caption;
   FrameNew.Enabled = true;
-  for (int hour = 0; hour < kHours; ++hour) Combo1.AddItem(std::to_string(hour));
-  const Recordset hour = session_.ReadOne("SELECT N8 FROM CONST WHERE COD=5");
-  Combo1.Text = hour.RecordCount() == 0 || hour.IsNull(0) ? "0" : hour.Field(0).Text();
+  for (const std::string& hour : ShiftHours()) Combo1.AddItem(hour);
+  Combo1.Text = ReadShiftHour(session_).value_or("0");
   TextDate.Caption = session_.Format().DateText(AddDays(session_.TheClock().Now().date, -1));
   DocRun = false;
   RunIndicator(false);
@@ -68,7 +66,7 @@ void frmDocDO::RunIndicator(bool run) {
 }
 
 void frmDocDO::Combo1_Click() {
-  session_.Write(fmt::format("UPDATE CONST SET N8={} WHERE COD=5", Combo1.Text()));
+  StoreShiftHour(session_, Combo1.Text());
 }
 
 void frmDocDO::OpenCalendar() {
@@ -126,6 +124,7 @@ void frmDocDO::CmdDat_Click() {
 }
 
 void frmDocDO::Gather(const std::string& from, const std::string& to) {
+  // Gathering goes on whatever fails: one product's line mustn't keep the shift from being closed.
   IgnoreFailure([this] { store_.DeleteWorkingCopy(); });
   // What was gathered before is gone; nothing of it may be posted under another day.
   RUNButton.Enabled = false;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "documents/line_document.h"
 
 namespace zrt {

@@ -1,5 +1,13 @@
 #include "documents/frm_doc_in.h"
 
+#include <fmt/format.h>
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
 #include "core/numbers.h"
 #include "ui/desktop.h"
 

@@ -1,5 +1,11 @@
 #include "documents/frm_doc_prc.h"
 
+#include <fmt/format.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
 #include "core/numbers.h"
 #include "ui/desktop.h"
 

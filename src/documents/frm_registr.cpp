@@ -1,5 +1,7 @@
 #include "documents/frm_registr.h"
 
+#include <fmt/format.h>
+
 namespace zrt {
 
 frmRegistr::frmRegistr(Desktop& desktop, Session& session) : Form(desktop, "frmRegistr"), session_(session) {

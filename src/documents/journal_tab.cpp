@@ -1,5 +1,11 @@
 #include "documents/journal_tab.h"
 
+#include <fmt/format.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
 #include "core/numbers.h"
 #include "core/text.h"
 #include "ui/desktop.h"

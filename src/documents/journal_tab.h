@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "core/session.h"
 #include "documents/documents.h"
 #include "ui/controls.h"

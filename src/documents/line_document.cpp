@@ -1,5 +1,9 @@
 #include "documents/line_document.h"
 
+#include <cstdint>
+#include <optional>
+#include <string>
+
 #include "core/numbers.h"
 
 namespace zrt {

@@ -1,5 +1,9 @@
 #include "documents/own_lines_document.h"
 
+#include <cstdint>
+#include <optional>
+#include <string>
+
 #include "ui/desktop.h"
 
 namespace zrt {

@@ -2,6 +2,12 @@
 
 #include <fmt/format.h>
 
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <vector>
+
 #include "core/errors.h"
 #include "core/numbers.h"
 #include "ui/desktop.h"
@@ -11,9 +17,9 @@ namespace zrt {
 namespace {
 
 struct ModeTexts {
-  const char* pattern;
-  const char* caption;
-  const char* run;
+  std::string_view pattern;
+  std::string_view caption;
+  std::string_view run;
 };
 constexpr std::array<ModeTexts, 4> kModes = {{
     {"*.xls*", "Импорт Справочника Товаров из файла .xls", "Переписать Справочник Товаров"},
@@ -21,14 +27,6 @@ constexpr std::array<ModeTexts, 4> kModes = {{
     {"*.txt*", "Загрузка перемещения из файла .txt", "Загрузить остатки"},
     {"*.txt*", "Загрузка перемещения из файла .txt", "Загрузить остатки"},
 }};
-
-/// After a failure that the operator is to hear of: what fails here as well would only hide it.
-void ShowInSpite(const std::function<void()>& show) {
-  try {
-    show();
-  } catch (const Error&) {
-  }
-}
 
 }  // namespace
 
@@ -108,8 +106,8 @@ void frmImpTov::ReplaceCatalogue(const ProductSheet& sheet) {
   try {
     LoadProducts(sheet);
   } catch (const Error&) {
-    // The old catalogue is gone: its list shows what there is now.
-    ShowInSpite([this] { ProductsChanged(); });
+    // The old catalogue is gone: its list shows what there is now. A second failure would hide the first.
+    IgnoreFailure([this] { ProductsChanged(); });
     throw;
   }
   Say("загрузка завершена");
@@ -177,7 +175,7 @@ void frmImpTov::LoadLines(DocType type, const std::string& path) {
     }
   } catch (const Error& error) {
     // What has been added by now belongs to the document: its window must show it.
-    ShowInSpite([this] { LinesChanged(ImportMode); });
+    IgnoreFailure([this] { LinesChanged(ImportMode); });
     const std::string in = loaded == 0 ? "ни одна строка НЕ загружена" : fmt::format("загружены строки 1 - {}", loaded);
     TheDesktop().TellFailure(fmt::format("Загрузка прервана: {} из {}!", in, lines.size()), error);
     ProgressBar1.Value = 0;

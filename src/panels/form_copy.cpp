@@ -1,8 +1,11 @@
 #include "panels/form_copy.h"
 
+#include <fmt/format.h>
+
 #include <filesystem>
 #include <optional>
 #include <system_error>
+#include <vector>
 
 #include "core/errors.h"
 #include "core/numbers.h"

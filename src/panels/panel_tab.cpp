@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <string_view>
 
 #include "core/errors.h"
 #include "core/numbers.h"

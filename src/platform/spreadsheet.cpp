@@ -14,17 +14,18 @@ namespace {
 
 std::string ReadFile(const std::filesystem::path& path) {
   std::error_code error;
-  if (!std::filesystem::exists(path, error)) throw SpreadsheetFault::kMissing;
+  if (!std::filesystem::exists(path, error)) throw BadSpreadsheet(SpreadsheetFault::kMissing);
   std::ifstream file(path, std::ios::binary);
-  if (!file.is_open()) throw SpreadsheetFault::kUnreadable;
+  if (!file.is_open()) throw BadSpreadsheet(SpreadsheetFault::kUnreadable);
   std::string bytes;
   char block[1U << 16];
   do {
     file.read(block, sizeof block);
     bytes.append(block, static_cast<std::size_t>(file.gcount()));
-    if (bytes.size() > kMaxSpreadsheetFile) throw SpreadsheetFault::kTooLarge;
+    if (bytes.size() > kMaxSpreadsheetFile) throw BadSpreadsheet(SpreadsheetFault::kTooLarge);
   } while (file);
-  if (!file.eof()) throw SpreadsheetFault::kUnreadable;  // a folder of that name opens and fails at the first read
+  if (!file.eof())
+    throw BadSpreadsheet(SpreadsheetFault::kUnreadable);  // a folder of that name opens and fails at the first read
   return bytes;
 }
 
@@ -40,7 +41,7 @@ SpreadsheetCells Read(const std::filesystem::path& path) {
   const std::string file = ReadFile(path);
   if (file.starts_with(kZip)) return ReadZipped(file);
   if (file.starts_with(kCompoundFileStart) || file.starts_with(kBareWorkbookStart)) return ReadXls(file);
-  throw SpreadsheetFault::kOtherKind;
+  throw BadSpreadsheet(SpreadsheetFault::kOtherKind);
 }
 
 std::string Reason(SpreadsheetFault fault) {
@@ -68,8 +69,8 @@ std::string Reason(SpreadsheetFault fault) {
 Spreadsheet Spreadsheet::Open(const DriveMap& drives, std::string_view drive_path) {
   try {
     return Spreadsheet(Read(drives.ToNative(drive_path)));
-  } catch (SpreadsheetFault fault) {
-    throw SpreadsheetError(std::string(drive_path), Reason(fault));
+  } catch (const BadSpreadsheet& bad) {
+    throw SpreadsheetError(std::string(drive_path), Reason(bad.fault));
   } catch (const std::bad_alloc&) {
     throw SpreadsheetError(std::string(drive_path), Reason(SpreadsheetFault::kTooLarge));
   }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <utility>
@@ -117,14 +118,14 @@ class Record {
 
  private:
   void NextPart() {
-    if (part_ + 1 == parts_.size()) throw SpreadsheetFault::kDamaged;
+    if (part_ + 1 == parts_.size()) throw BadSpreadsheet(SpreadsheetFault::kDamaged);
     ++part_;
     at_ = 0;
   }
 
   // Both bytes stand in one record.
   char16_t WideCharacter() {
-    if (parts_[part_].size() - at_ < 2) throw SpreadsheetFault::kDamaged;
+    if (parts_[part_].size() - at_ < 2) throw BadSpreadsheet(SpreadsheetFault::kDamaged);
     at_ += 2;
     return LittleEndian<std::uint16_t>(parts_[part_], at_ - 2);
   }
@@ -140,7 +141,7 @@ class Records {
  public:
   Records(std::string_view workbook, std::size_t offset) : workbook_(workbook), at_(offset) {}
 
-  /// The next record. Throws SpreadsheetFault::kDamaged at the end of the workbook: each part of it ends with kEof.
+  /// The next record. Throws BadSpreadsheet: kDamaged at the end of the workbook: each part of it ends with kEof.
   Record Next() {
     const auto [id, data] = Take();
     Record record(id, data);
@@ -152,10 +153,10 @@ class Records {
 
  private:
   std::pair<std::uint16_t, std::string_view> Take() {
-    if (at_ > workbook_.size() || workbook_.size() - at_ < 4) throw SpreadsheetFault::kDamaged;
+    if (at_ > workbook_.size() || workbook_.size() - at_ < 4) throw BadSpreadsheet(SpreadsheetFault::kDamaged);
     const auto id = LittleEndian<std::uint16_t>(workbook_, at_);
     const auto size = LittleEndian<std::uint16_t>(workbook_, at_ + 2);
-    if (workbook_.size() - at_ - 4 < size) throw SpreadsheetFault::kDamaged;
+    if (workbook_.size() - at_ - 4 < size) throw BadSpreadsheet(SpreadsheetFault::kDamaged);
     const std::string_view data = workbook_.substr(at_ + 4, size);
     at_ += 4U + size;
     return {id, data};
@@ -199,7 +200,7 @@ class WorkbookReader {
 
   SpreadsheetCells Read() {
     const std::optional<std::uint32_t> sheet = ReadGlobals();
-    if (!sheet) throw SpreadsheetFault::kNoSheet;
+    if (!sheet) throw BadSpreadsheet(SpreadsheetFault::kNoSheet);
     ReadSheet(*sheet);
     cells_.Finish();
     return std::move(cells_);
@@ -212,7 +213,7 @@ class WorkbookReader {
     ReadBof(records.Next());
     std::optional<std::uint32_t> sheet;
     for (Record record = records.Next(); record.Id() != kEof; record = records.Next()) {
-      if (record.Id() == kFilePass) throw SpreadsheetFault::kEncrypted;
+      if (record.Id() == kFilePass) throw BadSpreadsheet(SpreadsheetFault::kEncrypted);
       if (record.Id() == kSst) ReadSharedTexts(record);
       if (record.Id() == kBoundSheet && !sheet) {
         const auto offset = record.Integer<std::uint32_t>();
@@ -224,9 +225,9 @@ class WorkbookReader {
   }
 
   void ReadBof(Record record) {
-    if (record.Id() != kBof) throw SpreadsheetFault::kDamaged;
+    if (record.Id() != kBof) throw BadSpreadsheet(SpreadsheetFault::kDamaged);
     const auto version = record.Integer<std::uint16_t>();
-    if (version != kVersion95 && version != kVersion97) throw SpreadsheetFault::kOtherKind;
+    if (version != kVersion95 && version != kVersion97) throw BadSpreadsheet(SpreadsheetFault::kOtherKind);
     is_97_ = version == kVersion97;
   }
 
@@ -235,7 +236,7 @@ class WorkbookReader {
     const auto count = record.Integer<std::uint32_t>();
     // Some programs count too many; a cell that refers to a text that isn't there is noticed then.
     for (std::uint32_t i = 0; i < count && !record.AtEnd(); ++i) {
-      if (i == kMaxSpreadsheetCells) throw SpreadsheetFault::kTooLarge;
+      if (i == kMaxSpreadsheetCells) throw BadSpreadsheet(SpreadsheetFault::kTooLarge);
       const auto length = record.Integer<std::uint16_t>();
       shared_texts_.push_back(cells_.Keep(record.Characters(length)));
     }
@@ -282,7 +283,7 @@ class WorkbookReader {
     switch (record.Id()) {
       case kLabelSst: {
         const auto index = record.Integer<std::uint32_t>();
-        if (index >= shared_texts_.size()) throw SpreadsheetFault::kDamaged;
+        if (index >= shared_texts_.size()) throw BadSpreadsheet(SpreadsheetFault::kDamaged);
         cells_.Put(row_, column_, shared_texts_[index]);
         break;
       }
@@ -358,8 +359,8 @@ SpreadsheetCells ReadXls(std::string_view file) {
     if (workbook) return WorkbookReader(*workbook).Read();
   }
   // A newer workbook with a password is packed into a compound file.
-  if (compound.Stream("EncryptedPackage")) throw SpreadsheetFault::kEncrypted;
-  throw SpreadsheetFault::kOtherKind;
+  if (compound.Stream("EncryptedPackage")) throw BadSpreadsheet(SpreadsheetFault::kEncrypted);
+  throw BadSpreadsheet(SpreadsheetFault::kOtherKind);
 }
 
 }  // namespace zrt

@@ -11,7 +11,7 @@ inline constexpr std::string_view kCompoundFileStart = "\xD0\xCF\x11\xE0\xA1\xB1
 inline constexpr std::string_view kBareWorkbookStart = "\x09\x08";
 
 /// The first worksheet of an .xls file of the versions 5, 95 and 97 to 2003: a compound file with the workbook in it,
-/// or the workbook alone, as some programs write it. Throws SpreadsheetFault; kOtherKind when the compound file holds
+/// or the workbook alone, as some programs write it. Throws BadSpreadsheet; kOtherKind when the compound file holds
 /// another kind of document.
 SpreadsheetCells ReadXls(std::string_view file);
 

@@ -10,7 +10,7 @@ namespace zrt {
 
 SpreadsheetCells::Text SpreadsheetCells::Keep(std::string_view text) {
   if (text.size() > kMaxSpreadsheetCellText || text.size() > kMaxSpreadsheetText - texts_.size()) {
-    throw SpreadsheetFault::kTooLarge;
+    throw BadSpreadsheet(SpreadsheetFault::kTooLarge);
   }
   const Text kept{static_cast<std::uint32_t>(texts_.size()), static_cast<std::uint32_t>(text.size())};
   texts_.append(text);
@@ -19,7 +19,7 @@ SpreadsheetCells::Text SpreadsheetCells::Keep(std::string_view text) {
 
 void SpreadsheetCells::Put(std::int64_t row, std::int64_t column, Text text) {
   if (row < 1 || row > kMaxSpreadsheetRows || column < 1 || column > kMaxSpreadsheetColumns) {
-    throw SpreadsheetFault::kDamaged;
+    throw BadSpreadsheet(SpreadsheetFault::kDamaged);
   }
   const Cell cell{static_cast<std::uint32_t>(row), static_cast<std::uint32_t>(column), text};
   if (!cells_.empty() && !Before(cells_.back(), cell)) {
@@ -27,7 +27,7 @@ void SpreadsheetCells::Put(std::int64_t row, std::int64_t column, Text text) {
   } else if (text.length == 0) {
     return;
   }
-  if (cells_.size() == kMaxSpreadsheetCells) throw SpreadsheetFault::kTooLarge;
+  if (cells_.size() == kMaxSpreadsheetCells) throw BadSpreadsheet(SpreadsheetFault::kTooLarge);
   cells_.push_back(cell);
 }
 
@@ -56,14 +56,14 @@ std::string_view SpreadsheetCells::At(std::int64_t row, std::int64_t column) con
 }
 
 std::string SpreadsheetNumber(double value) {
-  if (!std::isfinite(value)) throw SpreadsheetFault::kDamaged;
+  if (!std::isfinite(value)) throw BadSpreadsheet(SpreadsheetFault::kDamaged);
   if (value == 0) return "0";  // no minus before it
   // Fifteen digits are what a spreadsheet shows of a number: 0.1+0.2 is 0.3.
   char rounded[32];
   std::snprintf(rounded, sizeof rounded, "%.14e", value);
   std::from_chars(std::begin(rounded), std::end(rounded), value);
-  if (!std::isfinite(value)) throw SpreadsheetFault::kDamaged;  // the greatest of all, rounded up
-  char digits[400];                                             // the smallest number has 324 digits after the point
+  if (!std::isfinite(value)) throw BadSpreadsheet(SpreadsheetFault::kDamaged);  // the greatest of all, rounded up
+  char digits[400];  // the smallest number has 324 digits after the point
   const auto end = std::to_chars(std::begin(digits), std::end(digits), value, std::chars_format::fixed).ptr;
   return {digits, end};
 }

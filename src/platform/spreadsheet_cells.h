@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <exception>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,8 +20,15 @@ inline constexpr std::size_t kMaxSpreadsheetCellText = 256U << 10;  ///< 65,535 
 inline constexpr std::int64_t kMaxSpreadsheetRows = 1'048'576;      ///< the last row of today's programs
 inline constexpr std::int64_t kMaxSpreadsheetColumns = 16'384;      ///< their last column
 
-/// Why a file can't be read; thrown by the readers, which don't know the file's name.
+/// Why a file can't be read.
 enum class SpreadsheetFault { kMissing, kUnreadable, kOtherKind, kDamaged, kEncrypted, kTooLarge, kNoSheet };
+
+/// Thrown by the readers, which don't know the file's name; `Spreadsheet::Open` tells it with the name.
+struct BadSpreadsheet : std::exception {
+  explicit BadSpreadsheet(SpreadsheetFault why) : fault(why) {}
+  const char* what() const noexcept override { return "the spreadsheet can't be read"; }
+  SpreadsheetFault fault;
+};
 
 /// The cells of a sheet that aren't empty: a text each, kept once for all cells that share it.
 class SpreadsheetCells {
@@ -31,11 +39,11 @@ class SpreadsheetCells {
     std::uint32_t length = 0;
   };
 
-  /// Stores a text for any number of cells. Throws SpreadsheetFault: kTooLarge beyond the bounds above.
+  /// Stores a text for any number of cells. Throws BadSpreadsheet: kTooLarge beyond the bounds above.
   Text Keep(std::string_view text);
 
   /// Sets a cell, counted from 1, in any order; of several values the last one stays, and an empty text leaves no cell.
-  /// Throws SpreadsheetFault: kDamaged for a cell that no sheet has, kTooLarge beyond the bounds above.
+  /// Throws BadSpreadsheet: kDamaged for a cell that no sheet has, kTooLarge beyond the bounds above.
   void Put(std::int64_t row, std::int64_t column, Text text);
 
   /// Must follow the last Put, before anything is looked up.
@@ -63,7 +71,7 @@ class SpreadsheetCells {
   bool in_order_ = true;
 };
 
-/// A number as Spreadsheet::Cell shows it. Throws SpreadsheetFault::kDamaged for what is no number (infinite).
+/// A number as Spreadsheet::Cell shows it. Throws BadSpreadsheet: kDamaged for what is no number (infinite).
 std::string SpreadsheetNumber(double value);
 
 /// The same for a number written as text ("4.82E+12"); a text that is no number comes back as it is.

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <charconv>
 #include <chrono>
+#include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace zrt {
@@ -17,7 +19,7 @@ namespace {
 class ManifestReader final : public XmlReader {
  private:
   void StartElement(std::string_view name, const XmlAttributes&) override {
-    if (WithoutPrefix(name) == "encryption-data") throw SpreadsheetFault::kEncrypted;
+    if (WithoutPrefix(name) == "encryption-data") throw BadSpreadsheet(SpreadsheetFault::kEncrypted);
   }
   void EndElement(std::string_view) override {}
   void Text(std::string_view) override {}
@@ -28,7 +30,8 @@ std::int64_t Count(std::string_view text) {
   if (text.empty()) return 1;
   std::int64_t count = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), count);
-  if (error != std::errc() || end != text.data() + text.size() || count < 0) throw SpreadsheetFault::kDamaged;
+  if (error != std::errc() || end != text.data() + text.size() || count < 0)
+    throw BadSpreadsheet(SpreadsheetFault::kDamaged);
   return count;
 }
 
@@ -184,7 +187,8 @@ class ContentReader final : public XmlReader {
     if (aside_ != 0) return;
     if (name == "text:s") {
       const std::int64_t blanks = Count(attributes["text:c"]);
-      if (blanks > static_cast<std::int64_t>(kMaxSpreadsheetCellText)) throw SpreadsheetFault::kTooLarge;
+      if (blanks > static_cast<std::int64_t>(kMaxSpreadsheetCellText))
+        throw BadSpreadsheet(SpreadsheetFault::kTooLarge);
       Append(std::string(static_cast<std::size_t>(blanks), ' '));
     } else if (name == "text:tab") {
       Append("\t");
@@ -200,7 +204,7 @@ class ContentReader final : public XmlReader {
   }
 
   void Append(std::string_view text) {
-    if (text.size() > kMaxSpreadsheetCellText - text_.size()) throw SpreadsheetFault::kTooLarge;
+    if (text.size() > kMaxSpreadsheetCellText - text_.size()) throw BadSpreadsheet(SpreadsheetFault::kTooLarge);
     text_ += text;
   }
 
@@ -210,7 +214,7 @@ class ContentReader final : public XmlReader {
     // Beyond the last column only the total of empty cells is of no interest.
     columns_ = std::min(columns_ + std::min(cell_count_, kMaxSpreadsheetColumns + 1), kMaxSpreadsheetColumns + 1);
     if (value.empty()) return;
-    if (columns_ > kMaxSpreadsheetColumns) throw SpreadsheetFault::kDamaged;
+    if (columns_ > kMaxSpreadsheetColumns) throw BadSpreadsheet(SpreadsheetFault::kDamaged);
     const SpreadsheetCells::Text kept = cells_.Keep(value);
     for (std::int64_t column = first; column <= columns_; ++column) row_cells_.push_back({column, kept});
   }
@@ -229,7 +233,7 @@ class ContentReader final : public XmlReader {
   void EndRow() {
     // The million empty rows at the end of every sheet cost nothing.
     if (!row_cells_.empty()) {
-      if (row_count_ > kMaxSpreadsheetRows - rows_) throw SpreadsheetFault::kDamaged;
+      if (row_count_ > kMaxSpreadsheetRows - rows_) throw BadSpreadsheet(SpreadsheetFault::kDamaged);
       for (std::int64_t row = rows_ + 1; row <= rows_ + row_count_; ++row) {
         for (const RowCell& cell : row_cells_) cells_.Put(row, cell.column, cell.text);
       }
@@ -265,13 +269,13 @@ class ContentReader final : public XmlReader {
 }  // namespace
 
 SpreadsheetCells ReadOds(const ZipFile& zip) {
-  constexpr const char* kManifest = "META-INF/manifest.xml";
+  const std::string kManifest = "META-INF/manifest.xml";
   if (zip.Has(kManifest)) ManifestReader().Read(zip, kManifest);
   SpreadsheetCells cells;
   ContentReader content(cells);
   content.Read(zip, "content.xml");
-  if (!content.IsSpreadsheet()) throw SpreadsheetFault::kOtherKind;
-  if (!content.HasSheet()) throw SpreadsheetFault::kNoSheet;
+  if (!content.IsSpreadsheet()) throw BadSpreadsheet(SpreadsheetFault::kOtherKind);
+  if (!content.HasSheet()) throw BadSpreadsheet(SpreadsheetFault::kNoSheet);
   cells.Finish();
   return cells;
 }

@@ -5,7 +5,7 @@
 
 namespace zrt {
 
-/// The first sheet of an .ods archive. Throws SpreadsheetFault; kOtherKind when it is another kind of document.
+/// The first sheet of an .ods archive. Throws BadSpreadsheet; kOtherKind when it is another kind of document.
 SpreadsheetCells ReadOds(const ZipFile& zip);
 
 }  // namespace zrt

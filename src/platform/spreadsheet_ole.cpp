@@ -32,24 +32,24 @@ bool SameName(std::string_view one, std::string_view other) {
 }  // namespace
 
 CompoundFile::CompoundFile(std::string_view bytes) : bytes_(bytes) {
-  if (bytes_.size() < kHeaderSize) throw SpreadsheetFault::kDamaged;
+  if (bytes_.size() < kHeaderSize) throw BadSpreadsheet(SpreadsheetFault::kDamaged);
   const auto sector_shift = LittleEndian<std::uint16_t>(bytes_, 30);
   const auto mini_sector_shift = LittleEndian<std::uint16_t>(bytes_, 32);
   if (sector_shift < 7 || sector_shift > 16 || mini_sector_shift < 3 || mini_sector_shift > sector_shift) {
-    throw SpreadsheetFault::kDamaged;
+    throw BadSpreadsheet(SpreadsheetFault::kDamaged);
   }
   sector_size_ = std::size_t{1} << sector_shift;
   mini_sector_size_ = std::size_t{1} << mini_sector_shift;
   mini_limit_ = LittleEndian<std::uint32_t>(bytes_, 56);
   ReadAllocationTable();
   ReadFolders();
-  if (entries_.empty()) throw SpreadsheetFault::kDamaged;
+  if (entries_.empty()) throw BadSpreadsheet(SpreadsheetFault::kDamaged);
 }
 
 // The last sector of a file may be cut where its data end.
 std::string_view CompoundFile::Sector(std::uint32_t number) const {
   const std::uint64_t offset = (std::uint64_t{number} + 1) * sector_size_;
-  if (number > kLastSector || offset >= bytes_.size()) throw SpreadsheetFault::kDamaged;
+  if (number > kLastSector || offset >= bytes_.size()) throw BadSpreadsheet(SpreadsheetFault::kDamaged);
   return bytes_.substr(offset, sector_size_);
 }
 
@@ -61,9 +61,9 @@ void CompoundFile::ReadAllocationTable() {
   const std::size_t all_sectors = bytes_.size() / sector_size_ + 1;
   std::uint32_t further = LittleEndian<std::uint32_t>(bytes_, 68);
   for (std::size_t steps = 0; further <= kLastSector; ++steps) {
-    if (steps > all_sectors) throw SpreadsheetFault::kDamaged;  // the chain bites its tail
+    if (steps > all_sectors) throw BadSpreadsheet(SpreadsheetFault::kDamaged);  // the chain bites its tail
     const std::string_view sector = Sector(further);
-    if (sector.size() < sector_size_) throw SpreadsheetFault::kDamaged;
+    if (sector.size() < sector_size_) throw BadSpreadsheet(SpreadsheetFault::kDamaged);
     AppendNumbers(table_sectors, sector);
     further = table_sectors.back();
     table_sectors.pop_back();
@@ -71,9 +71,9 @@ void CompoundFile::ReadAllocationTable() {
   std::size_t known = 0;
   for (const std::uint32_t number : table_sectors) {
     if (number > kLastSector) continue;
-    if (++known > all_sectors) throw SpreadsheetFault::kDamaged;
+    if (++known > all_sectors) throw BadSpreadsheet(SpreadsheetFault::kDamaged);
     const std::string_view sector = Sector(number);
-    if (sector.size() < sector_size_) throw SpreadsheetFault::kDamaged;
+    if (sector.size() < sector_size_) throw BadSpreadsheet(SpreadsheetFault::kDamaged);
     AppendNumbers(next_, sector);
   }
 }
@@ -82,7 +82,8 @@ std::string CompoundFile::Chain(std::uint32_t start) const {
   std::string data;
   std::size_t steps = 0;
   for (std::uint32_t number = start; number != kEndOfChain && number != kFree; number = next_[number]) {
-    if (number >= next_.size() || ++steps > bytes_.size() / sector_size_ + 1) throw SpreadsheetFault::kDamaged;
+    if (number >= next_.size() || ++steps > bytes_.size() / sector_size_ + 1)
+      throw BadSpreadsheet(SpreadsheetFault::kDamaged);
     data.append(Sector(number));
   }
   return data;
@@ -97,7 +98,7 @@ std::string CompoundFile::MiniChain(std::uint32_t start, std::uint32_t size) con
   for (std::uint32_t number = start; data.size() < size; number = next[number]) {
     const std::uint64_t offset = std::uint64_t{number} * mini_sector_size_;
     if (number >= next.size() || offset >= mini_stream.size() || data.size() > mini_stream.size()) {
-      throw SpreadsheetFault::kDamaged;
+      throw BadSpreadsheet(SpreadsheetFault::kDamaged);
     }
     data.append(mini_stream, offset, mini_sector_size_);
   }
@@ -136,7 +137,7 @@ std::optional<std::string> CompoundFile::Stream(std::string_view name) const {
     const Entry& entry = entries_[index];
     if (entry.type == kStreamType && SameName(entry.name, name)) {
       std::string data = entry.size < mini_limit_ ? MiniChain(entry.start, entry.size) : Chain(entry.start);
-      if (data.size() < entry.size) throw SpreadsheetFault::kDamaged;
+      if (data.size() < entry.size) throw BadSpreadsheet(SpreadsheetFault::kDamaged);
       data.resize(entry.size);
       return data;
     }

@@ -22,11 +22,11 @@ TInteger LittleEndian(std::string_view bytes, std::size_t offset) {
 /// A compound file in memory. Its bytes must outlive it.
 class CompoundFile {
  public:
-  /// Throws SpreadsheetFault::kDamaged when its tables don't hold together.
+  /// Throws BadSpreadsheet: kDamaged when its tables don't hold together.
   explicit CompoundFile(std::string_view bytes);
 
   /// The whole stream of that name in the topmost folder, without regard to the case of Latin letters; nullopt when
-  /// there is none. Throws SpreadsheetFault::kDamaged when it isn't there to its end.
+  /// there is none. Throws BadSpreadsheet: kDamaged when it isn't there to its end.
   std::optional<std::string> Stream(std::string_view name) const;
 
  private:

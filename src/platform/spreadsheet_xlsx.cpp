@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdint>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace zrt {
@@ -75,7 +77,8 @@ class WorkbookReader final : public XmlReader {
  private:
   void StartElement(std::string_view name, const XmlAttributes& attributes) override {
     const std::string_view element = WithoutPrefix(name);
-    if (is_root_ && element != "workbook") throw SpreadsheetFault::kOtherKind;  // a text document, a presentation
+    if (is_root_ && element != "workbook")
+      throw BadSpreadsheet(SpreadsheetFault::kOtherKind);  // a text document, a presentation
     is_root_ = false;
     if (element == "sheet") SheetIds.emplace_back(attributes.WithAnyPrefix("id"));
   }
@@ -131,7 +134,7 @@ class RunsReader : public XmlReader {
   }
   void Text(std::string_view text) override {
     if (!capturing_) return;
-    if (text.size() > kMaxSpreadsheetCellText - text_.size()) throw SpreadsheetFault::kTooLarge;
+    if (text.size() > kMaxSpreadsheetCellText - text_.size()) throw BadSpreadsheet(SpreadsheetFault::kTooLarge);
     text_ += text;
   }
 
@@ -159,7 +162,7 @@ class SharedTextsReader final : public RunsReader {
     const std::string_view element = WithoutPrefix(name);
     EndRun(element);
     if (element != "si") return;
-    if (Texts.size() == kMaxSpreadsheetCells) throw SpreadsheetFault::kTooLarge;
+    if (Texts.size() == kMaxSpreadsheetCells) throw BadSpreadsheet(SpreadsheetFault::kTooLarge);
     Texts.push_back(cells_.Keep(WithoutEscapes(text_)));
   }
 
@@ -206,13 +209,13 @@ class SheetReader final : public RunsReader {
   static std::int64_t Number(std::string_view digits) {
     std::int64_t number = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-    if (error != std::errc() || end != digits.data() + digits.size()) throw SpreadsheetFault::kDamaged;
+    if (error != std::errc() || end != digits.data() + digits.size()) throw BadSpreadsheet(SpreadsheetFault::kDamaged);
     return number;
   }
 
   static std::int64_t RowNumber(std::string_view digits) {
     const std::int64_t row = Number(digits);
-    if (row < 1 || row > kMaxSpreadsheetRows) throw SpreadsheetFault::kDamaged;
+    if (row < 1 || row > kMaxSpreadsheetRows) throw BadSpreadsheet(SpreadsheetFault::kDamaged);
     return row;
   }
 
@@ -236,7 +239,7 @@ class SheetReader final : public RunsReader {
     if (text_.empty()) return;
     if (type_ == "s") {
       const std::int64_t index = Number(text_);
-      if (index < 0 || index >= std::ssize(shared_texts_)) throw SpreadsheetFault::kDamaged;
+      if (index < 0 || index >= std::ssize(shared_texts_)) throw BadSpreadsheet(SpreadsheetFault::kDamaged);
       cells_.Put(row_, column_, shared_texts_[static_cast<std::size_t>(index)]);
     } else if (type_ == "str" || type_ == "inlineStr") {
       cells_.Put(row_, column_, cells_.Keep(WithoutEscapes(text_)));
@@ -261,7 +264,7 @@ class SheetReader final : public RunsReader {
 
 SpreadsheetCells ReadXlsx(const ZipFile& zip) {
   const std::string workbook_name = RelationsReader(zip, "").TargetOfType("/officeDocument");
-  if (workbook_name.empty() || !workbook_name.ends_with(".xml")) throw SpreadsheetFault::kOtherKind;
+  if (workbook_name.empty() || !workbook_name.ends_with(".xml")) throw BadSpreadsheet(SpreadsheetFault::kOtherKind);
   WorkbookReader workbook;
   workbook.Read(zip, workbook_name);
 
@@ -269,7 +272,7 @@ SpreadsheetCells ReadXlsx(const ZipFile& zip) {
   SpreadsheetCells cells;
   for (const std::string& id : workbook.SheetIds) {
     const Relation* const sheet = relations.Find(id);
-    if (sheet == nullptr) throw SpreadsheetFault::kDamaged;
+    if (sheet == nullptr) throw BadSpreadsheet(SpreadsheetFault::kDamaged);
     if (!sheet->type.ends_with("/worksheet")) continue;
 
     SharedTextsReader shared(cells);
@@ -279,7 +282,7 @@ SpreadsheetCells ReadXlsx(const ZipFile& zip) {
     cells.Finish();
     return cells;
   }
-  throw SpreadsheetFault::kNoSheet;
+  throw BadSpreadsheet(SpreadsheetFault::kNoSheet);
 }
 
 }  // namespace zrt

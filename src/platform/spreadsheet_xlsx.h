@@ -5,7 +5,7 @@
 
 namespace zrt {
 
-/// The first worksheet of an .xlsx archive. Throws SpreadsheetFault; kOtherKind when the archive holds no workbook.
+/// The first worksheet of an .xlsx archive. Throws BadSpreadsheet; kOtherKind when the archive holds no workbook.
 SpreadsheetCells ReadXlsx(const ZipFile& zip);
 
 }  // namespace zrt

@@ -64,7 +64,7 @@ ZipFile::ZipFile(std::string_view bytes) : zip_(nullptr, zip_discard) {
     if (!zip_) zip_source_free(source);
   }
   zip_error_fini(&error);
-  if (!zip_) throw SpreadsheetFault::kDamaged;
+  if (!zip_) throw BadSpreadsheet(SpreadsheetFault::kDamaged);
 }
 
 bool ZipFile::Has(const std::string& name) const {
@@ -75,14 +75,14 @@ std::unique_ptr<zip_file_t, int (*)(zip_file_t*)> ZipFile::OpenMember(const std:
   const zip_int64_t index = zip_name_locate(zip_.get(), name.c_str(), ZIP_FL_NOCASE);
   zip_stat_t stat;
   if (index < 0 || zip_stat_index(zip_.get(), static_cast<zip_uint64_t>(index), 0, &stat) != 0) {
-    throw SpreadsheetFault::kDamaged;
+    throw BadSpreadsheet(SpreadsheetFault::kDamaged);
   }
   if ((stat.valid & ZIP_STAT_ENCRYPTION_METHOD) != 0 && stat.encryption_method != ZIP_EM_NONE) {
-    throw SpreadsheetFault::kEncrypted;
+    throw BadSpreadsheet(SpreadsheetFault::kEncrypted);
   }
   std::unique_ptr<zip_file_t, int (*)(zip_file_t*)> member(
       zip_fopen_index(zip_.get(), static_cast<zip_uint64_t>(index), 0), zip_fclose);
-  if (!member) throw SpreadsheetFault::kDamaged;
+  if (!member) throw BadSpreadsheet(SpreadsheetFault::kDamaged);
   return member;
 }
 
@@ -133,7 +133,7 @@ struct XmlReader::Callbacks {
   // Entities of its own are what no spreadsheet program writes, and what a few bytes become gigabytes by.
   static void XMLCALL Entity(void* user_data, const char*, int, const char*, int, const char*, const char*, const char*,
                              const char*) {
-    Do(user_data, [](XmlReader&) { throw SpreadsheetFault::kDamaged; });
+    Do(user_data, [](XmlReader&) { throw BadSpreadsheet(SpreadsheetFault::kDamaged); });
   }
 };
 
@@ -142,7 +142,7 @@ void XmlReader::Read(const ZipFile& zip, const std::string& name) {
   const XML_Memory_Handling_Suite memory{Allocate, Reallocate, Free};
   const std::unique_ptr<XML_ParserStruct, void (*)(XML_Parser)> parser(XML_ParserCreate_MM(nullptr, &memory, nullptr),
                                                                        XML_ParserFree);
-  if (!parser) throw SpreadsheetFault::kTooLarge;
+  if (!parser) throw BadSpreadsheet(SpreadsheetFault::kTooLarge);
   Callbacks callbacks{*this, parser.get()};
   failure_ = nullptr;
   XML_SetUserData(parser.get(), &callbacks);
@@ -155,13 +155,13 @@ void XmlReader::Read(const ZipFile& zip, const std::string& name) {
   zip_int64_t length = 0;
   do {
     length = zip_fread(member.get(), block, sizeof block);
-    if (length < 0) throw SpreadsheetFault::kDamaged;
+    if (length < 0) throw BadSpreadsheet(SpreadsheetFault::kDamaged);
     total += static_cast<std::size_t>(length);
-    if (total > kMaxMember) throw SpreadsheetFault::kTooLarge;
+    if (total > kMaxMember) throw BadSpreadsheet(SpreadsheetFault::kTooLarge);
     if (XML_Parse(parser.get(), block, static_cast<int>(length), length == 0) != XML_STATUS_OK) {
       if (failure_) std::rethrow_exception(failure_);
-      throw XML_GetErrorCode(parser.get()) == XML_ERROR_NO_MEMORY ? SpreadsheetFault::kTooLarge
-                                                                  : SpreadsheetFault::kDamaged;
+      const bool too_large = XML_GetErrorCode(parser.get()) == XML_ERROR_NO_MEMORY;
+      throw BadSpreadsheet(too_large ? SpreadsheetFault::kTooLarge : SpreadsheetFault::kDamaged);
     }
   } while (length > 0);
 }

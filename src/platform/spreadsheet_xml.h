@@ -15,12 +15,12 @@ namespace zrt {
 /// An archive in memory. Its bytes must outlive it.
 class ZipFile {
  public:
-  /// Throws SpreadsheetFault::kDamaged when the bytes are no whole archive.
+  /// Throws BadSpreadsheet: kDamaged when the bytes are no whole archive.
   explicit ZipFile(std::string_view bytes);
 
   bool Has(const std::string& name) const;
 
-  /// Handle of a member for zip_fread. Throws SpreadsheetFault: kDamaged when missing, kEncrypted.
+  /// Handle of a member for zip_fread. Throws BadSpreadsheet: kDamaged when missing, kEncrypted.
   std::unique_ptr<zip_file_t, int (*)(zip_file_t*)> OpenMember(const std::string& name) const;
 
  private:
@@ -51,7 +51,7 @@ class XmlReader {
  public:
   virtual ~XmlReader() = default;
 
-  /// Reads the member to its end. Throws SpreadsheetFault: kDamaged when it is missing, its checksum is wrong or it is
+  /// Reads the member to its end. Throws BadSpreadsheet: kDamaged when it is missing, its checksum is wrong or it is
   /// no well-formed XML, kEncrypted, kTooLarge; and whatever the functions below throw.
   void Read(const ZipFile& zip, const std::string& name);
 

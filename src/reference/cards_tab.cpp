@@ -1,5 +1,7 @@
 #include "reference/cards_tab.h"
 
+#include <fmt/format.h>
+
 #include "core/numbers.h"
 #include "ui/desktop.h"
 

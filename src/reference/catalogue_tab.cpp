@@ -1,5 +1,7 @@
 #include "reference/catalogue_tab.h"
 
+#include <fmt/format.h>
+
 #include "core/numbers.h"
 #include "reference/product_list.h"
 #include "ui/desktop.h"
@@ -34,7 +36,7 @@ CatalogueTab::CatalogueTab(Form& form, Session& session, ModuleReg& stock, frmPL
   CheckUkt.Click = [this] { FormatProductGrid(); };
   CmdRefrTov.Click = [this] { CmdRefrTov_Click(); };
   CmdImportTov.Click = [this] { ImportProducts(); };
-  CmdNew.Click = [this] { card_.NewProductCard(frmPLU::kFromCatalogue); };
+  CmdNew.Click = [this] { card_.NewProductCard(ProductCardCaller::kCatalogue); };
   CmdCopy.Click = [this] { CmdCopy_Click(); };
   CmdShow.Click = [this] { CmdShow_Click(); };
   CmdDelPLU.Click = [this] { CmdDelPLU_Click(); };
@@ -119,7 +121,7 @@ void CatalogueTab::DataGrid1_KeyDown(int index, Key& key) {
 void CatalogueTab::Choose(int index) {
   if (Products().Bof() || Products().Eof()) return;
   if (index == 0) {
-    if (session_.FullEditMode) card_.OpenProductCard(CurrentCod(), frmPLU::kFromCatalogue);
+    if (session_.FullEditMode) card_.OpenProductCard(CurrentCod(), ProductCardCaller::kCatalogue);
   } else if (ChooseForPanel) {
     ChooseForPanel();
   }
@@ -136,11 +138,11 @@ void CatalogueTab::CmdRefrTov_Click() {
 }
 
 void CatalogueTab::CmdCopy_Click() {
-  if (HasRows()) card_.CopyProductCard(CurrentCod(), frmPLU::kFromCatalogue);
+  if (HasRows()) card_.CopyProductCard(CurrentCod(), ProductCardCaller::kCatalogue);
 }
 
 void CatalogueTab::CmdShow_Click() {
-  if (HasRows()) card_.OpenProductCard(CurrentCod(), frmPLU::kFromCatalogue);
+  if (HasRows()) card_.OpenProductCard(CurrentCod(), ProductCardCaller::kCatalogue);
 }
 
 void CatalogueTab::CmdDelPLU_Click() {

@@ -1,5 +1,9 @@
 #include "reference/frm_dk.h"
 
+#include <fmt/format.h>
+
+#include <optional>
+
 #include "core/numbers.h"
 #include "core/text.h"
 #include "ui/desktop.h"

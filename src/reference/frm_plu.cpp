@@ -1,5 +1,11 @@
 #include "reference/frm_plu.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <optional>
+
 #include "core/numbers.h"
 #include "core/text.h"
 #include "ui/desktop.h"
@@ -73,7 +79,7 @@ void frmPLU::AddMassivToList() {
   for (int parts = 2; parts <= 12; ++parts) ListKVP.AddItem(std::to_string(parts));
 }
 
-void frmPLU::NewProductCard(std::uint8_t caller) {
+void frmPLU::NewProductCard(ProductCardCaller caller) {
   PutNextCode();
   TextName.Text = "";
   Caption = std::string(kNewCaption);
@@ -93,7 +99,7 @@ void frmPLU::NewProductCard(std::uint8_t caller) {
   ShowFor(caller, TextName);
 }
 
-void frmPLU::CopyProductCard(std::int32_t cod, std::uint8_t caller) {
+void frmPLU::CopyProductCard(std::int32_t cod, ProductCardCaller caller) {
   PutNextCode();
   if (!ReadProduct(cod)) return;
   Caption = std::string(kNewCaption);
@@ -101,7 +107,7 @@ void frmPLU::CopyProductCard(std::int32_t cod, std::uint8_t caller) {
   ShowFor(caller, TextName);
 }
 
-void frmPLU::OpenProductCard(std::int32_t cod, std::uint8_t caller) {
+void frmPLU::OpenProductCard(std::int32_t cod, ProductCardCaller caller) {
   if (!ReadProduct(cod)) return;
   LabelCod.Caption = std::to_string(cod);
   Caption = "Карточка товара: " + TextName.Text();
@@ -179,7 +185,7 @@ void frmPLU::ShowLocation(const std::string& code) {
   }
 }
 
-void frmPLU::ShowFor(std::uint8_t caller, TextBox& first) {
+void frmPLU::ShowFor(ProductCardCaller caller, TextBox& first) {
   CardCaller = caller;
   // What is typed is as long as the shop's columns are.
   const Recordset& list = session_.Pool().RsProducts;
@@ -205,7 +211,7 @@ void frmPLU::Save() {
   SaveProductCard(ToInt32(session_.Format().ToNumber(LabelCod.Caption())), CardCaller);
 }
 
-void frmPLU::SaveProductCard(std::int32_t cod, const std::uint8_t& caller) {
+void frmPLU::SaveProductCard(std::int32_t cod, ProductCardCaller caller) {
   const RegionalFormat& format = session_.Format();
   const std::optional<double> typed = format.ParseNumber(TextPrise.Text());
   if (!typed) return Refuse("Введите числовое значение!", TextPrise);
@@ -236,7 +242,8 @@ void frmPLU::SaveProductCard(std::int32_t cod, const std::uint8_t& caller) {
                   no_stock, ukt));
 
   if (ProductsChanged) ProductsChanged();
-  if (caller < ShowSaved.size() && ShowSaved[caller]) ShowSaved[caller](TextName.Text());
+  const auto& show = caller == ProductCardCaller::kCatalogue ? ShowInCatalogue : ShowInPicker;
+  if (show) show(TextName.Text());
   Hide();
 }
 

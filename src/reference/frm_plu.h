@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -19,20 +18,20 @@ std::uint8_t LocationCode(std::string_view place, std::string_view workshop);
 /// TOVAR.N1 of a product: 0 none, 1 "АЛКОГОЛЬ", 2 "СИГАРЕТЫ".
 std::uint8_t ExciseCode(std::string_view kind);
 
+/// Who opens the product card: after a save that one's list goes to the saved product.
+enum class ProductCardCaller : std::uint8_t { kCatalogue = 0, kPicker = 1 };
+
 /// The product card. A product may have several rows in TOVAR; a save of the card leaves one, with COD1=1. It also puts
 /// the balance and what was sold since the shift's start to 0; "Обновить остатки из регистра" brings them back.
 class frmPLU final : public Form {
  public:
-  /// Who opens the card; a save brings the saved product before his eyes.
-  static constexpr std::uint8_t kFromCatalogue = 0;
-  static constexpr std::uint8_t kFromPicker = 1;
-
   frmPLU(Desktop& desktop, Session& session);
 
   /// Called after every save: the catalogue has changed.
   std::function<void()> ProductsChanged;
-  /// Called after that for the caller, by his number: his list goes to the product of this name.
-  std::array<std::function<void(const std::string& name)>, 2> ShowSaved;
+  /// Called after that, the one of the caller: its list goes to the product of this name.
+  std::function<void(const std::string& name)> ShowInCatalogue;
+  std::function<void(const std::string& name)> ShowInPicker;
 
   Label LabelCod{*this, "LabelCod"};
   TextBox TextName{*this, "TextName"};
@@ -56,18 +55,18 @@ class frmPLU final : public Form {
   Button CancelButton{*this, "CancelButton"};
 
   /// Opens an empty card with the next free code, modally. Throws DatabaseError.
-  void NewProductCard(std::uint8_t caller);
+  void NewProductCard(ProductCardCaller caller);
   /// Opens a card with the next free code and what product `cod` has, but for its barcode; nothing when there is no
   /// such product. Throws DatabaseError.
-  void CopyProductCard(std::int32_t cod, std::uint8_t caller);
+  void CopyProductCard(std::int32_t cod, ProductCardCaller caller);
   /// Opens the card of product `cod`; nothing when there is no such product. Throws DatabaseError.
-  void OpenProductCard(std::int32_t cod, std::uint8_t caller);
+  void OpenProductCard(std::int32_t cod, ProductCardCaller caller);
 
   /// Checks the card and writes it as product `cod`, tells `caller` and hides the card. The product's old rows are
   /// deleted before the barcode is checked and the numbers are read: after a refused barcode or a failure the product
   /// is gone until the card is mended and saved. Throws DatabaseError; TypeMismatch and OverflowError for a weight
   /// code, portion or number of parts that is no 16-bit number.
-  void SaveProductCard(std::int32_t cod, const std::uint8_t& caller);
+  void SaveProductCard(std::int32_t cod, ProductCardCaller caller);
 
   /// TOVAR.COD of the first row with this barcode, 0 without one. Throws DatabaseError.
   std::int32_t FindCodeByBarcode(const std::string& barcode);
@@ -86,11 +85,11 @@ class frmPLU final : public Form {
   /// Fills the card, except for the code; false when there is no such product.
   bool ReadProduct(std::int32_t cod);
   void ShowLocation(const std::string& code);
-  void ShowFor(std::uint8_t caller, TextBox& first);
+  void ShowFor(ProductCardCaller caller, TextBox& first);
   void Refuse(const std::string& message, TextBox& box);
 
   Session& session_;
-  std::uint8_t CardCaller = kFromCatalogue;
+  ProductCardCaller CardCaller = ProductCardCaller::kCatalogue;
 };
 
 }  // namespace zrt

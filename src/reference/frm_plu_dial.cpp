@@ -1,5 +1,7 @@
 #include "reference/frm_plu_dial.h"
 
+#include <fmt/format.h>
+
 #include "core/numbers.h"
 #include "reference/pick_rules.h"
 

@@ -1,5 +1,9 @@
 #include "reference/frm_plu_podb.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
+
 #include "core/numbers.h"
 #include "core/text.h"
 #include "reference/pick_rules.h"
@@ -40,12 +44,12 @@ frmPLUpodb::frmPLUpodb(Desktop& desktop, Session& session, ModuleReg& stock, frm
   TextKol.KeyDown = [this](Key& key) { TextKol_KeyDown(key); };
   TextPrice.KeyDown = [this](Key& key) { TextPrice_KeyDown(key); };
   OKButton.Click = [this] { SendDataToForm(); };
-  CmdNewPLU.Click = [this] { card_.NewProductCard(frmPLU::kFromPicker); };
+  CmdNewPLU.Click = [this] { card_.NewProductCard(ProductCardCaller::kPicker); };
   CmdCopyPLU.Click = [this] {
-    if (HasRows()) card_.CopyProductCard(CurrentCod(), frmPLU::kFromPicker);
+    if (HasRows()) card_.CopyProductCard(CurrentCod(), ProductCardCaller::kPicker);
   };
   CmdShowPLU.Click = [this] {
-    if (HasRows()) card_.OpenProductCard(CurrentCod(), frmPLU::kFromPicker);
+    if (HasRows()) card_.OpenProductCard(CurrentCod(), ProductCardCaller::kPicker);
   };
   CmdDelPLU.Click = [this] { CmdDelPLU_Click(); };
   Complete();

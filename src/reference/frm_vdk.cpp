@@ -1,5 +1,10 @@
 #include "reference/frm_vdk.h"
 
+#include <fmt/format.h>
+
+#include <cstdint>
+#include <string_view>
+
 #include "core/numbers.h"
 #include "ui/desktop.h"
 

@@ -1,5 +1,7 @@
 #include "reference/product_list.h"
 
+#include <fmt/format.h>
+
 #include "core/errors.h"
 #include "core/text.h"
 #include "ui/desktop.h"

@@ -1,6 +1,9 @@
 #include "reports/form9.h"
 
 #include <algorithm>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include "core/text.h"
 #include "reports/localisation_reports.h"

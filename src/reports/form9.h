@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 
 #include "platform/printer.h"
 #include "reports/kat_names.h"

@@ -1,5 +1,11 @@
 #include "reports/form_tab.h"
 
+#include <fmt/format.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+
 #include "ui/desktop.h"
 
 namespace zrt {
@@ -10,19 +16,19 @@ namespace {
 // hours into the shift on whose day it began. A LEFT JOIN keeps what was sold under a code that has no name.
 
 /// Staff by shift day: {staff} is the table of the names, {value} what is shown.
-constexpr const char* kByStaff =
+constexpr std::string_view kByStaff =
     "SELECT PROD.PERS As Cod, {staff}.NAME As Name, DATE_FORMAT(DATE_ADD(PROD.DATETIME, INTERVAL -{hour} HOUR), "
     "'%d.%m.%Y') As Dm,{value} FROM PROD LEFT JOIN {staff} ON PROD.PERS = {staff}.COD WHERE PROD.DATETIME >= '{from}' "
     "AND PROD.DATETIME < '{to}' GROUP BY PROD.PERS, {staff}.NAME";
-constexpr const char* kByCard =
+constexpr std::string_view kByCard =
     "SELECT PROD.REZ As Cod, DISCOUNT.BARCODE, DATE_FORMAT(DATE_ADD(PROD.DATETIME,INTERVAL -{hour} HOUR),'%d.%m.%Y'),"
     "{value} FROM PROD LEFT JOIN DISCOUNT ON PROD.REZ=DISCOUNT.REZ WHERE PROD.DATETIME>='{from}' AND "
     "PROD.DATETIME<'{to}' GROUP BY PROD.REZ, DISCOUNT.BARCODE";
 
 /// What is shown, before discounts and after them.
 struct Values {
-  const char* before;
-  const char* after;
+  std::string_view before;
+  std::string_view after;
 };
 constexpr Values kTakings = {" SUM((PROD.KOL*PROD.PRISE)/1000) As Ds",
                              " SUM((PROD.KOL*PROD.PRISE)/1000-PROD.SKID) As Ds"};
@@ -40,7 +46,7 @@ std::size_t Staff(const std::array<OptionButton, 2>& options) {
   return options[1].Value() ? 1 : 0;
 }
 
-std::string Statement(const char* text, const char* staff, const Values& values, bool before_discounts,
+std::string Statement(std::string_view text, std::string_view staff, const Values& values, bool before_discounts,
                       const ReportSpan& span) {
   const TablePeriod period = TablePeriodOf(span);
   return fmt::format(fmt::runtime(text), fmt::arg("staff", staff), fmt::arg("hour", span.hour),

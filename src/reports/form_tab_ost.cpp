@@ -1,12 +1,21 @@
 #include "reports/form_tab_ost.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
 #include "core/numbers.h"
 
 namespace zrt {
 
 namespace {
 
-constexpr const char* kProducts = "SELECT DISTINCT COD,NAME,BARCODE,PRISE,N5 FROM TOVAR";
+constexpr std::string_view kProducts = "SELECT DISTINCT COD,NAME,BARCODE,PRISE,N5 FROM TOVAR";
 /// By the option that is on.
 constexpr std::array kOrders = {" ORDER BY NAME", " ORDER BY COD", " ORDER BY PRISE,NAME", " ORDER BY N5,NAME"};
 enum ProductField { kCod, kName, kBarcode, kPrise };
@@ -40,9 +49,9 @@ void FormTabOst::CmdOst_Click() {
   if (!hour) return;
   Output.ShowQuery();
   const auto chosen = std::find_if(Option1.begin(), Option1.end(), [](const OptionButton& one) { return one.Value(); });
-  Recordset& products = TheSession().Pool().RsDays;
+  Recordset products;
   TheSession().BindSet(products,
-                       kProducts + std::string(kOrders.at(static_cast<std::size_t>(chosen - Option1.begin()))));
+                       fmt::format("{}{}", kProducts, kOrders.at(static_cast<std::size_t>(chosen - Option1.begin()))));
   Output.ShowBuilding();
   const std::string moment = StockMoment(AddDays(Day.Day(), 1), *hour);
   const std::string day = "на конец смены " + Day.LDate.Caption();
@@ -54,7 +63,6 @@ void FormTabOst::CmdOst_Click() {
     Output.SaveCsv("Ostatk_", {";;ОСТАТКИ ТОВАРОВ", ";;" + day}, MakeTable(products, moment, false));
   }
   Output.ShowDone();
-  products.Close();
 }
 
 ReportTable FormTabOst::MakeTable(const Recordset& products, const std::string& moment, bool for_book) {

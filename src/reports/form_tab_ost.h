@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <string>
 
 #include "reports/table_screen.h"
 #include "stock/module_reg.h"

@@ -1,5 +1,14 @@
 #include "reports/form_tab_run.h"
 
+#include <fmt/format.h>
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
 #include "core/numbers.h"
 #include "stock/document_kind.h"
 #include "ui/desktop.h"
@@ -8,11 +17,11 @@ namespace zrt {
 
 namespace {
 
-constexpr const char* kDocuments =
+constexpr std::string_view kDocuments =
     "SELECT DOCTYP,DOC,DATEDOC,KOL,OSTKOL FROM REGISTR WHERE RUN=1 AND COD={} AND DATEDOC>='{}' AND DATEDOC<'{}' ORDER "
     "BY DATEDOC ASC";
 /// Only goods that are kept as stock.
-constexpr const char* kTurnover =
+constexpr std::string_view kTurnover =
     "SELECT REGISTR.DOCTYP,REGISTR.COD,TOVAR.NAME,SUM(REGISTR.KOL) FROM REGISTR LEFT JOIN TOVAR ON "
     "REGISTR.COD=TOVAR.COD WHERE TOVAR.COD1=1 AND REGISTR.RUN=1 AND REGISTR.DATEDOC>='{}' AND REGISTR.DATEDOC<'{}' "
     "GROUP "
@@ -102,7 +111,7 @@ void FormTabRun::CmdRun_Click() {
   if (!span) return;
   Output.ShowQuery();
   const std::string from = StockMoment(span->first, span->hour);
-  Recordset& documents = TheSession().Pool().RsDays;
+  Recordset documents;
   TheSession().BindSet(documents, fmt::format(kDocuments, *cod_, from, StockMoment(span->last, span->hour)));
   Output.ShowBuilding();
   if (documents.RecordCount() == 0) {
@@ -114,7 +123,6 @@ void FormTabRun::CmdRun_Click() {
         [&] { return DocumentTable(documents, *cod_, from); }, kDocumentLook);
   }
   Output.ShowDone();
-  documents.Close();
 }
 
 void FormTabRun::CmdRunAll_Click() {
@@ -123,7 +131,7 @@ void FormTabRun::CmdRunAll_Click() {
   Output.ShowQuery();
   const std::string from = StockMoment(span->first, span->hour);
   const std::string to = StockMoment(span->last, span->hour);
-  Recordset& turnover = TheSession().Pool().RsDays;
+  Recordset turnover;
   TheSession().BindSet(turnover, fmt::format(kTurnover, from, to));
   Output.ShowBuilding();
   if (turnover.RecordCount() == 0) {
@@ -133,7 +141,6 @@ void FormTabRun::CmdRunAll_Click() {
         "Tovar_ALL", "ДВИЖЕНИЕ ТОВАРА", *span, ";", [&] { return TurnoverTable(turnover, from, to); }, kTurnoverLook);
   }
   Output.ShowDone();
-  turnover.Close();
 }
 
 ReportTable FormTabRun::DocumentTable(const Recordset& documents, std::int32_t cod, const std::string& from) {

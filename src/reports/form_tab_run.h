@@ -1,5 +1,10 @@
 #pragma once
 
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
 #include "reports/table_screen.h"
 #include "stock/module_reg.h"
 #include "stock/product_picker.h"

@@ -1,5 +1,12 @@
 #include "reports/form_tab_tim.h"
 
+#include <fmt/format.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
 namespace zrt {
 
 namespace {
@@ -7,19 +14,19 @@ namespace {
 // One set gives the totals of the days, the other the cells; the hour is counted from the start of the shift.
 
 /// {value} is what is shown.
-constexpr const char* kTakings =
+constexpr std::string_view kTakings =
     "SELECT Date_Format(DATETIME - INTERVAL {hour} HOUR, '%d.%m.%Y') As Dt, HOUR(DATETIME - INTERVAL {hour} HOUR) As "
     "Hr,"
     "{value} FROM PROD WHERE DATETIME >= '{from}' AND DATETIME < '{to}'";
-constexpr const char* kOrders =
+constexpr std::string_view kOrders =
     "SELECT Date_Format(DATETIME - INTERVAL {hour} HOUR, '%d.%m.%Y') As 'Dt', HOUR(DATETIME - INTERVAL {hour} HOUR) As "
     "'Hr',{value} FROM PROD WHERE DATETIME >= '{from}' AND DATETIME < '{to}'";
-constexpr const char* kBeforeDiscounts = " SUM((KOL*PRISE)/1000) As Ds";
-constexpr const char* kAfterDiscounts = " SUM((KOL*PRISE)/1000-SKID) As Ds";
+constexpr std::string_view kBeforeDiscounts = " SUM((KOL*PRISE)/1000) As Ds";
+constexpr std::string_view kAfterDiscounts = " SUM((KOL*PRISE)/1000-SKID) As Ds";
 /// A thousand times as many as there are, for the table divides whatever it shows.
-constexpr const char* kOrderCount = " COUNT(DISTINCT CONCAT_WS('_', TER, NUM))*1000";
-constexpr const char* kByDay = " GROUP BY Dt";
-constexpr const char* kByDayAndHour = " GROUP BY Dt, Hr";
+constexpr std::string_view kOrderCount = " COUNT(DISTINCT CONCAT_WS('_', TER, NUM))*1000";
+constexpr std::string_view kByDay = " GROUP BY Dt";
+constexpr std::string_view kByDayAndHour = " GROUP BY Dt, Hr";
 
 enum Field { kDt, kHr, kDs };
 constexpr std::size_t kHours = 24;
@@ -53,10 +60,10 @@ ReportTable MakeTable(const Recordset& days, const Recordset& hours, int shift_h
 }  // namespace
 
 struct FormTabTim::Table {
-  const char* statement;
-  const char* value;
-  const char* title;
-  const char* file_prefix;
+  std::string_view statement;
+  std::string_view value;
+  std::string_view title;
+  std::string_view file_prefix;
 };
 
 FormTabTim::FormTabTim(Desktop& desktop, const TableTools& tools)
@@ -92,20 +99,18 @@ void FormTabTim::ShowTable(const Table& table) {
   const std::string statement =
       fmt::format(fmt::runtime(table.statement), fmt::arg("hour", span->hour), fmt::arg("value", table.value),
                   fmt::arg("from", period.from), fmt::arg("to", period.to));
-  Recordset& days = TheSession().Pool().RsTotal;
-  Recordset& hours = TheSession().Pool().RsDays;
-  TheSession().BindSet(days, statement + kByDay);
-  TheSession().BindSet(hours, statement + kByDayAndHour);
+  Recordset days;
+  Recordset hours;
+  TheSession().BindSet(days, fmt::format("{}{}", statement, kByDay));
+  TheSession().BindSet(hours, fmt::format("{}{}", statement, kByDayAndHour));
   Output.ShowBuilding();
   if (days.RecordCount() == 0) {
     Output.TellNoData();
   } else {
-    Output.SaveCsv(table.file_prefix, {table.title, ";;" + Period.Text()},
+    Output.SaveCsv(std::string(table.file_prefix), {std::string(table.title), ";;" + Period.Text()},
                    MakeTable(days, hours, span->hour, TheSession().Format()));
   }
   Output.ShowDone();
-  days.Close();
-  hours.Close();
 }
 
 }  // namespace zrt

@@ -14,7 +14,7 @@ namespace {
 /// Where a kitchen's text stands in the settings: CONST, row `cod`, column `column`.
 struct KatNameColumn {
   int cod;
-  const char* column;
+  std::string_view column;
 };
 constexpr std::array<KatNameColumn, KatNames::kKitchens> kColumns = {{{5, "N9"}, {5, "N10"}, {6, "N10"}}};
 

@@ -18,8 +18,8 @@ struct Place {
 };
 
 inline constexpr int kBarCategory = 0;
-inline constexpr const char* kBarLabel = "Бар                  ";
-inline constexpr const char* kAlcoholLabel = "в т.ч. алк. + сиг.   ";
+inline constexpr std::string_view kBarLabel = "Бар                  ";
+inline constexpr std::string_view kAlcoholLabel = "в т.ч. алк. + сиг.   ";
 
 /// Names that the shop gives its three kitchens and their workshops. Each kitchen keeps its four in one column of the
 /// settings: 14 characters of its own name and three times 12 of its workshops'.

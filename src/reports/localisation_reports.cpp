@@ -1,5 +1,11 @@
 #include "reports/localisation_reports.h"
 
+#include <fmt/format.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+
 #include "core/numbers.h"
 #include "core/text.h"
 #include "reports/figures.h"
@@ -88,7 +94,7 @@ void ReportGoodsByLocalisation(Session& session, const KatNames& names, ListBox&
   lines.DoubleRule();
   lines.Line("Категория              " + std::string(wide ? kWideColumns : 0, ' ') + "со скидк. без скид.");
   lines.SingleRule();
-  PlaceWithGoods(lines, figures, session, {kBarCategory, kBarLabel}, wide);
+  PlaceWithGoods(lines, figures, session, {kBarCategory, std::string(kBarLabel)}, wide);
   for (const Place& place : names.Places()) PlaceWithGoods(lines, figures, session, place, wide);
   lines.Empty();
   lines.DoubleRule();

@@ -1,6 +1,11 @@
 #include "reports/period_choice.h"
 
+#include <fmt/format.h>
+
+#include <optional>
+
 #include "core/numbers.h"
+#include "core/shift_hour.h"
 #include "ui/desktop.h"
 
 namespace zrt {
@@ -10,9 +15,7 @@ ShiftHourChoice::ShiftHourChoice(Form& form, Session& session) : FormSection(for
 }
 
 void ShiftHourChoice::Load() {
-  std::vector<std::string> hours;
-  for (int hour = 0; hour < 24; ++hour) hours.push_back(std::to_string(hour));
-  Combo1.Items = std::move(hours);
+  Combo1.Items = ShiftHours();
   Combo1.Text = "";
 }
 
@@ -23,8 +26,7 @@ void ShiftHourChoice::Show(const std::string& stored) {
 }
 
 void ShiftHourChoice::ReadStored() {
-  const Recordset hour = session_.ReadOne("SELECT N8 FROM CONST WHERE COD=5");
-  if (!hour.Eof() && !hour.IsNull(0)) return Show(hour.Field(0).Text());
+  if (const std::optional<std::string> hour = ReadShiftHour(session_)) return Show(*hour);
   Show("00");
   Combo1.Text = "0";
 }
@@ -38,7 +40,7 @@ std::optional<int> ShiftHourChoice::Hour() const {
 }
 
 void ShiftHourChoice::Combo1_Click() {
-  session_.Write("UPDATE CONST SET N8=" + Combo1.Text() + " WHERE COD=5");
+  StoreShiftHour(session_, Combo1.Text());
   // Three blanks here where the hour that was stored before shows with two: the labels go into files as they stand.
   const std::string hour = fmt::format("{:0>2}:00:00", Combo1.Text());
   Label1.Caption = "с   " + hour;

@@ -1,6 +1,9 @@
 #include "reports/report_table.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <map>
+#include <optional>
 
 #include "core/errors.h"
 #include "core/numbers.h"
@@ -96,7 +99,7 @@ ReportTable MakePivot(const Pivot& pivot, const RegionalFormat& format) {
     const std::string key = pivot.rows.At(row, pivot.key).TextOrEmpty();
     if (!place_of.emplace(key, table.rows.size()).second) continue;
     std::vector<std::string> cells = pivot.lead(table.rows.size() + 1, row);
-    cells.resize(columns, pivot.blank);
+    cells.resize(columns, std::string(pivot.blank));
     if (const auto total = total_of.find(key); total != total_of.end()) {
       put(cells, pivot.total_column, pivot.totals.At(total->second, pivot.value));
     }

@@ -1,5 +1,11 @@
 #include "reports/system_report.h"
 
+#include <fmt/format.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+
 #include "core/numbers.h"
 #include "core/text.h"
 #include "reports/figures.h"
@@ -107,7 +113,7 @@ class Block {
 
   void WritePlaces() {
     const std::optional<Takings> bar = figures_.Pair(figure::CategoryPair, {.category = kBarCategory});
-    lines_.Line(kBarLabel + (bar ? PairColumns(format_, *bar) : std::string()));
+    lines_.Line(std::string(kBarLabel) + (bar ? PairColumns(format_, *bar) : std::string()));
     PairIfAny(lines_, format_, kAlcoholLabel, figures_.Pair(figure::AlcoholPair));
     for (const Place& place : names_.Places()) {
       PairIfAny(lines_, format_, place.label, figures_.Pair(figure::CategoryPair, {.category = place.category}));

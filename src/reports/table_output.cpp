@@ -37,11 +37,8 @@ void TableOutput::SaveCsv(const std::string& prefix, const std::vector<std::stri
 
 void TableOutput::OpenWorkbook(const std::vector<std::string>& titles, const std::function<ReportTable()>& make_table,
                                const SheetLook& look) {
-  try {
-    tools_.spreadsheet.Open(MakeWorkbook(titles, make_table(), look));
-  } catch (const Error&) {
-    // A book that can't be made doesn't come, as one without a spreadsheet program doesn't.
-  }
+  // A book that can't be made doesn't come, as one without a spreadsheet program doesn't.
+  IgnoreFailure([&] { tools_.spreadsheet.Open(MakeWorkbook(titles, make_table(), look)); });
 }
 
 void TableOutput::Check3_Click() {

@@ -1,5 +1,9 @@
 #include "reports/table_screen.h"
 
+#include <fmt/format.h>
+
+#include <vector>
+
 namespace zrt {
 
 namespace {
@@ -80,15 +84,15 @@ ReportTable PivotScreen::PivotByDay(const DayTable& asked, const Recordset& days
 
 void PivotScreen::ShowTable(const DayTable& asked, const ReportSpan& span) {
   Output.ShowQuery();
-  Recordset& days = TheSession().Pool().RsDays;
-  Recordset& totals = TheSession().Pool().RsTotal;
-  TheSession().BindSet(days, asked.statement + GroupByDay(span.hour));
-  TheSession().BindSet(totals, asked.statement);
+  Recordset RsDays;   ///< a row for each key and day
+  Recordset RsTotal;  ///< a row for each key
+  TheSession().BindSet(RsDays, asked.statement + GroupByDay(span.hour));
+  TheSession().BindSet(RsTotal, asked.statement);
   Output.ShowBuilding();
-  if (days.RecordCount() == 0) {
+  if (RsDays.RecordCount() == 0) {
     Output.TellNoData();
   } else {
-    const auto table = [&] { return PivotByDay(asked, days, totals, span); };
+    const auto table = [&] { return PivotByDay(asked, RsDays, RsTotal, span); };
     const auto sheet = [&] {
       ReportTable in_book = WithoutNumbers(table());
       in_book.headers[kTotalColumnInBook - 1] = asked.total_header_in_book;
@@ -101,8 +105,6 @@ void PivotScreen::ShowTable(const DayTable& asked, const ReportSpan& span) {
     }
   }
   Output.ShowDone();
-  days.Close();
-  totals.Close();
 }
 
 }  // namespace zrt

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "reports/period_choice.h"
 #include "reports/table_output.h"

@@ -1,5 +1,9 @@
 #include "reports/waiters_full.h"
 
+#include <fmt/format.h>
+
+#include <string>
+
 #include "core/numbers.h"
 #include "core/text.h"
 #include "reports/report_text.h"

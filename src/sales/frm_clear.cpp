@@ -1,5 +1,7 @@
 #include "sales/frm_clear.h"
 
+#include <fmt/format.h>
+
 #include "core/errors.h"
 #include "ui/desktop.h"
 
@@ -74,11 +76,8 @@ void ClearingForm::ClearSalesData(const Clearing& what) {
     ShowState();
   }
   if (what.clear_marks) {
-    try {
-      session_.Write(fmt::format("DELETE FROM AKZMARK WHERE DAT <= '{}'", end));
-    } catch (const DatabaseError&) {
-      // Only restaurants have the table of the marks.
-    }
+    // Only restaurants have the table of the marks.
+    IgnoreFailure([&] { session_.Write(fmt::format("DELETE FROM AKZMARK WHERE DAT <= '{}'", end)); });
   }
   TheDesktop().MsgBox("Удалены записи по 23:59:59 " + day, BoxIcon::kExclamation, BoxButtons::kOk, "KORVINA");
   Hide();

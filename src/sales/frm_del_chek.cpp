@@ -1,5 +1,9 @@
 #include "sales/frm_del_chek.h"
 
+#include <fmt/format.h>
+
+#include <string_view>
+
 #include "core/numbers.h"
 
 namespace zrt {

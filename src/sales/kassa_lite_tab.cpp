@@ -1,6 +1,12 @@
 #include "sales/kassa_lite_tab.h"
 
+#include <fmt/format.h>
+
+#include <string>
+#include <string_view>
+
 #include "core/errors.h"
+#include "core/shift_hour.h"
 #include "sales/operator_input.h"
 #include "ui/desktop.h"
 
@@ -37,11 +43,11 @@ void KassaLiteTab::FirstFill() {
 }
 
 void KassaLiteTab::FillCombos() {
-  for (int hour = 0; hour < 24; ++hour) Combo3.AddItem(std::to_string(hour));
+  for (const std::string& hour : ShiftHours()) Combo3.AddItem(hour);
 }
 
 void KassaLiteTab::Combo3_Click() {
-  session_.Write(fmt::format("UPDATE CONST SET N8={} WHERE COD=5", Combo3.Text()));
+  StoreShiftHour(session_, Combo3.Text());
 }
 
 void KassaLiteTab::CmdPlusLite_Click() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "core/errors.h"
 #include "core/session.h"
 #include "sales/sales_statements.h"

@@ -1,6 +1,8 @@
 #include "sales/sales_csv.h"
 
+#include <array>
 #include <span>
+#include <vector>
 
 namespace zrt::sales {
 

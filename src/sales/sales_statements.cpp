@@ -1,5 +1,7 @@
 #include "sales/sales_statements.h"
 
+#include <fmt/format.h>
+
 namespace zrt::sales {
 
 const std::string_view kSales =

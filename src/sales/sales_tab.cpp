@@ -1,9 +1,17 @@
 #include "sales/sales_tab.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "core/errors.h"
 #include "core/numbers.h"
+#include "core/shift_hour.h"
 #include "core/text.h"
 #include "platform/text_file.h"
 #include "sales/operator_input.h"
@@ -127,7 +135,7 @@ void SalesTab::FirstFill() {
 }
 
 void SalesTab::FillCombos() {
-  for (int hour = 0; hour < 24; ++hour) Combo1.AddItem(std::to_string(hour));
+  for (const std::string& hour : ShiftHours()) Combo1.AddItem(hour);
   for (const char* excise : {"Всего", "Алкоголь", "Сигареты", "НЕакциз"}) Combo2.AddItem(excise);
   Combo2.Text = "Всего";
   ExciseFilter = 0;
@@ -160,7 +168,7 @@ void SalesTab::DG_Swith(int index, bool load) {
 }
 
 void SalesTab::Combo1_Click() {
-  session_.Write(fmt::format("UPDATE CONST SET N8={} WHERE COD=5", Combo1.Text()));
+  StoreShiftHour(session_, Combo1.Text());
 }
 
 void SalesTab::Combo2_Click() {

@@ -1,6 +1,11 @@
 #pragma once
 
 #include <array>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "core/session.h"
 #include "platform/drive_map.h"

@@ -1,5 +1,8 @@
 #include "stock/document_book.h"
 
+#include <fmt/format.h>
+
+#include "core/errors.h"
 #include "core/numbers.h"
 #include "stock/document_lines.h"
 
@@ -26,9 +29,15 @@ std::optional<WrittenHead> DocumentBook::InsertHead(const DocumentHead& head) {
   // The sum of a price change is always 0 and tells nothing.
   head_in_doubt_ = fmt::format("DTYPE='{}' AND CNTRL={}", kind_.dtype, control);
   if (kind_.lines != LinesIn::kDocPrice) head_in_doubt_ += fmt::format(" AND SUMM={}", head.sum);
-  session_.Write(fmt::format(
-      "INSERT INTO JOURNAL (DTYPE,DATEDOC,SUMM,KLIENT,PRIM,CNTRL,RUN,REZ) VALUES ('{}','{}',{},'{}','{}',{},NULL,0)",
-      kind_.dtype, head.date, head.sum, head.klient, head.prim, control));
+  try {
+    session_.Write(fmt::format(
+        "INSERT INTO JOURNAL (DTYPE,DATEDOC,SUMM,KLIENT,PRIM,CNTRL,RUN,REZ) VALUES ('{}','{}',{},'{}','{}',{},NULL,0)",
+        kind_.dtype, head.date, head.sum, head.klient, head.prim, control));
+  } catch (const DatabaseError&) {
+    // Refused, by a quote in a text: there is no head of ours, but another document may bear the same control number.
+    if (!session_.MainConnection.IsLost()) head_in_doubt_.clear();
+    throw;
+  }
   const Recordset written = session_.ReadOne("SELECT ID, DATEDOC FROM JOURNAL WHERE " + head_in_doubt_);
   if (written.RecordCount() == 0) return std::nullopt;
   head_in_doubt_.clear();

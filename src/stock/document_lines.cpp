@@ -1,5 +1,7 @@
 #include "stock/document_lines.h"
 
+#include <fmt/format.h>
+
 #include <utility>
 
 #include "core/numbers.h"

@@ -1,7 +1,10 @@
 #include "stock/module_reg.h"
 
+#include <fmt/format.h>
+
 #include "core/errors.h"
 #include "core/numbers.h"
+#include "core/shift_hour.h"
 #include "core/text.h"
 
 namespace zrt {
@@ -154,8 +157,7 @@ void ModuleReg::RecalcOstAfterShift(Recordset& catalogue, ProgressBar& progress)
   if (catalogue.RecordCount() == 0) return;
   session_.Write("UPDATE TOVAR SET KOL=0");
   // Until somebody has chosen the hour it is NULL, and the day begins at midnight.
-  const Recordset hour = session_.ReadOne("SELECT N8 FROM CONST WHERE COD=5");
-  const std::string first_hour = hour.RecordCount() == 0 ? std::string() : hour.Field(0).TextOrEmpty();
+  const std::string first_hour = ReadShiftHour(session_).value_or("");
   const std::string today = CutSqlDate(session_.Format().DateText(session_.TheClock().Now().date));
   const std::string start = fmt::format("{} {}:00:00", today, Right("0" + first_hour, 2));
 

@@ -1,5 +1,7 @@
 #include "ui/controls.h"
 
+#include <algorithm>
+
 #include "core/errors.h"
 #include "core/text.h"
 #include "ui/desktop.h"
@@ -29,6 +31,12 @@ bool SaysOn(const std::string& value) {
 }
 
 }  // namespace
+
+std::string PropertyText(const std::vector<Tab>& tabs) {
+  std::vector<std::string> captions;
+  for (const Tab& tab : tabs) captions.push_back(tab.caption);
+  return PropertyText(captions);
+}
 
 // Control
 

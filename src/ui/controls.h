@@ -278,6 +278,8 @@ struct Tab {
   friend bool operator==(const Tab&, const Tab&) = default;
 };
 
+std::string PropertyText(const std::vector<Tab>& tabs);  ///< the captions
+
 /// The strip of tabs; handlers tell the tabs apart by their keys.
 class TabStrip final : public Control {
  public:

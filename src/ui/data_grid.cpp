@@ -1,5 +1,8 @@
 #include "ui/data_grid.h"
 
+#include <algorithm>
+#include <optional>
+
 #include "core/errors.h"
 #include "core/text.h"
 #include "ui/desktop.h"
@@ -37,6 +40,12 @@ GridColumn DefaultColumn(const Recordset& set, int field) {
 }
 
 }  // namespace
+
+std::string PropertyText(const std::vector<GridColumn>& columns) {
+  std::vector<std::string> headers;
+  for (const GridColumn& column : columns) headers.push_back(column.header);
+  return PropertyText(headers);
+}
 
 class DataGrid::Follower final : public RecordsetObserver {
  public:

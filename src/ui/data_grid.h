@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,6 +22,8 @@ struct GridColumn {
   Align align = Align::kLeft;
   friend bool operator==(const GridColumn&, const GridColumn&) = default;
 };
+
+std::string PropertyText(const std::vector<GridColumn>& columns);  ///< the headers
 
 /// What a screen's format routine says of a column; columns that it doesn't name keep what they have.
 struct ColumnLayout {

@@ -1,5 +1,10 @@
 #include "ui/element.h"
 
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+
 namespace zrt {
 
 namespace {
@@ -12,8 +17,6 @@ T* ByName(const std::vector<T*>& all, std::string_view name) {
 
 }  // namespace
 
-namespace detail {
-
 std::string PropertyText(const Date& value) {
   return fmt::format("{:02}.{:02}.{:04}", value.day, value.month, value.year);
 }
@@ -21,8 +24,6 @@ std::string PropertyText(const Date& value) {
 std::string PropertyText(const std::vector<std::string>& value) {
   return fmt::format("{}", fmt::join(value, ";"));
 }
-
-}  // namespace detail
 
 PropertyBase::PropertyBase(Element& owner, const char* name) : owner_(owner), name_(name) {
   owner.properties_.push_back(this);

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -48,23 +50,20 @@ class PropertyBase {
   const char* name_;
 };
 
-namespace detail {
+/// A property's value as a text, as it is read by name and stored in a form's definition. A property of another type
+/// brings its own.
 inline std::string PropertyText(const std::string& value) {
   return value;
 }
 inline std::string PropertyText(bool value) {
   return value ? "True" : "False";
 }
-inline std::string PropertyText(std::int64_t value) {
+template <std::integral Number>
+std::string PropertyText(Number value) {
   return std::to_string(value);
 }
 std::string PropertyText(const Date& value);
 std::string PropertyText(const std::vector<std::string>& value);
-template <class T>
-std::string PropertyText(const T&) {
-  return "?";
-}
-}  // namespace detail
 
 /// Assigning a value that differs tells the view; reading is reading a value: `if (CmdDat.Enabled()) ...`. Assigning
 /// never raises an event: only what the operator does raises one.
@@ -77,7 +76,9 @@ class Property final : public PropertyBase {
   /// Runs before a value is stored, equal to the present one or not. A failure leaves the present one.
   std::function<void(const T&)> Let;
 
-  Property& operator=(T value) {
+  /// A text may come as any kind of text; the property keeps a copy of it.
+  Property& operator=(std::conditional_t<std::is_same_v<T, std::string>, std::string_view, T> new_value) {
+    T value(std::move(new_value));
     if (Let) Let(value);
     if (value == value_) return *this;
     value_ = std::move(value);
@@ -89,13 +90,7 @@ class Property final : public PropertyBase {
   /// The value to be changed in place, unseen by the view: for controls that tell their view themselves.
   T& Silent() { return value_; }
 
-  std::string AsText() const override {
-    if constexpr (std::is_integral_v<T> && !std::is_same_v<T, bool>) {
-      return detail::PropertyText(static_cast<std::int64_t>(value_));
-    } else {
-      return detail::PropertyText(value_);
-    }
-  }
+  std::string AsText() const override { return PropertyText(value_); }
   void KeepAsInitial() override { initial_ = value_; }
   void Reset() override { *this = initial_; }
 

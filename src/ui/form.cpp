@@ -1,5 +1,8 @@
 #include "ui/form.h"
 
+#include <algorithm>
+#include <string_view>
+
 #include "core/errors.h"
 #include "ui/desktop.h"
 

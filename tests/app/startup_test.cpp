@@ -1,6 +1,10 @@
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <memory>
+#include <string>
+#include <vector>
 
 #include "app/app.h"
 #include "platform/settings_file.h"

@@ -1,6 +1,11 @@
 // The check of a shop: silent about a whole one that lived through all that its rules allow, and one row for each way
 // in which a shop can be broken.
 
+#include <fmt/format.h>
+
+#include <string>
+#include <vector>
+
 #include "check/shop_check.h"
 #include "documents/documents_shop.h"
 

@@ -2,8 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cstdint>
 #include <functional>
 #include <limits>
+#include <string>
 #include <thread>
 
 #include "core/errors.h"

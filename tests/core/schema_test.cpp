@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
 #include "core/errors.h"
 #include "support/scripted_faults.h"
 #include "support/test_database.h"

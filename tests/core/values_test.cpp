@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <limits>
+#include <optional>
+#include <string>
 
 #include "core/dates.h"
 #include "core/errors.h"

@@ -1,5 +1,9 @@
 // Documents in unusual ways: heads that get lost, openings that fail, others opened in their place, sums too large.
 
+#include <fmt/format.h>
+
+#include <string>
+
 #include "documents/documents_shop.h"
 
 namespace zrt {

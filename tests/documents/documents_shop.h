@@ -1,5 +1,11 @@
 #pragma once
 
+#include <fmt/format.h>
+
+#include <array>
+#include <string>
+#include <vector>
+
 #include "core/errors.h"
 #include "documents/documents.h"
 #include "support/program_test.h"

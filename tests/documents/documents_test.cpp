@@ -1,5 +1,10 @@
 // The eight kinds of stock document, each from its first line to its place in the register.
 
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <string>
+
 #include "core/numbers.h"
 #include "documents/documents_shop.h"
 

@@ -1,6 +1,13 @@
 // The journal: documents deleted, the register looked at, a random month against a recount.
 
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <map>
 #include <random>
+#include <string>
+#include <vector>
 
 #include "core/numbers.h"
 #include "documents/documents_shop.h"

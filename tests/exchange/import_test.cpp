@@ -1,6 +1,12 @@
 // Files that the operator loads: the whole catalogue from a spreadsheet, lines of documents from text files that
 // another installation has written.
 
+#include <fmt/format.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
 #include "core/text.h"
 #include "exchange/frm_exp_tov.h"
 #include "exchange/frm_imp_tov.h"

@@ -1,6 +1,12 @@
 // The exchange with the reserve server, a second base beside the shop's: what is copied, in which statements, how
 // often, and what is left after a failure on either side.
 
+#include <fmt/format.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
 #include "core/text.h"
 #include "exchange/frm_exp_imp.h"
 #include "support/private_server.h"

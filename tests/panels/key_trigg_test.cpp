@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <string>
+
 #include "core/errors.h"
 #include "support/scripted_desktop.h"
 #include "ui/cmd_key_trigg.h"

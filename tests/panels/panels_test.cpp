@@ -1,8 +1,15 @@
 // The touch panels on a real base: which row a key is, what the keys show, how they are written, moved and copied, and
 // what the layout file keeps.
 
+#include <fmt/format.h>
+
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
 
 #include "core/text.h"
 #include "panels/panel_layout.h"

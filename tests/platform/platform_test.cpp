@@ -3,6 +3,9 @@
 #include <unistd.h>
 
 #include <fstream>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include "core/errors.h"
 #include "core/text.h"

@@ -2,9 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <fstream>
 #include <iterator>
 #include <random>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "core/text.h"
 #include "platform/spreadsheet_files.h"

@@ -1,5 +1,6 @@
 #include <iostream>
 #include <map>
+#include <string>
 
 #include "core/errors.h"
 #include "play/play_file.h"

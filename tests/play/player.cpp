@@ -1,10 +1,14 @@
 #include "play/player.h"
 
+#include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <fnmatch.h>
 
 #include <fstream>
+#include <functional>
 #include <map>
 #include <sstream>
+#include <string_view>
 
 #include "core/errors.h"
 #include "core/text.h"

@@ -2,6 +2,7 @@
 
 #include <deque>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -23,7 +24,7 @@ struct Failure {
 class Player final : public test::HeadlessDesktop {
  public:
   /// `drives`: empty folder for the drives of the program's machine. `grids`: where to print each grid whose number of
-  /// rows a line expects, for who counts them himself; nullptr prints none.
+  /// rows a line expects, for tests that count them on their own; nullptr prints none.
   Player(DatabaseAddress database, std::filesystem::path drives, std::ostream* grids = nullptr);
   ~Player() override;
 

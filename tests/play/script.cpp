@@ -1,5 +1,6 @@
 #include "play/script.h"
 
+#include <algorithm>
 #include <sstream>
 
 #include "core/errors.h"

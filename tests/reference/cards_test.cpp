@@ -1,3 +1,9 @@
+#include <fmt/format.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
 #include "core/errors.h"
 #include "support/program_test.h"
 

@@ -1,3 +1,10 @@
+#include <fmt/format.h>
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
 #include "core/errors.h"
 #include "support/program_test.h"
 

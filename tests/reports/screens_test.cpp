@@ -1,3 +1,6 @@
+#include <string>
+#include <vector>
+
 #include "support/program_test.h"
 
 namespace zrt::test {

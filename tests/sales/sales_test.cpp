@@ -1,5 +1,11 @@
+#include <fmt/format.h>
+
 #include <chrono>
 #include <fstream>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "sales/sales_statements.h"
 #include "support/program_test.h"

@@ -1,9 +1,14 @@
 #include "stock/module_reg.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <random>
 #include <set>
+#include <string>
+#include <vector>
 
 #include "app/app.h"
 #include "core/errors.h"

@@ -1,5 +1,6 @@
 #include "support/headless_desktop.h"
 
+#include <algorithm>
 #include <array>
 
 #include "core/errors.h"

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+
 namespace zrt::test {
 
 ScriptedDesktop::~ScriptedDesktop() {

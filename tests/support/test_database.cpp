@@ -4,8 +4,10 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <fstream>
 #include <memory>
+#include <string_view>
 
 #include "core/errors.h"
 #include "core/schema.h"

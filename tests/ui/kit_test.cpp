@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 #include "core/errors.h"
 #include "support/scripted_desktop.h"
 #include "ui/data_grid.h"

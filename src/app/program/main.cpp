@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QFileInfo>
 #include <QStandardPaths>
+#include <string>
 
 #include "app/app.h"
 #include "platform/drive_map.h"

@@ -20,6 +20,11 @@
 #include <QTabBar>
 #include <QTableView>
 #include <QTimer>
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
 
 #include "core/errors.h"
 #include "ui/data_grid.h"

@@ -5,17 +5,15 @@
 #include <QLayout>
 #include <QScreen>
 #include <QWindow>
+#include <algorithm>
 
+#include "platform/twips.h"
 #include "ui/qt/form_factory.h"
 #include "ui/qt/qt_text.h"
 
 namespace zrt {
 
-namespace {
-
-constexpr int kTwipsPerInch = 1440;
-
-}  // namespace
+namespace {}  // namespace
 
 TimerView::TimerView(Timer& timer) : timer_(timer) {
   clock_.setSingleShot(true);

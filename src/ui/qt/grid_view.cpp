@@ -6,7 +6,10 @@
 #include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QTimer>
+#include <algorithm>
+#include <vector>
 
+#include "platform/twips.h"
 #include "ui/qt/qt_text.h"
 
 namespace zrt {
@@ -16,7 +19,6 @@ namespace {
 using Quiet = QScopedValueRollback<bool>;
 using Align = GridColumn::Align;
 
-constexpr int kTwipsPerInch = 1440;
 constexpr int kRowPadding = 5;
 
 /// The row or column of widgets that holds the table, somewhere in the layout of its window.

@@ -4,12 +4,14 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyleOptionFocusRect>
+#include <algorithm>
+
+#include "platform/twips.h"
 
 namespace zrt {
 
 namespace {
 
-constexpr int kTwipsPerInch = 1440;
 constexpr double kDisabledOpacity = 0.35;
 
 }  // namespace

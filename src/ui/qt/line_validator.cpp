@@ -3,6 +3,7 @@
 #include <QLineEdit>
 #include <QToolTip>
 #include <QValidator>
+#include <string>
 
 #include "core/text.h"
 

@@ -6,7 +6,11 @@
 #include <QListWidget>
 #include <QStyledItemDelegate>
 #include <QTreeWidget>
+#include <algorithm>
+#include <string>
+#include <vector>
 
+#include "platform/twips.h"
 #include "ui/qt/qt_text.h"
 #include "ui/qt/view_kinds.h"
 
@@ -66,7 +70,6 @@ class ListView final : public ControlView {
       const Quiet quiet(busy_, true);
       widget_->setCurrentRow(list_.ListIndex());
     } else if (&property == &list_.Width) {
-      constexpr int kTwipsPerInch = 1440;
       widget_->setMinimumWidth(list_.Width() * widget_->logicalDpiX() / kTwipsPerInch);
     } else {
       ControlView::Show(property);

@@ -1,6 +1,8 @@
 #include "ui/qt/qt_desktop.h"
 
 #include <QApplication>
+#include <algorithm>
+#include <string>
 
 #include "core/errors.h"
 #include "ui/form.h"

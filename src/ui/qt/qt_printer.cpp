@@ -7,15 +7,16 @@
 #include <QPrinter>
 #include <QPrinterInfo>
 #include <exception>
+#include <vector>
 
 #include "core/errors.h"
+#include "platform/twips.h"
 #include "ui/qt/qt_text.h"
 
 namespace zrt {
 
 namespace {
 
-constexpr int kTwipsPerInch = 1440;
 constexpr int kTwipsPerPoint = 20;
 constexpr int kMargin = 720;
 

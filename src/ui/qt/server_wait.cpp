@@ -8,6 +8,7 @@
 #include <QWindow>
 #include <chrono>
 #include <cstdlib>
+#include <memory>
 
 namespace zrt {
 

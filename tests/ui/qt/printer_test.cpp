@@ -13,6 +13,8 @@
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QUrl>
+#include <string>
+#include <vector>
 
 #include "core/errors.h"
 #include "ui/qt/qt_printer.h"

@@ -1,6 +1,7 @@
 // The windows of the real screens, drawn without a display: what the operator does to a widget reaches its control,
 // what the program does to a control is seen, and neither comes back as an echo.
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -25,7 +26,13 @@
 #include <QToolTip>
 #include <QTreeWidget>
 #include <QWheelEvent>
+#include <algorithm>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include "app/app.h"
 #include "core/errors.h"

@@ -1,0 +1,748 @@
+// What an operator types, loads or finds in the base never destroys what he didn't mean: fifty texts that are awkward
+// in a statement go through every field and every file from which a text reaches one, and after each the rows of all
+// tables are what they were, but for those that the action is about.
+
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "app/app.h"
+#include "check/shop_check.h"
+#include "core/errors.h"
+#include "core/text.h"
+#include "platform/workbook.h"
+#include "support/headless_desktop.h"
+#include "support/private_server.h"
+#include "support/recording_machine.h"
+#include "support/temporary_folder.h"
+#include "support/test_database.h"
+
+namespace zrt {
+namespace {
+
+using test::Stage;
+using test::TestDatabase;
+
+const std::vector<std::string>& AwkwardTextList() {
+  static const std::vector<std::string> kTexts = {"'",
+                                                  "''",
+                                                  "O'Neil",
+                                                  "\\",
+                                                  "\\\\",
+                                                  "\\'",
+                                                  "OOO Loza\\",
+                                                  "#15 ot 10.11",
+                                                  "Bar 5' #2",
+                                                  "' #",
+                                                  "\\' #",
+                                                  "-- ",
+                                                  "--",
+                                                  "' -- ",
+                                                  "' --\t1",
+                                                  "'--\u00A0x",
+                                                  "/*",
+                                                  "' /* x",
+                                                  "*/",
+                                                  "' */ #",
+                                                  ";",
+                                                  "'; DELETE FROM TOVAR",
+                                                  "'; DROP TABLE CONST; #",
+                                                  "%",
+                                                  "_",
+                                                  "100% _т_",
+                                                  "\"Русь\" \"2\"",
+                                                  "`",
+                                                  "' OR '1'='1",
+                                                  "1 OR 1=1",
+                                                  "{0} ? {d '2026-11-12'} {",
+                                                  "а\nб'\n-- ",
+                                                  "а\r\nб",
+                                                  "\t",
+                                                  std::string("а\0б' #", 9),
+                                                  "\x1A\b",
+                                                  "\u0098яЯёЁіІїЇґҐєЄ№«»",
+                                                  "ÿ寿😀\xFF\xC0",
+                                                  "\u00A0Чай\u00A0",
+                                                  "1e5",
+                                                  "nan",
+                                                  "1E+400",
+                                                  "-1",
+                                                  "NULL",
+                                                  "0x41",
+                                                  "1,5",
+                                                  "00123",
+                                                  std::string(49, 'w') + "\\'",
+                                                  std::string(49, 'w') + "'' #",
+                                                  std::string(20'000, 'Q') + "' #"};
+  return kTexts;
+}
+
+/// A text as a literal of the server's, whatever it holds: what a terminal would have written.
+std::string Literal(std::string_view text) {
+  std::string literal = "'";
+  for (const char c : text) {
+    if (c == '\'' || c == '\\') literal += '\\';
+    literal += c == '\0' ? std::string("\\0") : std::string(1, c);
+  }
+  return literal + "'";
+}
+
+/// An operator who agrees to everything, knows the password, and takes every run-time error as it comes.
+class ObligingDesktop final : public test::HeadlessDesktop {
+ public:
+  std::string entry;                 ///< what he enters where he is asked for anything but the password
+  std::function<void(Form&)> modal;  ///< what he does in a window that waits for him
+
+ protected:
+  BoxAnswer DoMsgBox(const Message& message) override {
+    return message.buttons == BoxButtons::kYesNo ? BoxAnswer::kYes : BoxAnswer::kOk;
+  }
+  std::string DoPasswordBox(const std::string&, const std::string&) override { return "357218"; }
+  std::string DoInputBox(const std::string&, const std::string&, const std::string&) override { return entry; }
+  void DoModalLoop(Form& form) override {
+    if (modal) std::exchange(modal, {})(form);
+    Hide(form);
+  }
+  void DoRuntimeError(const std::exception&) override {}
+};
+
+/// Rows that an action is about: `columns` of the rows of `table` that meet `condition`; no columns: the whole row.
+struct Meant {
+  std::string table;
+  std::string condition = "1";
+  std::set<std::string> columns = {};
+};
+
+/// The rows of a base, so that the same rows give the same digest and others another.
+class Digests {
+ public:
+  explicit Digests(TestDatabase& base) : base_(base) {
+    for (const std::string& table : base.Column("SHOW TABLES")) {
+      for (const auto& column : base.Rows("SHOW COLUMNS FROM " + table)) columns_[table].push_back(column[0]);
+    }
+  }
+
+  /// All rows of all tables, without what is meant.
+  std::map<std::string, std::string> Take(const std::vector<Meant>& meant) {
+    std::map<std::string, std::string> digests;
+    std::string untouched;
+    for (const auto& [table, columns] : columns_) {
+      std::vector<Meant> mine;
+      std::copy_if(meant.begin(), meant.end(), std::back_inserter(mine),
+                   [&](const Meant& one) { return one.table == table; });
+      if (mine.empty()) {
+        untouched += (untouched.empty() ? "" : ",") + table;
+      } else {
+        digests[table] = base_.Value(RowsBut(table, columns, mine));
+      }
+    }
+    for (const auto& row : base_.Rows("CHECKSUM TABLE " + untouched)) digests[row[0]] = row[1];
+    return digests;
+  }
+
+ private:
+  /// Number and sum of the rows; what is meant counts as empty.
+  static std::string RowsBut(const std::string& table, const std::vector<std::string>& columns,
+                             const std::vector<Meant>& meant) {
+    std::string rows;
+    std::string cells;
+    for (const std::string& column : columns) {
+      std::string cell = "QUOTE(" + column + ")";
+      for (const Meant& one : meant) {
+        if (one.columns.contains(column)) cell = fmt::format("IF({},'',{})", one.condition, cell);
+      }
+      cells += "," + cell;
+    }
+    for (const Meant& one : meant) {
+      if (one.columns.empty()) rows += fmt::format(" AND ({}) IS NOT TRUE", one.condition);
+    }
+    return fmt::format(
+        "SELECT CONCAT_WS(' ',COUNT(*),SUM(CONV(LEFT(MD5(CONCAT_WS('|'{})),12),16,10))) FROM {} WHERE 1{}", cells,
+        table, rows);
+  }
+
+  TestDatabase& base_;
+  std::map<std::string, std::vector<std::string>> columns_;
+};
+
+class AwkwardTexts : public testing::Test {
+ protected:
+  explicit AwkwardTexts(Stage stage = Stage::kRegister) : shop_(stage) {
+    std::filesystem::create_directories(drives_.ToNative("C:\\Korvina\\Report"));
+    for (const char* statement : {
+             "UPDATE CONST SET N8=8 WHERE COD=5",
+             "INSERT INTO TOVAR (COD,COD1,NAME,OST,KOL,PRISE,BARCODE,NDS,REZ,N1,N2,N4,N5,N7,N6,T1,UKT) VALUES "
+             "(1,1,'Чай',0,0,12050,'4820000000017',1,0,0,0,0,0,0,NULL,'a',''),"
+             "(2,1,'Вино',0,0,95000,'4820000000024',1,0,1,12,0,0,0,NULL,'b','2204')",
+             "INSERT INTO PROD (COD,NAME,KOL,PRISE,SKID,SUM2,TER,PERS,REZ,NUM,N1,N2,N3,N4,N5,T1,UKT,DATETIME) VALUES "
+             "(2,'Вино',2000,12000,0,24000,1,3,0,7,0,0,0,3,0,'o','1','2026-11-12 08:30:00'),"
+             "(2,'Вино',1000,95000,0,95000,2,3,5,8,1,0,0,0,0,'o','1','2026-11-12 08:40:00')",
+             "INSERT INTO KASSA (OPER,SUM1,SUM2,SKID,PLUS,MINUS,TER,PERS,NUM,N1,N2,N3,N4,T1,DAT,TIM) VALUES "
+             "('Заказ',24,24,0,0,0,1,3,7,0,0,1,3,'o','2026-11-12 08:30:00','2026-11-12 08:30:00'),"
+             "('Заказ',95,95,0,0,0,2,3,8,0,0,1,0,'o','2026-11-12 08:40:00','2026-11-12 08:40:00')",
+             "INSERT INTO SPION (COD,NAME,KOL,PRISE,DATETIME,TER,KAS,REZ) VALUES (1,'Чай','1','2','12.11.2026 "
+             "09:00:00',1,0,3)",
+             "INSERT INTO AKZMARK (COD,MARK,TER,NUM,DAT) VALUES (2,'M',1,7,'2026-11-12 08:30:00')",
+             "INSERT INTO KLIENT (COD,NAME,TOTAL,SUM1,DATETIME,NUM) VALUES (3,'Анна',0,0,'1',2)",
+             "INSERT INTO PERSON (COD,NAME) VALUES (3,'Олег')",
+             "INSERT INTO DISCOUNT (BARCODE,TOTAL,LASTCASH,PROZ,REZ) VALUES ('1001',1,'0',5,1),('1002',1,'0',101,2)",
+             "INSERT INTO DKHOLDER (ID,CARD,NAME,FNAME,ADRES,TEL) VALUES (1,'1001','Анна','Анна','Ленина 1','22')",
+             "INSERT INTO TOTALSKID (ID,CARD,TOV,PROZ,TOTAL) VALUES (1,101,0,3,0),(2,102,1,5,100000)",
+             "INSERT INTO CHECK1 (COD,NAME,KOL,PRISE,COST) VALUES (1,'Чай',1,2,2)",
+             "INSERT INTO CHECK2 (COD,NAME,KOL,PRISE,COST) VALUES (1,'Чай',1,2,2)",
+             "DELETE FROM HOTKEYS WHERE ID>230 AND ID NOT BETWEEN 1301 AND 1390",
+             "UPDATE HOTKEYS SET CODE=1 WHERE ID IN (102,1301)",
+         }) {
+      shop_.Sql(statement);
+    }
+  }
+
+  void Start(const std::string& tab) {
+    app_ =
+        std::make_unique<App>(desktop_, clock_, drives_, AppSettings{shop_.Address(), "zrt", printer_, spreadsheet_});
+    app_->Start();
+    Do([this] { app_->Splash.Timer1.UserFire(); });
+    Do([&] { app_->Main.TabStrip1.UserChoose(tab); });
+    ASSERT_TRUE(app_->IsRunning());
+  }
+
+  void Do(const std::function<void()>& action) { desktop_.UserAction(action); }
+  void Click(Control& control) {
+    Do([&] { control.UserClick(); });
+  }
+  void Type(Control& control, const std::string& text) {
+    Do([&] { control.UserSet(text); });
+  }
+  void Press(Control& control, const char* key) {
+    Do([&] { desktop_.PressKey(control, test::KeyByName(key)); });
+  }
+  /// Opens a window that waits, by `opener`, and works in it.
+  void InModal(Control& opener, const std::function<void()>& work) {
+    desktop_.modal = [&](Form&) { work(); };
+    Click(opener);
+    desktop_.modal = {};
+  }
+  void Tab(const char* key) {
+    Do([&] { app_->Main.TabStrip1.UserChoose(key); });
+  }
+
+  /// `action` with each text, the row it is about being made anew by `before`. With `other`, a second text, for a
+  /// window of several fields: what ends one literal may begin in the next field.
+  void ForEachText(const char* place, const std::vector<Meant>& meant,
+                   const std::function<void(const std::string& text, const std::string& other)>& action,
+                   const std::vector<std::string>& before = {}) {
+    const std::vector<std::string>& texts = AwkwardTextList();
+    Digests digests(shop_);
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+      for (const std::size_t shift : std::set<std::size_t>{0, i % 11 + 1}) {
+        const std::string& other = texts[(i + shift) % texts.size()];
+        for (const std::string& statement : before) shop_.Sql(statement);
+        const auto kept = digests.Take(meant);
+        action(texts[i], other);
+        const auto now = digests.Take(meant);
+        for (const auto& [table, digest] : kept) {
+          ASSERT_EQ(now.at(table), digest)
+              << place << " changed " << table << " by: " << texts[i] << "\nand: " << other;
+        }
+      }
+    }
+  }
+
+  void WriteFile(const std::string& drive_path, const std::string& bytes) {
+    std::ofstream(drives_.ToNative(drive_path), std::ios::binary) << bytes;
+  }
+
+  /// Each of `fields` alone gets each text, all others keep what is good in them.
+  void ForEachNumber(const char* place, const std::vector<Meant>& meant, const std::vector<Control*>& fields,
+                     const std::function<void(Control& field, const std::string& text)>& action,
+                     const std::vector<std::string>& before = {}) {
+    Digests digests(shop_);
+    for (Control* field : fields) {
+      for (const std::string& text : AwkwardTextList()) {
+        for (const std::string& statement : before) shop_.Sql(statement);
+        const auto kept = digests.Take(meant);
+        action(*field, text);
+        ASSERT_EQ(digests.Take(meant), kept) << place << ", " << field->Name() << ": " << text;
+      }
+    }
+  }
+
+  /// A text that means nothing to a literal is in the base as it was typed, as far as the column takes it.
+  void ExpectStored(const std::string& statement, const std::string& text, const std::string& other) {
+    if (text.find_first_of(std::string("'\\\0", 3)) != std::string::npos || text != other) return;
+    EXPECT_EQ(shop_.Column(statement), std::vector{FromWindows1251(ToWindows1251(Left(text, 50)))}) << text;
+  }
+
+  /// Whatever was typed, nothing in the shop contradicts itself.
+  void ExpectWhole() {
+    app_.reset();
+    Connection connection;
+    connection.Open(MainConnectionString(shop_.Address()));
+    const check::Findings findings = check::CheckShop(connection);
+    EXPECT_TRUE(findings.IsWhole()) << findings.Report();
+  }
+
+  TestDatabase shop_;
+  test::FixedClock clock_{{{2026, 11, 12}, 10, 0, 0}};
+  test::TemporaryFolder own_folder_;
+  DriveMap drives_{own_folder_.Path()};
+  test::RecordingPrinter printer_;
+  test::RecordingSpreadsheet spreadsheet_;
+  ObligingDesktop desktop_;
+  std::unique_ptr<App> app_;
+};
+
+TEST_F(AwkwardTexts, OfProducts) {
+  Start("sprav");
+  frmPLU& card = app_->ProductCard;
+  CatalogueTab& list = app_->Main.Catalogue;
+  const std::vector<std::string> kProduct = {
+      "DELETE FROM TOVAR WHERE COD>2",
+      "INSERT INTO TOVAR (COD,COD1,NAME,OST,KOL,PRISE,BARCODE,NDS,REZ,N1,N2,N4,N5,N7,UKT) VALUES "
+      "(3,1,'Яблоко',0,0,100,'77',1,0,0,0,0,0,0,'')"};
+  const auto open = [&](Button& opener, const std::function<void()>& fill) {
+    Click(list.CmdReqr);
+    Do([&] { list.DataGrid1[0].UserRow(list.DataGrid1[0].Rows()); });
+    InModal(opener, [&] {
+      fill();
+      Click(card.OKButton);
+    });
+  };
+  for (Button* opener : {&list.CmdShow, &list.CmdCopy, &list.CmdNew}) {
+    ForEachText(
+        "the product's card", {{"TOVAR", "COD>2"}},
+        [&](const std::string& text, const std::string& other) {
+          open(*opener, [&] {
+            Type(card.TextPrise, "5,00");
+            Type(card.TextName, text);
+            Type(card.TextBar, other);
+            Type(card.TextUkt, text);
+          });
+          ExpectStored("SELECT NAME FROM TOVAR WHERE COD>2 ORDER BY COD DESC LIMIT 1", text, other);
+        },
+        kProduct);
+  }
+  ForEachNumber(
+      "the product's card", {{"TOVAR", "COD>2"}},
+      {&card.TextPrise, &card.TextVol, &card.TextVes, &card.Combo1, &card.Combo2, &card.Combo3, &card.Combo4,
+       &card.Combo5},
+      [&](Control& field, const std::string& text) {
+        open(list.CmdShow, [&] {
+          Do([&] { card.CheckVes.UserTick(true); });
+          try {
+            Type(field, text);
+          } catch (const Error&) {
+            // The list has no such item, and nothing else can be chosen.
+          }
+        });
+      },
+      kProduct);
+  for (TextBox& find : list.TextFind) {
+    ForEachText("the search", {}, [&](const std::string& text, const std::string&) { Type(find, text); });
+    Tab("sensor");
+  }
+  ExpectWhole();
+}
+
+TEST_F(AwkwardTexts, OfCards) {
+  Start("sprav");
+  CardsTab& list = app_->Main.Cards;
+  frmDK& card = app_->DiscountCard;
+  frmVDk& kinds = app_->CardKinds;
+  const std::vector<Meant> kCard = {{"DISCOUNT", "REZ>2"}, {"DKHOLDER", "ID>2"}};
+  const std::vector<std::string> kNoCard = {"DELETE FROM DISCOUNT WHERE REZ>2", "DELETE FROM DKHOLDER WHERE ID>2"};
+  ForEachText(
+      "the card", kCard,
+      [&](const std::string& text, const std::string& other) {
+        InModal(list.CmdDKNew, [&] {
+          Type(card.TextName, text);
+          Click(card.CheckHolder);
+          Type(card.TxtHName, text);
+          Type(card.TxtHAddr, other);
+          Type(card.TxtHTel, text);
+          Click(card.OKButton);
+        });
+      },
+      kNoCard);
+  ForEachNumber(
+      "the card", kCard, {&card.TextSkd},
+      [&](Control& field, const std::string& text) {
+        InModal(list.CmdDKNew, [&] {
+          Type(card.TextName, "1003");
+          Type(field, text);
+          Click(card.OKButton);
+        });
+      },
+      kNoCard);
+  ForEachNumber("the kinds of cards", {{"TOTALSKID", "ID>2"}},
+                {&kinds.Text1, &kinds.Text2, &kinds.Text3, &kinds.Combo1},
+                [&](Control& field, const std::string& text) {
+                  InModal(list.CmdVDk, [&] {
+                    Click(kinds.CmdNew);
+                    try {
+                      Type(field, text);
+                    } catch (const Error&) {
+                    }
+                    Click(kinds.CmdOk);
+                    Click(kinds.CmdOk);
+                  });
+                  Do([&] { kinds.Close(); });
+                },
+                {"DELETE FROM TOTALSKID WHERE ID>2"});
+  ExpectWhole();
+}
+
+TEST_F(AwkwardTexts, OfPanels) {
+  Start("sensor");
+  PanelTab& panels = app_->Main.Panels;
+  ForEachText("names of panel and menu", {{"CONST", "COD=1", {"T9"}}, {"CONST", "COD=7", {"N1"}}},
+              [&](const std::string& text, const std::string& other) {
+                // One after the other, so that both rows are looked at.
+                Type(panels.TextName, text);
+                Type(panels.TextMenu, other);
+                Click(panels.CmdName);
+              });
+  ForEachNumber("the code of a key", {{"HOTKEYS", "ID=101", {"CODE"}}}, {&panels.Text6},
+                [&](Control& field, const std::string& text) {
+                  Click(panels.CmdM[0]);
+                  Type(field, text);
+                  Press(field, "Enter");
+                });
+  ForEachText("names that the base holds", {{"CONST"}}, [&](const std::string&, const std::string&) {
+    Do([&] { panels.CmdMenu.UserPress(2); });
+    Do([&] { panels.CmdMenu.UserPress(1); });
+    Do([&] { panels.Option1[1].UserClick(); });
+    Do([&] { panels.Option1[0].UserClick(); });
+    InModal(panels.CmdCopyAll, [] {});
+  });
+  FormCopy& copying = app_->PanelCopy;
+  ForEachText("the file of the layout", {{"HOTKEYS", "ID>100", {"CODE"}}},
+              [&](const std::string& text, const std::string& other) {
+                WriteFile(std::string(kLayoutFile), ToWindows1251("101,1\r\n102," + text + "\r\n" + other + ",1\r\n"));
+                InModal(panels.CmdCopyAll, [&] { Click(copying.CmdImportMenu); });
+              });
+  ExpectWhole();
+}
+
+TEST_F(AwkwardTexts, OfKitchens) {
+  Start("report");
+  Form9& reports = app_->Reports.TextReports;
+  Do([&] { reports.Show(); });
+  ForEachText("names of kitchens", {{"CONST", "COD IN (5,6)", {"N9", "N10"}}},
+              [&](const std::string& text, const std::string& other) {
+                Click(reports.CmdRun);
+                for (auto& kitchen : reports.TextNames) {
+                  for (std::size_t i = 0; i < kitchen.size(); ++i) Type(kitchen[i], i % 2 == 0 ? text : other);
+                }
+                Click(reports.CmdSave);
+                Click(reports.CmdBack);
+                for (Button* report : {&reports.CmdDat, &reports.CmdDat1, &reports.CmdDat2}) Click(*report);
+              });
+  ExpectWhole();
+}
+
+TEST_F(AwkwardTexts, OfSales) {
+  Start("prod");
+  SalesTab& sales = app_->Main.Sales;
+  ForEachText("the filters", {}, [&](const std::string& text, const std::string& other) {
+    for (Button& table : sales.CmdDG) {
+      Click(table);
+      const std::pair<TextBox*, Button*> kFilters[] = {
+          {&sales.Text7, &sales.CmdTerm},     {&sales.Text3, &sales.CmdOfc},   {&sales.Text1, &sales.CmdFiltr},
+          {&sales.Text2, &sales.CmdFilCheck}, {&sales.Text5, &sales.CmdDKart}, {&sales.Text2, &sales.CmdNOpl}};
+      for (const auto& [field, button] : kFilters) {
+        Type(sales.Text7, other);
+        Type(*field, text);
+        Click(*button);
+      }
+    }
+  });
+  // What a till has in an open receipt is logged when it is annulled.
+  frmDelChek& annulling = app_->DelChek;
+  ForEachText(
+      "an annulled line", {{"SPION", "TER=3"}, {"CHECK3"}},
+      [&](const std::string& text, const std::string&) {
+        shop_.Sql("INSERT INTO CHECK3 (COD,NAME,KOL,PRISE,COST) VALUES (5," + Literal(Left(text, 50)) + ",1,2,2)");
+        Click(app_->Main.mnuDelCheck);
+        Click(annulling.CmdKas[2]);
+        Press(annulling.DataGrid1, "Enter");
+        Do([&] { annulling.Hide(); });
+      },
+      {"DELETE FROM CHECK3", "DELETE FROM SPION WHERE TER=3"});
+  // Nothing was sold on the day that stands there at first.
+  frmClear& clearing = app_->Clear;
+  ForEachNumber("the day of a clearing", {}, {&clearing.Text4}, [&](Control& field, const std::string& text) {
+    Click(app_->Main.mnuClearProd);
+    Type(field, text);
+    Click(clearing.CmdDel);
+    Do([&] { clearing.Hide(); });
+  });
+  ExpectWhole();
+}
+
+class AwkwardTextsLite : public AwkwardTexts {
+ protected:
+  AwkwardTextsLite() : AwkwardTexts(Stage::kLite) {}
+};
+
+TEST_F(AwkwardTextsLite, OfCashOperations) {
+  Start("kassa");
+  KassaLiteTab& lite = app_->Main.KassaLite;
+  ForEachText("the filters", {}, [&](const std::string& text, const std::string& other) {
+    const std::pair<TextBox*, Button*> kFilters[] = {
+        {&lite.Text4, &lite.CmdTermLite}, {&lite.Text8, &lite.CmdOfcLite}, {&lite.Text9, &lite.CmdDKartLite}};
+    for (const auto& [field, button] : kFilters) {
+      for (TextBox* box : {&lite.Text4, &lite.Text8, &lite.Text9}) Type(*box, other);
+      Type(*field, text);
+      Click(*button);
+    }
+  });
+}
+
+TEST_F(AwkwardTexts, OfDocuments) {
+  Start("jurn");
+  Documents& documents = app_->StockDocuments;
+  Form2& main = app_->Main;
+  const std::array<Menu*, 8> kMenus = {&main.mnuDocDO, &main.mnuDocPN,     &main.mnuDocRN,      &main.mnuDocSP,
+                                       &main.mnuDocIN, &main.mnuPereozenk, &main.mnuDocPERplus, &main.mnuDocPERminus};
+  const auto post = [&](std::uint8_t kind, int cod, const std::function<void(DocumentForm&)>& fill) {
+    Click(*kMenus[kind]);
+    DocumentForm& form = documents.Form(DocType{kind});
+    if (DocType{kind} == DocType::kDailyReport) {
+      Click(documents.DailyReport.CmdDat);
+    } else {
+      Do([&] { app_->Stock.BroadcastToForm(cod, 1000, 5000, kind); });
+    }
+    fill(form);
+    Click(form.RUNButton);
+    Do([&] { form.Leave(); });
+    Do([&] { form.Close(); });
+  };
+  // Documents of the day before stand there already, of a product of their own.
+  clock_.Set({{2026, 11, 11}, 10, 0, 0});
+  for (std::uint8_t kind = 1; kind < kDocumentKinds.size(); ++kind) post(kind, 1, [](DocumentForm&) {});
+  const int last = std::stoi(shop_.Value("SELECT MAX(ID) FROM JOURNAL"));
+  ASSERT_EQ(last, 7);
+  clock_.Set({{2026, 11, 12}, 10, 0, 0});
+  const std::string newer = ">" + std::to_string(last);
+  const std::vector<Meant> kNewDocument = {{"JOURNAL", "ID" + newer},
+                                           {"REGISTR", "COD=2 OR DOC" + newer},
+                                           {"DOCUMENT"},
+                                           {"DOCINVENT", "DOC=-1 OR DOC" + newer},
+                                           {"DOCPRICE", "DOC=-1 OR DOC" + newer},
+                                           {"TOVAR", "COD=2", {"PRISE", "NAME", "OST", "KOL"}},
+                                           {"PROD", "COD=2", {"NAME"}}};
+  const std::vector<std::string> kNone = {
+      "DELETE FROM JOURNAL WHERE ID" + newer,     "DELETE FROM REGISTR WHERE DOC" + newer,
+      "DELETE FROM DOCINVENT WHERE DOC" + newer,  "DELETE FROM DOCPRICE WHERE DOC" + newer,
+      "UPDATE TOVAR SET NAME='Вино' WHERE COD=2", "UPDATE PROD SET NAME='Вино' WHERE COD=2"};
+  // A product's name as it comes back from the catalogue and from what was sold.
+  for (std::uint8_t kind = 0; kind < kDocumentKinds.size(); ++kind) {
+    ForEachText(
+        kDocumentKinds[kind].form, kNewDocument,
+        [&](const std::string& text, const std::string&) {
+          for (const char* table : {"TOVAR", "PROD"}) {
+            shop_.Sql(fmt::format("UPDATE {} SET NAME={} WHERE COD=2", table, Literal(Left(text, 50))));
+          }
+          post(kind, 2, [](DocumentForm&) {});
+        },
+        kNone);
+  }
+  for (std::uint8_t kind = 1; kind < kDocumentKinds.size(); ++kind) {
+    DocumentForm& form = documents.Form(DocType{kind});
+    ForEachText(
+        kDocumentKinds[kind].form, kNewDocument,
+        [&](const std::string& text, const std::string& other) {
+          post(kind, 2, [&](DocumentForm&) {
+            if (form.TextKlient) Type(*form.TextKlient, text);
+            if (form.TextPrim) Type(*form.TextPrim, other);
+          });
+          if (form.TextKlient) {
+            ExpectStored("SELECT KLIENT FROM JOURNAL WHERE ID" + newer, Trim(text), Trim(other));
+          }
+          // And again from the journal, where a document with these texts may stand by now.
+          Do([&] { main.Journal.Refresh(); });
+          Do([&] { main.Journal.DataGrid6.UserRow(main.Journal.DataGrid6.Rows()); });
+          if (std::stoi(main.Journal.DataGrid6.CurrentText("Num")) <= last) return;
+          Press(main.Journal.DataGrid6, "Enter");
+          if (form.mnuUnRun) Click(*form.mnuUnRun);
+          Click(form.RUNButton);
+          Do([&] { form.Leave(); });
+          Do([&] { form.Close(); });
+        },
+        kNone);
+    // What is scanned, what a line is changed to, which document is deleted.
+    ForEachText(
+        kDocumentKinds[kind].form, kNewDocument,
+        [&](const std::string& text, const std::string&) {
+          Click(*kMenus[kind]);
+          Do([&] { app_->Stock.BroadcastToForm(2, 1000, 5000, kind); });
+          desktop_.entry = text;
+          if (form.CmdBar) Click(*form.CmdBar);
+          if (form.CmdVar) {
+            InModal(*form.CmdVar, [&] {
+              Type(app_->PickDialog.TextKol, text);
+              Type(app_->PickDialog.TextPrice, text);
+              Click(app_->PickDialog.OKButton);
+            });
+          }
+          if (form.CmdTov) {
+            Click(*form.CmdTov);
+            Type(app_->Picker.TextFind, text);
+            Click(app_->Picker.CmnFindBar);
+            Press(app_->Picker.DataGrid01, "Enter");
+            Type(app_->Picker.TextKol, text);
+            Type(app_->Picker.TextPrice, text);
+            Click(app_->Picker.OKButton);
+            Do([&] { app_->Picker.Hide(); });
+          }
+          Do([&] { form.Close(); });
+          Click(main.mnuDelOneDoc);
+        },
+        kNone);
+  }
+  for (const std::string& statement : kNone) shop_.Sql(statement);
+  ExpectWhole();
+}
+
+TEST_F(AwkwardTexts, OfLoadedFiles) {
+  Start("jurn");
+  Documents& documents = app_->StockDocuments;
+  frmImpTov& import = app_->Import;
+  const std::string kFile = "C:\\Korvina\\Report\\loaded";
+  const auto load = [&](Button& opener, const std::string& path) {
+    InModal(opener, [&] {
+      Type(import.TextPath, path);
+      Click(import.CmdRun);
+    });
+  };
+  // A spreadsheet; what is no number of a column gets one that would be.
+  const std::vector<std::string> kGood = {"5", "Сок", "100", "7", "1", "0", "2", "0", "0", "8", "Г"};
+  constexpr std::array<std::size_t, 4> kTextColumns = {1, 3, 9, 10};
+  const auto save_book = [&](const std::vector<std::string>& cells) {
+    Workbook book;
+    book.StatusBar = {""};
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+      if (!cells[i].empty()) book.Cell(2, static_cast<int>(i) + 1, cells[i]);
+    }
+    book.SaveAs(drives_.ToNative(kFile + ".xlsx"));
+  };
+  const std::vector<std::string> kCatalogue = {"DELETE FROM TOVAR", "INSERT INTO TOVAR SELECT * FROM KEPT"};
+  shop_.Sql("CREATE TABLE KEPT AS SELECT * FROM TOVAR");
+  Tab("sprav");
+  ForEachText(
+      "a catalogue", {{"TOVAR"}},
+      [&](const std::string& text, const std::string& other) {
+        std::vector<std::string> cells = kGood;
+        for (std::size_t i = 0; i < kTextColumns.size(); ++i) cells[kTextColumns[i]] = i % 2 == 0 ? text : other;
+        save_book(cells);
+        load(app_->Main.Catalogue.CmdImportTov, kFile + ".xlsx");
+      },
+      kCatalogue);
+  for (std::size_t column = 0; column < kGood.size(); ++column) {
+    for (const std::string& text : AwkwardTextList()) {
+      if (Length(text) > 1000) continue;
+      shop_.Sql(kCatalogue[0]);
+      std::vector<std::string> cells = kGood;
+      cells[column] = text;
+      save_book(cells);
+      load(app_->Main.Catalogue.CmdImportTov, kFile + ".xlsx");
+      EXPECT_LE(std::stoi(shop_.Value("SELECT COUNT(*) FROM TOVAR")), 1) << column << ": " << text;
+    }
+  }
+  for (const std::string& statement : kCatalogue) shop_.Sql(statement);
+  // Lines of documents: the name is for people, the numbers are taken, a product's name comes from the catalogue.
+  Tab("jurn");
+  const std::vector<std::string> kNoLines = {"DELETE FROM DOCUMENT", "DELETE FROM DOCINVENT"};
+  const std::tuple<Menu*, Button*, DocumentForm*> kLoads[] = {
+      {&app_->Main.mnuDocIN, &documents.Inventory.CmdDownlFakt, &documents.Inventory},
+      {&app_->Main.mnuDocPERplus, &documents.TransferIn.CmdDownl, &documents.TransferIn},
+      {&app_->Main.mnuDocPERminus, &documents.TransferOut.CmdDownl, &documents.TransferOut}};
+  for (const auto& [menu, button, form] : kLoads) {
+    Click(*menu);
+    ForEachText(
+        "lines", {{"DOCUMENT"}, {"DOCINVENT"}, {"TOVAR", "COD=2", {"NAME"}}},
+        [&](const std::string& text, const std::string& other) {
+          shop_.Sql("UPDATE TOVAR SET NAME=" + Literal(Left(text, 50)) + " WHERE COD=2");
+          WriteFile(kFile, ToWindows1251("1,\"" + text + "\",1000\r\n2,\" Вино \",2000\r\n"));
+          load(*button, kFile);
+          WriteFile(kFile, ToWindows1251(text + ",\" Чай \"," + other + "\r\n"));
+          load(*button, kFile);
+          WriteFile(kFile, text);
+          load(*button, kFile);
+        },
+        kNoLines);
+    Do([&form = form] { form->Close(); });
+  }
+  shop_.Sql("UPDATE TOVAR SET NAME='Вино' WHERE COD=2");
+  ExpectWhole();
+}
+
+TEST_F(AwkwardTexts, OfTheReserve) {
+  TestDatabase reserve;
+  Digests there(reserve);
+  for (TestDatabase* base : {&shop_, &reserve}) base->Sql("DELETE FROM HOTKEYS WHERE ID>110");
+  reserve.Sql("INSERT INTO PROD (COD,NAME,NUM) VALUES (1,'Чай',1)");
+  reserve.Sql("INSERT INTO KASSA (OPER,NUM) VALUES ('Заказ',1)");
+  Start("prod");
+  frmExpImp& screen = app_->Exchange;
+  Click(app_->Main.mnuExport);
+  const auto link = [&](const std::string& more) {
+    return ToWindows1251(
+        fmt::format("[oledb]\r\n; Everything after this line is an OLE DB initstring\r\n"
+                    "Provider=MSDASQL.1;Extended Properties=\"SERVER={};DATABASE={};UID=zrt;PWD=41730926{}\"",
+                    reserve.Address().host, reserve.Address().schema, more));
+  };
+  const std::vector<Meant> kHere = {{"CONST", "COD=6", {"N5"}},
+                                    {"PROD", "NUM=9", {"N7", "NAME", "T1"}},
+                                    {"KASSA", "NUM=9", {"N7", "T1", "OPER"}},
+                                    {"TOVAR", "COD=2", {"NAME", "BARCODE", "T1"}},
+                                    {"KLIENT", "COD=3", {"NAME", "DATETIME"}}};
+  const std::vector<Meant> kThere = {
+      {"CONST", "COD=6", {"N6"}}, {"PROD", "NUM=9"}, {"KASSA", "NUM=9"}, {"TOVAR"}, {"KLIENT"}, {"HOTKEYS"}};
+  shop_.Sql(
+      "INSERT INTO PROD (COD,KOL,PRISE,SKID,SUM2,TER,PERS,REZ,NUM,N1,N2,N3,N4,N5,UKT,DATETIME) VALUES "
+      "(1,1000,12000,0,12000,1,3,0,9,0,0,0,3,0,'1','2026-11-12 09:30:00')");
+  shop_.Sql(
+      "INSERT INTO KASSA (SUM1,SUM2,SKID,PLUS,MINUS,TER,PERS,NUM,N1,N2,N3,N4,DAT,TIM) VALUES "
+      "(12,12,0,0,0,1,3,9,0,0,1,3,'2026-11-12 09:30:00','2026-11-12 09:30:00')");
+  shop_.Sql("UPDATE PROD SET N7=1 WHERE NUM<9");
+  shop_.Sql("UPDATE KASSA SET N7=1 WHERE NUM<9");
+  ForEachText("the reserve", kHere, [&](const std::string& text, const std::string& other) {
+    const auto kept = there.Take(kThere);
+    const std::string cell = Literal(Left(text, 20));
+    shop_.Sql("UPDATE PROD SET N7=NULL,NAME=" + cell + ",T1=" + Literal(Left(other, 20)) + " WHERE NUM=9");
+    shop_.Sql("UPDATE KASSA SET N7=NULL,OPER=" + cell + ",T1=" + Literal(Left(other, 20)) + " WHERE NUM=9");
+    shop_.Sql("UPDATE TOVAR SET NAME=" + cell + ",BARCODE=" + Literal(Left(other, 20)) + " WHERE COD=2");
+    shop_.Sql("UPDATE KLIENT SET NAME=" + cell + ",DATETIME=" + Literal(Left(other, 20)) + " WHERE COD=3");
+    // The link lies under the text's own name where a file may be called so.
+    const std::string name = "C:\\" + text.substr(0, 60) + ".udl";
+    WriteFile(name, link(";OPTION=" + text));
+    Type(screen.TxtUDL1, name);
+    if (!drives_.HasFile(name)) {
+      WriteFile("C:\\r.udl", link(";" + text + "=" + other));
+      Type(screen.TxtUDL1, "C:\\r.udl");
+    }
+    Do([&] { screen.CmdConn1.Enabled = true; });
+    Click(screen.CmdConn1);
+    for (Button* copy : {&screen.CmdExp, &screen.CmdTov, &screen.CmdOfc, &screen.CmdKeys}) Click(*copy);
+    ASSERT_EQ(there.Take(kThere), kept) << text;
+  });
+  EXPECT_TRUE(screen.LblConn1.Visible());
+  shop_.Sql("UPDATE TOVAR SET NAME='Вино',BARCODE='1' WHERE COD=2");
+  ExpectWhole();
+}
+
+}  // namespace
+}  // namespace zrt
