@@ -2,10 +2,15 @@
 // a link that is cut there. Whatever fails, the program lives, one box comes at most, the shop is as the first
 // statements left it, and the same action once more ends where it would have ended, or where its row says.
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cctype>
 #include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
 
 #include "faults/fault_run.h"
 
