@@ -64,6 +64,9 @@ std::optional<int> AnswerCommandLine(int argc, char** argv) {
 int main(int argc, char** argv) {
   if (const std::optional<int> answered = AnswerCommandLine(argc, argv)) return *answered;
   QApplication application(argc, argv);
+  // Under this name the toolkit keeps what the operator makes of the windows.
+  QApplication::setOrganizationName("zrt");
+  QApplication::setApplicationName("zrt");
   zrt::SetUpApplication(application);
 
   const zrt::SystemClock clock;
