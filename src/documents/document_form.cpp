@@ -51,6 +51,17 @@ DocumentForm::DocumentForm(Desktop& desktop, DocType type, const DocumentService
 
   Activate = [this] { Form_Activate(); };
   Unload = [this] { Form_Unload(); };
+  KeyDown = [this](Key& key) {
+    // Where there is something to save, leaving is the affair of the button, which asks.
+    const bool nothing_to_lose = DocRun || !DocOpen || (DocId == -1 && !HasLines());
+    if (key.code == Key::kEscape && nothing_to_lose) Close();
+  };
+  Month0.KeyDown = [this](Key& key) {
+    if (key.code != Key::kEscape) return;
+    key.swallow = true;
+    Month0.Visible = false;
+    CmdPlus.SetFocus();
+  };
   RUNButton.Click = [this] { RUNButton_Click(); };
   CancelButton.Click = [this] { CancelButton_Click(); };
   CmdPlus.Click = [this] { CmdPlus_Click(); };

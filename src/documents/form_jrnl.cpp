@@ -13,7 +13,7 @@ FormJrnl::FormJrnl(Desktop& desktop, Session& session, ModuleReg& stock, Product
   Unload = [this] { register_.Close(); };
   CmdTov.Click = [&picker] { picker.OpenFor(form_code::kRegisterView); };
   CheckRun.Click = [this] { CheckRun_Click(); };
-  DataGrid88.KeyDown = [this](Key& key) {
+  KeyDown = [this](Key& key) {
     if (key.code == Key::kEscape) Close();
   };
   stock.ConnectReciever(form_code::kRegisterView, [this](std::int32_t cod, std::int32_t kol, std::int32_t price) {

@@ -47,8 +47,16 @@ std::uint8_t ExciseCode(std::string_view kind) {
 
 frmPLU::frmPLU(Desktop& desktop, Session& session) : Form(desktop, "frmPLU"), session_(session) {
   Load = [this] { Form_Load(); };
-  TextName.KeyDown = [this](Key& key) { SaveOrLeave(key); };
-  TextPrise.KeyDown = [this](Key& key) { SaveOrLeave(key); };
+  KeyDown = [this](Key& key) {
+    if (key.code == Key::kEscape) Hide();
+  };
+  for (TextBox* box : {&TextName, &TextPrise}) {
+    box->KeyDown = [this](Key& key) {
+      if (key.code != Key::kEnter) return;
+      key.swallow = true;
+      Save();
+    };
+  }
   CheckVes.Click = [this] { CheckVes_Click(); };
   CmdKVP.Click = [this] { CmdKVP_Click(); };
   CmdDelKVP.Click = [this] { DropParts(); };
@@ -56,6 +64,7 @@ frmPLU::frmPLU(Desktop& desktop, Session& session) : Form(desktop, "frmPLU"), se
   ListKVP.KeyDown = [this](Key& key) {
     if (key.code == Key::kEnter) TakeParts();
     if (key.code == Key::kEscape) {
+      key.swallow = true;
       DropParts();
       CmdKVP.SetFocus();
     }
@@ -196,15 +205,6 @@ void frmPLU::ShowFor(ProductCardCaller caller, TextBox& first) {
   first.SetFocus();
   first.SelectAll();
   ShowModal();
-}
-
-void frmPLU::SaveOrLeave(Key& key) {
-  if (key.code == Key::kEnter) {
-    key.swallow = true;
-    Save();
-  } else if (key.code == Key::kEscape) {
-    Hide();
-  }
 }
 
 void frmPLU::Save() {

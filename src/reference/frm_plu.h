@@ -78,7 +78,6 @@ class frmPLU final : public Form {
   void CmdKVP_Click();
   void TakeParts();
   void DropParts();
-  void SaveOrLeave(Key& key);
   void Save();
 
   void PutNextCode();

@@ -32,6 +32,9 @@ frmPLUpodb::frmPLUpodb(Desktop& desktop, Session& session, ModuleReg& stock, frm
   CmdPrice.Click = [this] { SortBy("PRISE"); };
   CmdKol.Click = [this] { SortBy("(OST-KOL)"); };
   CmdVid.Click = [this] { SortBy("N5"); };
+  KeyDown = [this](Key& key) {
+    if (key.code == Key::kEscape) Hide();
+  };
   TextFind.Change = [this] { TextFind_Change(); };
   TextFind.KeyDown = [this](Key& key) { TextFind_KeyDown(key); };
   CmdClearFind.Click = [this] {
@@ -109,12 +112,10 @@ void frmPLUpodb::TextFind_Change() {
 void frmPLUpodb::TextFind_KeyDown(Key& key) {
   if (key.code == Key::kUp || key.code == Key::kDown) StepFromSearch(TextFind, DataGrid01, key.code);
   if (key.code == Key::kEnter) ChooseFromGrid();
-  if (key.code == Key::kEscape) Hide();
 }
 
 void frmPLUpodb::DataGrid01_KeyDown(Key& key) {
   if (key.code == Key::kEnter) ChooseFromGrid();
-  if (key.code == Key::kEscape) Hide();
 }
 
 void frmPLUpodb::ChooseFromGrid() {
@@ -176,6 +177,7 @@ void frmPLUpodb::AskFor(std::int32_t cod, const std::string& name, const std::st
 void frmPLUpodb::TextKol_KeyDown(Key& key) {
   if (key.code == Key::kEnter) LeaveQuantity(session_.Format(), AsksOf(FormCode), TextKol, TextPrice, OKButton);
   if (key.code == Key::kEscape) {
+    key.swallow = true;
     ClearForm();
     BackToChoice();
   }
@@ -184,6 +186,7 @@ void frmPLUpodb::TextKol_KeyDown(Key& key) {
 void frmPLUpodb::TextPrice_KeyDown(Key& key) {
   if (key.code == Key::kEnter) SendDataToForm();
   if (key.code == Key::kEscape) {
+    key.swallow = true;
     ClearForm(true);
     BackToChoice();
   }

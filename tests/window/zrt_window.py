@@ -65,15 +65,17 @@ class Shop:
 class Program:
     """The running program. `with Program() as program:` ends it whatever happens."""
 
-    def __init__(self, files=()):
-        """`files`: (path below the drives' folder, text) of files that are there before it starts."""
+    def __init__(self, files=(), settings=None):
+        """`files`: (path below the drives' folder, text) of files that are there before it starts. `settings`: folder of
+        the user's settings, where they are to outlive the program."""
         self.home = tempfile.TemporaryDirectory(prefix="zrt-window-")
         self.drives = os.path.join(self.home.name, "zrt", "drives")
         for path, text in files:
             self.write(path, text)
         self.process = subprocess.Popen(
             [os.environ["ZRT_PROGRAM"]],
-            env={**os.environ, "XDG_DATA_HOME": self.home.name, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"},
+            env={**os.environ, "XDG_DATA_HOME": self.home.name, "XDG_CONFIG_HOME": settings or self.home.name,
+                 "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"},
         )
 
     def __enter__(self):

@@ -27,7 +27,7 @@ std::vector<int> FitWidths(const std::vector<ColumnRoom>& columns, int room) {
   const auto missing = [&](std::size_t i) { return columns[i].needed - widths[i]; };
 
   // Slack is taken only for what is missing: a table that cuts nothing keeps its layout.
-  int wanted = -std::max(left, 0);
+  int wanted = -left;
   const std::vector<std::size_t> cut = Order(columns.size(), missing);
   for (const std::size_t i : cut) wanted += missing(i);
   const std::vector<std::size_t> slack = Order(columns.size(), [&](std::size_t i) { return -missing(i); });
@@ -37,10 +37,10 @@ std::vector<int> FitWidths(const std::vector<ColumnRoom>& columns, int room) {
     widths[*i] -= given;
     taken += given;
   }
-  left = std::max(left, 0) + taken;
+  left += taken;
 
   for (const std::size_t i : cut) {
-    const int given = std::min(left, missing(i));
+    const int given = std::clamp(left, 0, missing(i));
     widths[i] += given;
     left -= given;
   }
@@ -48,7 +48,14 @@ std::vector<int> FitWidths(const std::vector<ColumnRoom>& columns, int room) {
   for (std::size_t i = 0; i < columns.size(); ++i) {
     if (columns[i].text && (longest == columns.size() || columns[i].width > columns[longest].width)) longest = i;
   }
-  if (left > 0 && longest < columns.size()) widths[longest] += left;
+  if (longest == columns.size()) return widths;
+  widths[longest] += std::max(left, 0);
+  for (const std::size_t i : cut) {
+    if (columns[i].text || missing(i) <= 0) continue;
+    const int given = std::clamp(widths[longest] - columns[longest].width / 2, 0, missing(i));
+    widths[i] += given;
+    widths[longest] -= given;
+  }
   return widths;
 }
 

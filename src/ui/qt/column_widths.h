@@ -12,8 +12,9 @@ struct ColumnRoom {
 };
 
 /// Widths for `room` pixels: what is left over goes first to columns that cut something, the least cut first. Where
-/// that is not enough, columns with more than they need give it up, the widest first. The rest goes to the longest
-/// texts. No column gets less than it needs for another one's sake.
+/// that is not enough, or where the layout is wider than the room, columns with more than they need give it up, the
+/// most wasteful first. The rest goes to the longest texts. Only a number that is still cut, and so reads as another
+/// number, takes what it needs from the longest texts, which read well enough by half.
 std::vector<int> FitWidths(const std::vector<ColumnRoom>& columns, int room);
 
 }  // namespace zrt

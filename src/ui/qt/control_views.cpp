@@ -562,15 +562,38 @@ class TabStripView final : public ControlView {
     }
   }
 
+ protected:
+  bool KeyLeft(const Key& key) override {
+    if (key.code == Key::kEnter) Choose(bar_->currentIndex());
+    return false;
+  }
+
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::KeyPress) {
+      const int key = static_cast<QKeyEvent*>(event)->key();
+      walking_ = key == Qt::Key_Left || key == Qt::Key_Right;
+    } else if (event->type() == QEvent::KeyRelease || event->type() == QEvent::MouseButtonPress) {
+      walking_ = false;
+    }
+    return ControlView::eventFilter(watched, event);
+  }
+
  private:
   void Choose(int index) {
     if (index < 0 || !IsAlive()) return;
     const std::string key = strip_.Tabs().at(static_cast<std::size_t>(index)).key;
-    Act([&] { strip_.UserChoose(key); });
+    bar_->setProperty(kWalkedOver, walking_);
+    Act([&] {
+      strip_.UserChoose(key);
+      // The window that has just appeared is not the one in front.
+      if (walking_ && bar_->hasFocus()) TheDesktop().Activated(strip_.Owner());
+    });
+    bar_->setProperty(kWalkedOver, false);
   }
 
   TabStrip& strip_;
   QTabBar* bar_;
+  bool walking_ = false;  ///< by the arrow keys
 };
 
 class KeyTriggView final : public ControlView {

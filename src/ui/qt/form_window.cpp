@@ -4,16 +4,16 @@
 #include <QKeyEvent>
 #include <QLayout>
 #include <QScreen>
+#include <QSplitter>
 #include <QWindow>
 #include <algorithm>
 
 #include "platform/twips.h"
 #include "ui/qt/form_factory.h"
+#include "ui/qt/kept_look.h"
 #include "ui/qt/qt_text.h"
 
 namespace zrt {
-
-namespace {}  // namespace
 
 TimerView::TimerView(Timer& timer) : timer_(timer) {
   clock_.setSingleShot(true);
@@ -43,7 +43,8 @@ void TimerView::Fire() {
   if (timer_.View() == this) Restart();
 }
 
-FormWindow::FormWindow(Form& form, const DriveMap& drives) : form_(form), window_(BuildFormWindow(form.Name())) {
+FormWindow::FormWindow(Form& form, const DriveMap& drives, const ShortcutHost& shortcuts)
+    : form_(form), window_(BuildFormWindow(form.Name())) {
   if (window_->property("frameless").toBool()) window_->setWindowFlags(Qt::SplashScreen | Qt::FramelessWindowHint);
   window_->setAccessibleDescription(ToQt(form.Name()));
   window_->installEventFilter(this);
@@ -52,6 +53,8 @@ FormWindow::FormWindow(Form& form, const DriveMap& drives) : form_(form), window
   }
   for (Timer* timer : form.Timers()) timers_.push_back(std::make_unique<TimerView>(*timer));
   form.SetView(this);
+  // One that any key closes has no other use for keys.
+  if (!form_.Click) InstallShortcuts(*window_, shortcuts);
 }
 
 FormWindow::~FormWindow() {
@@ -59,6 +62,7 @@ FormWindow::~FormWindow() {
 }
 
 void FormWindow::Retire() {
+  if (placed_) KeepSize();
   alive_ = false;
   form_.SetView(nullptr);
   for (const auto& view : views_) view->Retire();
@@ -78,20 +82,38 @@ void FormWindow::Show(const PropertyBase& property) {
   }
 }
 
-void FormWindow::Open(bool modal, const QWidget* owner, const QWidget* above) {
+void FormWindow::Open(const Place& place) {
   if (!window_->isVisible()) {
-    window_->setWindowModality(modal ? Qt::ApplicationModal : Qt::NonModal);
-    if (!placed_) Place(owner);
+    window_->setWindowModality(place.modal ? Qt::ApplicationModal : Qt::NonModal);
+    if (!placed_ && !ShowKeptSize()) PutInTheMiddle(place.owner);
     placed_ = true;
     window_->winId();
-    window_->windowHandle()->setTransientParent(above != nullptr ? above->windowHandle() : nullptr);
+    window_->windowHandle()->setTransientParent(place.above != nullptr ? place.above->windowHandle() : nullptr);
   }
+  // The widget's attribute is read when its window is made alone.
+  window_->windowHandle()->setProperty("_q_showWithoutActivating", !place.with_keyboard);
   window_->show();
   window_->raise();
-  window_->activateWindow();
+  if (place.with_keyboard) window_->activateWindow();
 }
 
-void FormWindow::Place(const QWidget* owner) {
+bool FormWindow::ShowKeptSize() {
+  const QString form = ToQt(form_.Name());
+  for (QSplitter* splitter : window_->findChildren<QSplitter*>()) {
+    splitter->restoreState(KeptLook("splitters/" + form + '.' + splitter->objectName()).toByteArray());
+  }
+  return IsMain() && window_->restoreGeometry(KeptLook("windows/" + form).toByteArray());
+}
+
+void FormWindow::KeepSize() const {
+  const QString form = ToQt(form_.Name());
+  for (const QSplitter* splitter : window_->findChildren<QSplitter*>()) {
+    KeepLook("splitters/" + form + '.' + splitter->objectName(), splitter->saveState());
+  }
+  if (IsMain()) KeepLook("windows/" + form, window_->saveGeometry());
+}
+
+void FormWindow::PutInTheMiddle(const QWidget* owner) {
   // Layouts that keep their window at one size do so now.
   if (window_->layout() != nullptr) window_->layout()->activate();
   const QRect screen = (owner != nullptr ? owner : window_.get())->screen()->availableGeometry();

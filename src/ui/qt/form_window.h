@@ -8,6 +8,7 @@
 #include "platform/drive_map.h"
 #include "ui/form.h"
 #include "ui/qt/control_view.h"
+#include "ui/qt/shortcuts.h"
 
 namespace zrt {
 
@@ -31,15 +32,21 @@ class TimerView final : public QObject, public ElementView {
 /// The window of a loaded form.
 class FormWindow final : public QObject, public ElementView {
  public:
-  FormWindow(Form& form, const DriveMap& drives);
+  FormWindow(Form& form, const DriveMap& drives, const ShortcutHost& shortcuts);
   ~FormWindow() override;
 
   QWidget* Window() const { return window_.get(); }
   Form& TheForm() const { return form_; }
 
   void Show(const PropertyBase& property) override;
-  /// Makes the window visible, in front: in the middle of `owner`, and from then on above `above`, if there are such.
-  void Open(bool modal, const QWidget* owner, const QWidget* above);
+  struct Place {
+    bool modal;
+    const QWidget* owner;  ///< in whose middle it appears the first time; may be nullptr
+    const QWidget* above;  ///< over which it stays from then on; may be nullptr
+    bool with_keyboard;    ///< otherwise the keyboard stays where it is
+  };
+  /// Makes the window visible, in front.
+  void Open(const Place& place);
   /// Takes events until the window is hidden.
   void WaitUntilHidden();
   void Hide();
@@ -58,7 +65,11 @@ class FormWindow final : public QObject, public ElementView {
   Desktop& TheDesktop() const { return form_.TheDesktop(); }
   ControlView* ViewOf(const Control& control) const;
   bool IsOfAControl(const QWidget* widget) const;
-  void Place(const QWidget* owner);
+  void PutInTheMiddle(const QWidget* owner);
+  bool IsMain() const { return window_->property("mainWindow").toBool(); }
+  /// Size and place of the main window as the operator left them, and of the splitters in any window.
+  bool ShowKeptSize();
+  void KeepSize() const;
 
   Form& form_;
   std::vector<std::unique_ptr<ControlView>> views_;

@@ -5,12 +5,18 @@
 #include <QHeaderView>
 #include <QScopedValueRollback>
 #include <QScrollBar>
+#include <QStyle>
 #include <QTimer>
+#include <QToolTip>
 #include <algorithm>
 #include <vector>
 
 #include "platform/twips.h"
+#include "ui/form.h"
+#include "ui/qt/column_widths.h"
+#include "ui/qt/kept_look.h"
 #include "ui/qt/qt_text.h"
+#include "ui/qt/shortcuts.h"
 
 namespace zrt {
 
@@ -20,6 +26,15 @@ using Quiet = QScopedValueRollback<bool>;
 using Align = GridColumn::Align;
 
 constexpr int kRowPadding = 5;
+
+/// Pixels beside the text of a cell that its style leaves free, and the grid's line.
+int CellMargins(const QTableView& table) {
+  return 2 * (table.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &table) + 1) + 1;
+}
+
+int WidthOf(const QTableView& table, const QModelIndex& cell) {
+  return table.fontMetrics().horizontalAdvance(cell.data().toString());
+}
 
 /// The row or column of widgets that holds the table, somewhere in the layout of its window.
 QBoxLayout* BoxAround(QLayout* layout, QTableView& table) {
@@ -50,15 +65,22 @@ GridView::GridView(DataGrid& grid, QTableView* table)
   rows->hide();
   rows->setSectionResizeMode(QHeaderView::Fixed);
   rows->setMinimumSectionSize(1);
-  rows->setDefaultSectionSize(table->fontMetrics().height() + kRowPadding);
+  row_height_ = table->fontMetrics().height() + kRowPadding;
+  rows->setDefaultSectionSize(row_height_);
   QHeaderView* columns = table->horizontalHeader();
   columns->setHighlightSections(false);
   columns->setSectionsClickable(false);
   columns->setMinimumSectionSize(10);
 
+  header_height_ =
+      columns->fontMetrics().height() + 2 * table->style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, columns);
+
   connect(columns, &QHeaderView::sectionResized, this, [this] {
-    if (!busy_) widths_by_hand_ = true;
+    if (!busy_) KeepWidths();
   });
+  table->setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(table, &QWidget::customContextMenuRequested, this,
+          [this](const QPoint& place) { ShowRowMenu(*table_, table_->viewport()->mapToGlobal(place)); });
   connect(table->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
           [this](const QModelIndex& index) { WentTo(index); });
   connect(table, &QTableView::doubleClicked, this, [this] { Act([this] { grid_.UserDblClick(); }); });
@@ -96,6 +118,8 @@ bool GridView::KeyLeft(const Key& key) {
     if (grid_.Rows() > 0) Act([&] { grid_.UserRow(key.code == Key::kHome ? 1 : grid_.Rows()); });
     return true;
   }
+  // Where the screen has no use of its own for Enter, it changes the row as F2 does.
+  if (key.code == Key::kEnter && !grid_.KeyDown) PressRowButton(*table_, QStringLiteral("F2"));
   return key.code == Key::kCharacter || key.code == Key::kEnter;
 }
 
@@ -126,6 +150,18 @@ void GridView::RowsChanged() {
   ShowColumns();
   late_ = true;
   CatchUp();
+  FitSoon();
+}
+
+void GridView::FitSoon() {
+  if (fit_due_) return;
+  fit_due_ = true;
+  QTimer::singleShot(0, this, [this] {
+    fit_due_ = false;
+    if (!IsAlive()) return;
+    CatchUp();
+    FitColumns();
+  });
 }
 
 void GridView::ShowColumns() {
@@ -136,29 +172,92 @@ void GridView::ShowColumns() {
     model_.Renew();
   }
   model_.RenewHeader();
-  widths_by_hand_ = false;
   FitColumns();
   table_->viewport()->update();
 }
 
 void GridView::FitColumns() {
-  if (widths_by_hand_) return;
   const Quiet quiet(busy_, true);
   const std::vector<GridColumn>& columns = grid_.Columns();
   QHeaderView* header = table_->horizontalHeader();
-  int left = table_->viewport()->width();
-  int widest = -1;
+  std::vector<int> shown;
+  std::vector<ColumnRoom> rooms;
   for (int i = 0; i < model_.columnCount(); ++i) {
     const GridColumn& column = columns[static_cast<std::size_t>(i)];
     header->setSectionHidden(i, column.width <= 0);
     if (column.width <= 0) continue;
-    header->resizeSection(i, column.width * table_->logicalDpiX() / kTwipsPerInch);
-    left -= header->sectionSize(i);
-    const bool text = column.align == Align::kLeft;
-    if (text && (widest < 0 || column.width > columns[static_cast<std::size_t>(widest)].width)) widest = i;
+    shown.push_back(i);
+    rooms.push_back(
+        {column.width * table_->logicalDpiX() / kTwipsPerInch, NeededWidth(i), column.align == Align::kLeft});
   }
-  // What is left over goes to the longest texts.
-  if (left > 0 && widest >= 0) header->resizeSection(widest, header->sectionSize(widest) + left);
+  if (ShowKeptWidths()) return;
+  const std::vector<int> widths = FitWidths(rooms, table_->viewport()->width());
+  for (std::size_t i = 0; i < shown.size(); ++i) header->resizeSection(shown[i], widths[i]);
+}
+
+int GridView::NeededWidth(int column) const {
+  const int heading = table_->horizontalHeader()->sectionSizeHint(column);
+  if (!table_->isVisible()) return heading;
+  int needed = 0;
+  const int first = std::max(table_->verticalScrollBar()->value(), 0);
+  const int last = std::min(first + table_->viewport()->height() / row_height_ + 1, model_.rowCount());
+  for (int row = first; row < last; ++row) {
+    needed = std::max(needed, WidthOf(*table_, model_.index(row, column)));
+  }
+  return std::max(heading, needed + CellMargins(*table_));
+}
+
+QString GridView::WidthsKey() const {
+  QStringList names;
+  for (const GridColumn& column : grid_.Columns()) {
+    if (column.width > 0) names += ToQt(column.header);
+  }
+  // A slash would make groups of the settings.
+  return QStringLiteral("columns/%1.%2.%3")
+      .arg(ToQt(grid_.Owner().Name()), ToQt(grid_.Name()), names.join('|').replace('/', ' '));
+}
+
+bool GridView::ShowKeptWidths() {
+  const QStringList kept = KeptLook(WidthsKey()).toStringList();
+  QHeaderView* header = table_->horizontalHeader();
+  if (kept.size() != header->count() || kept.isEmpty()) return false;
+  for (int i = 0; i < header->count(); ++i) {
+    const int width = kept[i].toInt();
+    if (!header->isSectionHidden(i) && width > 0) header->resizeSection(i, width);
+  }
+  return true;
+}
+
+void GridView::KeepWidths() const {
+  const QHeaderView& header = *table_->horizontalHeader();
+  QStringList widths;
+  for (int i = 0; i < header.count(); ++i) widths += QString::number(header.sectionSize(i));
+  KeepLook(WidthsKey(), widths);
+}
+
+void GridView::FitHeights() {
+  QHeaderView* header = table_->horizontalHeader();
+  const int room = table_->viewport()->height() + header->height() - header_height_;
+  if (room < row_height_) return;
+  constexpr int kMostGrowth = 2;
+  int best = row_height_;
+  for (int height = row_height_; height <= row_height_ + kMostGrowth; ++height) {
+    if (room % height < room % best) best = height;
+  }
+  if (table_->verticalHeader()->defaultSectionSize() != best) table_->verticalHeader()->setDefaultSectionSize(best);
+  const int wanted = header_height_ + room % best;
+  if (header->height() != wanted) header->setFixedHeight(wanted);
+}
+
+bool GridView::ShowCutText(const QHelpEvent& help) {
+  const QModelIndex cell = table_->indexAt(help.pos());
+  if (!cell.isValid() || WidthOf(*table_, cell) + CellMargins(*table_) <= table_->columnWidth(cell.column())) {
+    return false;
+  }
+  // As a text for sure, whatever the shop calls its goods.
+  const QString text = QStringLiteral("<p style='white-space:pre'>%1</p>").arg(cell.data().toString().toHtmlEscaped());
+  QToolTip::showText(help.globalPos(), text, table_->viewport(), table_->visualRect(cell));
+  return true;
 }
 
 void GridView::RowChanged() {
@@ -209,8 +308,22 @@ void GridView::KeepFirstRow() {
 bool GridView::eventFilter(QObject* watched, QEvent* event) {
   if (!IsAlive()) return false;
   if (watched == table_->viewport()) {
-    if (event->type() == QEvent::Resize) FitColumns();
-    if (event->type() == QEvent::MouseButtonPress) CatchUp();
+    switch (event->type()) {
+      case QEvent::Resize:
+        FitHeights();
+        FitColumns();
+        break;
+      case QEvent::Show:
+        FitSoon();
+        break;
+      case QEvent::MouseButtonPress:
+        CatchUp();
+        break;
+      case QEvent::ToolTip:
+        return ShowCutText(*static_cast<QHelpEvent*>(event));
+      default:
+        break;
+    }
     return false;
   }
   return ControlView::eventFilter(watched, event);

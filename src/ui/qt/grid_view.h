@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHelpEvent>
 #include <QLabel>
 #include <QTableView>
 
@@ -28,6 +29,18 @@ class GridView final : public ControlView {
   void ShowCaption();
   void ShowColumns();
   void FitColumns();
+  /// Again when the screen has chosen the row that it shows: the texts in sight are other ones then.
+  void FitSoon();
+  /// Pixels that the header and the texts in sight need in a column.
+  int NeededWidth(int column) const;
+  /// The name under which widths drawn by hand are kept: they belong to these very columns.
+  QString WidthsKey() const;
+  bool ShowKeptWidths();
+  void KeepWidths() const;
+  /// Rows and header get heights that fill the table, so that scrolled to its end it begins with a whole row.
+  void FitHeights();
+  /// Shows the text under the pointer whole where its cell cuts it.
+  bool ShowCutText(const QHelpEvent& help);
   void ShowFirstRow();
   void KeepFirstRow();
   /// Rows changed: the model must not serve rows that are gone, so this doesn't wait.
@@ -40,9 +53,11 @@ class GridView final : public ControlView {
   QTableView* table_;
   GridModel model_;
   QLabel* heading_ = nullptr;
-  bool late_ = false;            ///< the current row has changed since the table last showed it
-  bool busy_ = false;            ///< the view itself moves the table
-  bool widths_by_hand_ = false;  ///< the operator has drawn a column wider or narrower
+  bool late_ = false;  ///< the current row has changed since the table last showed it
+  bool fit_due_ = false;
+  bool busy_ = false;  ///< the view itself moves the table
+  int row_height_;
+  int header_height_;
 };
 
 }  // namespace zrt

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/twips.h"
+#include "ui/qt/copying.h"
 #include "ui/qt/qt_text.h"
 #include "ui/qt/view_kinds.h"
 
@@ -56,6 +57,8 @@ class ListView final : public ControlView {
     connect(widget, &QListWidget::doubleClicked, this, [this] { Act([this] { list_.UserDblClick(); }); });
     list.OnAdded = [this] { widget_->addItem(ToQt(list_.Items().back())); };
     new WidestLine(widget);
+    // One whose lines can't be chosen is a report.
+    if (!list.DblClick) LetCopyLines(*widget);
     WatchKeys(widget);
     Start();
   }

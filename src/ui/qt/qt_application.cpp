@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QFontDatabase>
 #include <QIcon>
+#include <QKeyEvent>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QPalette>
@@ -53,6 +54,22 @@ QPalette LightPalette() {
   return palette;
 }
 
+/// The keypad's decimal key types the decimal comma, whatever the keyboard's layout makes of it.
+class DecimalKey final : public QObject {
+ public:
+  using QObject::QObject;
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() != QEvent::KeyPress || !watched->isWidgetType()) return false;
+    const auto& pressed = *static_cast<QKeyEvent*>(event);
+    if (!pressed.modifiers().testFlag(Qt::KeypadModifier) || pressed.text() != QLatin1String(".")) return false;
+    QKeyEvent comma(QEvent::KeyPress, Qt::Key_Comma, pressed.modifiers(), QStringLiteral(","), pressed.isAutoRepeat());
+    QCoreApplication::sendEvent(watched, &comma);
+    return true;
+  }
+};
+
 }  // namespace
 
 void SetUpApplication(QApplication& application) {
@@ -66,6 +83,8 @@ void SetUpApplication(QApplication& application) {
   QApplication::setWindowIcon(QIcon(":/zrt/zrt.png"));
   // The main window may be hidden while the program goes on; it ends when the main window is unloaded.
   QApplication::setQuitOnLastWindowClosed(false);
+
+  application.installEventFilter(new DecimalKey(&application));
 
   auto* translator = new QTranslator(&application);
   if (translator->load(QLocale(), "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {

@@ -9,6 +9,7 @@
 #include "ui/qt/boxes.h"
 #include "ui/qt/form_window.h"
 #include "ui/qt/qt_text.h"
+#include "ui/qt/view_kinds.h"
 
 namespace zrt {
 
@@ -64,6 +65,24 @@ QWidget* QtDesktop::MainWindowFor(const Form& form) const {
   return main == windows_.end() || main->first == &form ? nullptr : main->second->Window();
 }
 
+ShortcutHost QtDesktop::Shortcuts() {
+  const auto main_window = [this]() -> QWidget* {
+    const auto main = std::ranges::find_if(windows_, [](const auto& one) { return IsMainWindow(one); });
+    return main == windows_.end() ? nullptr : main->second->Window();
+  };
+  // In the order of their opening.
+  const auto next_window = [this](QWidget& present) -> QWidget* {
+    std::vector<QWidget*> open;
+    for (const Form* form : LoadedForms()) {
+      if (form->IsVisible()) open.push_back(WindowOf(*form)->Window());
+    }
+    const auto at = std::ranges::find(open, &present);
+    if (at == open.end() || open.size() < 2) return nullptr;
+    return at + 1 == open.end() ? open.front() : *(at + 1);
+  };
+  return {main_window, next_window};
+}
+
 void QtDesktop::NoteFront() {
   for (const auto& [form, window] : windows_) {
     if (window->Window()->isActiveWindow() && Front() != form) return UserAction([&] { Activated(window->TheForm()); });
@@ -88,9 +107,10 @@ void QtDesktop::DoShow(Form& form, bool modal) {
   // The window that was in front before; the form itself counts as shown already.
   const QWidget* owner = QApplication::activeWindow();
   std::unique_ptr<FormWindow>& window = windows_[&form];
-  if (window == nullptr) window = std::make_unique<FormWindow>(form, drives_);
+  if (window == nullptr) window = std::make_unique<FormWindow>(form, drives_, Shortcuts());
   if (owner == window->Window()) owner = nullptr;
-  window->Open(modal, owner, modal ? owner : MainWindowFor(form));
+  const bool passing = !modal && IsWalkedOver(QApplication::focusWidget());
+  window->Open({modal, owner, modal ? owner : MainWindowFor(form), !passing});
   if (const auto wanted = wanted_focus_.find(&form); wanted != wanted_focus_.end()) {
     window->Focus(*wanted->second);
     wanted_focus_.erase(wanted);

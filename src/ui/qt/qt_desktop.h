@@ -9,6 +9,7 @@
 #include "platform/drive_map.h"
 #include "ui/desktop.h"
 #include "ui/qt/server_wait.h"
+#include "ui/qt/shortcuts.h"
 
 class QWidget;
 
@@ -51,6 +52,7 @@ class QtDesktop : public Desktop {
   /// The window above which `form` stays, so that a click on it buries nothing that is unsaved; nullptr for the main
   /// window itself, and before there is one.
   QWidget* MainWindowFor(const Form& form) const;
+  ShortcutHost Shortcuts();
   /// Catches up with the window that came to the front while handlers stood still.
   void NoteFront();
 

@@ -6,6 +6,9 @@
 #include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <QPrinterInfo>
+#include <QShortcut>
+#include <QTimer>
+#include <QToolButton>
 #include <exception>
 #include <vector>
 
@@ -32,6 +35,21 @@ QFont PrintFont(int points, QPrinter& paper) {
   constexpr double kUnstretched = 100;
   if (twips > kTwipsPerCharacter) font.setStretch(static_cast<int>(kUnstretched * kTwipsPerCharacter / twips));
   return font;
+}
+
+/// Buttons of a tool bar take no keyboard by themselves, and printing is the one thing that the preview is opened for.
+void MakeUsableByKeyboard(QPrintPreviewDialog& preview) {
+  for (QToolButton* button : preview.findChildren<QToolButton*>()) {
+    button->setFocusPolicy(Qt::StrongFocus);
+    const QAction* action = button->defaultAction();
+    if (action == nullptr) continue;
+    if (action->text() == QCoreApplication::translate("QPrintPreviewDialog", "Print")) {
+      // Showing the window gives the keyboard to the pages.
+      QTimer::singleShot(0, button, [button] { button->setFocus(); });
+      auto* print = new QShortcut(QKeySequence::Print, &preview);
+      QObject::connect(print, &QShortcut::activated, button, &QAbstractButton::click);
+    }
+  }
 }
 
 }  // namespace
@@ -79,6 +97,7 @@ void QtPrinter::Print(const PrintJob& job) {
   QPrintPreviewDialog preview(&paper, owner);
   constexpr QSize kRoom(800, 680);
   preview.resize(kRoom);
+  MakeUsableByKeyboard(preview);
   std::exception_ptr failure;
   QObject::connect(&preview, &QPrintPreviewDialog::paintRequested, [&](QPrinter* target) {
     // The preview's own loop lets no exception pass.

@@ -91,8 +91,6 @@ void ActOnRow(const QWidget& window, const QString& key) {
 void Run(const Shortcut& shortcut, QWidget& window, const ShortcutHost& host) {
   const QString role = QString::fromUtf8(shortcut.role);
   switch (shortcut.action) {
-    case KeyAction::kGuide:
-      return host.open_guide(window);
     case KeyAction::kMenu:
       return OpenMenus(window);
     case KeyAction::kNextTab:
@@ -102,6 +100,9 @@ void Run(const Shortcut& shortcut, QWidget& window, const ShortcutHost& host) {
                        [](const QTabBar& bar) { return (bar.currentIndex() + bar.count() - 1) % bar.count(); });
     case KeyAction::kTab:
       return ChooseTab(host.main_window(), [&](const QTabBar&) { return role.toInt() - 1; });
+    case KeyAction::kNextWindow:
+      if (QWidget* next = host.next_window(window)) next->activateWindow();
+      return;
     case KeyAction::kFind:
       return Find(window, role);
     case KeyAction::kPress:
@@ -113,9 +114,37 @@ void Run(const Shortcut& shortcut, QWidget& window, const ShortcutHost& host) {
   }
 }
 
+/// What the same keys are in the two layouts.
+constexpr QStringView kRussianKeys = u"ЙЦУКЕНГШЩЗХЪФЫВАПРОЛДЖЭЯЧСМИТЬБЮ";
+constexpr QStringView kLatinKeys = u"QWERTYUIOP[]ASDFGHJKL;'ZXCVBNM,.";
+
+void GiveLetters(QWidget& bar_or_menu, QWidget* window) {
+  QString taken;
+  for (QAction* entry : bar_or_menu.actions()) {
+    if (QMenu* menu = entry->menu()) GiveLetters(*menu, nullptr);
+    const QString caption = entry->text();
+    for (qsizetype i = 0; i < caption.size(); ++i) {
+      const QChar letter = caption[i].toUpper();
+      if (!letter.isLetter() || taken.contains(letter)) continue;
+      taken += letter;
+      entry->setText(QString(caption).insert(i, '&'));
+      const qsizetype key = kRussianKeys.indexOf(letter);
+      if (window == nullptr || key < 0) break;
+      auto* latin = new QShortcut(QKeySequence(Qt::ALT | Qt::Key(kLatinKeys[key].unicode())), window);
+      auto* bar = qobject_cast<QMenuBar*>(&bar_or_menu);
+      QObject::connect(latin, &QShortcut::activated, bar, [bar, entry] {
+        if (entry->isVisible() && entry->menu() != nullptr) bar->setActiveAction(entry);
+        if (entry->isVisible() && entry->menu() == nullptr) entry->trigger();
+      });
+      break;
+    }
+  }
+}
+
 }  // namespace
 
 void InstallShortcuts(QWidget& window, const ShortcutHost& host) {
+  if (auto* bar = window.findChild<QMenuBar*>()) GiveLetters(*bar, &window);
   for (const Shortcut& shortcut : kShortcuts) {
     for (const QString& keys : QString::fromUtf8(shortcut.keys).split(QStringLiteral(", "))) {
       auto* key = new QShortcut(QKeySequence(keys), &window);

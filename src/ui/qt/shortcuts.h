@@ -10,11 +10,11 @@ class QWidget;
 namespace zrt {
 
 enum class KeyAction {
-  kGuide,       ///< the guide at this window's page
   kMenu,        ///< the keyboard goes to the row of menus
   kNextTab,     ///< of the main window, from whichever window is in front
   kEarlierTab,  ///< the same
   kTab,         ///< the tab of that number
+  kNextWindow,  ///< another window that is open
   kFind,        ///< the keyboard goes to the control that the definition gives this role
   kPress,       ///< presses the button that the definition gives this role
   kRow,         ///< presses the button that the grid's definition names for this key
@@ -32,7 +32,6 @@ struct Shortcut {
 
 /// The one table of shortcuts. docs/operating.md and the guide show it.
 inline constexpr std::array kShortcuts = {
-    Shortcut{"F1", KeyAction::kGuide, "", "руководство на странице об открытом окне"},
     Shortcut{"F10", KeyAction::kMenu, "", "строка меню; сразу в меню - Alt с подчёркнутой буквой"},
     Shortcut{"Ctrl+Tab, Ctrl+PgDown", KeyAction::kNextTab, "", "следующая вкладка главного окна"},
     Shortcut{"Ctrl+Shift+Tab, Ctrl+PgUp", KeyAction::kEarlierTab, "", "предыдущая вкладка главного окна"},
@@ -41,6 +40,7 @@ inline constexpr std::array kShortcuts = {
     Shortcut{"Ctrl+3", KeyAction::kTab, "3", "третья вкладка"},
     Shortcut{"Ctrl+4", KeyAction::kTab, "4", "четвёртая вкладка"},
     Shortcut{"Ctrl+5", KeyAction::kTab, "5", "пятая вкладка"},
+    Shortcut{"F6", KeyAction::kNextWindow, "", "следующее открытое окно"},
     Shortcut{"Ctrl+F", KeyAction::kFind, "find", "поле поиска или отбора"},
     Shortcut{"F5", KeyAction::kPress, "run", "главный запрос вкладки или окна"},
     Shortcut{"Ins", KeyAction::kRow, "Ins", "новая запись или строка"},
@@ -52,11 +52,12 @@ inline constexpr std::array kShortcuts = {
 };
 
 struct ShortcutHost {
-  std::function<QWidget*()> main_window;     ///< the one with the strip of tabs; nullptr before there is one
-  std::function<void(QWidget&)> open_guide;  ///< at the page of this window
+  std::function<QWidget*()> main_window;          ///< the one with the strip of tabs; nullptr before there is one
+  std::function<QWidget*(QWidget&)> next_window;  ///< nullptr when this one is the only one
 };
 
-/// Makes the table's keys work in this window.
+/// Makes the table's keys work in this window, and gives each entry of its menus a letter of its own: captions stay as
+/// they are, the letter is underlined. Alt with the letter's key works in the Latin layout too.
 void InstallShortcuts(QWidget& window, const ShortcutHost& host);
 
 /// Presses the button that `table` names for the key; false when it names none, or none that can be pressed.

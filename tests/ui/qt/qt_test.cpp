@@ -9,6 +9,7 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
+#include <QHelpEvent>
 #include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -38,6 +39,8 @@
 #include "core/errors.h"
 #include "support/headless_desktop.h"
 #include "support/test_database.h"
+#include "ui/qt/column_widths.h"
+#include "ui/qt/copying.h"
 #include "ui/qt/key_trigg_widget.h"
 #include "ui/qt/qt_application.h"
 #include "ui/qt/qt_desktop.h"
@@ -469,6 +472,56 @@ TEST_F(MainWindow, ColumnsFollowTheirLayoutAndTheBindingTheirRecordset) {
   EXPECT_EQ(table->model()->rowCount(), 0);
 }
 
+TEST_F(MainWindow, ATableShowsWholeRowsAndWholeTextsAndCopiesThem) {
+  Start();
+  Choose("sprav");
+  auto* table = Find<QTableView>("DataGrid1_0");
+  DataGrid& grid = app_->Main.Catalogue.DataGrid1[0];
+  for (const int more : {0, 7, 13, 20}) {
+    table->window()->resize(table->window()->width(), 740 + more);
+    table->verticalScrollBar()->setValue(table->verticalScrollBar()->maximum());
+    Settle();
+    EXPECT_EQ(table->rowViewportPosition(table->rowAt(0)), 0) << more;
+    EXPECT_EQ(table->rowAt(table->viewport()->height() - 1), kProducts - 1) << more;
+  }
+
+  database_->Sql("UPDATE TOVAR SET PRISE=123456789, NAME='Арбуз <b>, у которого очень длинное название' WHERE COD=1");
+  desktop_->UserAction([&] { app_->TheSession.Pool().RsProducts.Requery(); });
+  grid.FirstRow = 1;
+  Settle();
+  const int price = 2;
+  const QString shown = "1234567,89";
+  ASSERT_EQ(table->model()->index(0, price).data().toString(), shown);
+  EXPECT_GT(table->columnWidth(price), table->fontMetrics().horizontalAdvance(shown));
+  const auto tip_over = [&](int column) {
+    QToolTip::hideText();
+    QHelpEvent help(QEvent::ToolTip, table->visualRect(table->model()->index(0, column)).center(), QPoint(50, 50));
+    QApplication::sendEvent(table->viewport(), &help);
+    return QToolTip::text();
+  };
+  EXPECT_FALSE(tip_over(price).contains("567"));  // what is read whole needs no tip
+  table->setColumnWidth(1, 60);
+  EXPECT_TRUE(tip_over(1).contains("Арбуз &lt;b&gt;, у которого очень длинное название")) << tip_over(1).toStdString();
+
+  app_->TheSession.Pool().RsProducts.SetBookmark(1);
+  Settle();
+  table->setFocus();
+  CopyFrom(table);
+  const QStringList copied = QApplication::clipboard()->text().split('\t');
+  EXPECT_EQ(copied.mid(0, 3), (QStringList{"1", "Арбуз <b>, у которого очень длинное название", "1234567,89"}));
+}
+
+TEST(ColumnWidths, WhatIsLeftGoesWhereSomethingIsCut) {
+  const ColumnRoom cod{40, 35, false}, name{200, 120, true}, price{60, 90, false}, note{80, 200, true};
+  using Widths = std::vector<int>;
+  EXPECT_EQ(FitWidths({cod, name}, 300), (Widths{40, 260}));             // the rest to the longest texts
+  EXPECT_EQ(FitWidths({cod, name, price}, 340), (Widths{40, 210, 90}));  // first to what is cut
+  EXPECT_EQ(FitWidths({cod, name, price}, 300), (Widths{40, 170, 90}));  // then at the cost of what has too much
+  EXPECT_EQ(FitWidths({cod, name, price}, 270), (Widths{40, 140, 90}));  // also where the layout is too wide
+  EXPECT_EQ(FitWidths({cod, name, price, note}, 380), (Widths{35, 120, 90, 135}));  // the least cut first
+  EXPECT_EQ(FitWidths({cod, name, price}, 100), (Widths{35, 100, 80}));  // a number is read whole, a text by half
+}
+
 TEST_F(MainWindow, TypingInAGridIsTheProgramsAffair) {
   Start();
   Choose("sprav");
@@ -557,6 +610,7 @@ TEST_F(MainWindow, AnyKeyClosesTheAboutBox) {
   for (const Qt::Key key : {Qt::Key_F5, Qt::Key_Left, Qt::Key_Tab, Qt::Key_Delete, Qt::Key_Escape, Qt::Key_A}) {
     desktop_->UserAction([&] { app_->Main.mnuAbout.UserClick(); });
     ASSERT_TRUE(app_->About.IsVisible());
+    Settle();  // the keyboard is the box's by now
     QTest::keyClick(Find<QLabel>("lblVersion")->window(), key);
     EXPECT_FALSE(app_->About.IsLoaded()) << key;
     Settle();
@@ -712,6 +766,13 @@ TEST_F(Windows, ClosingABoxIsTheAnswerNo) {
                                           {BoxButtons::kOk, BoxAnswer::kOk}}) {
     QTimer::singleShot(20, [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });
     EXPECT_EQ(desktop_.MsgBox("?", BoxIcon::kQuestion, buttons), expected);
+  }
+}
+
+TEST_F(Windows, EnterGivesTheUsualAnswer) {
+  for (const BoxAnswer usual : {BoxAnswer::kYes, BoxAnswer::kNo}) {
+    QTimer::singleShot(20, [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Return); });
+    EXPECT_EQ(desktop_.MsgBox(Message{.text = "?", .buttons = BoxButtons::kYesNo, .usual = usual}), usual);
   }
 }
 
