@@ -2,6 +2,9 @@
 -- The program's own upgrades add the rest. Cyrillic is kept as windows-1251 bytes in latin1 columns; the binary order of
 -- these bytes is the Russian alphabet, every other latin1 order mixes its letters up.
 
+-- Loaded into a schema made for the shop, which takes over their character set for the tables to come.
+ALTER DATABASE CHARACTER SET latin1 COLLATE latin1_bin;
+
 CREATE TABLE TOVAR (
   ID int(11) NOT NULL AUTO_INCREMENT PRIMARY KEY,
   COD int(11),

@@ -1,12 +1,14 @@
-# What the program needs on a Debian machine. Sourced by ./run and ./test.
+# What the program needs on a Debian machine. Sourced by ./run, ./test and the tools that make a shop's program.
 
 # The server's core alone: the full package would bring up a database server of the machine's own.
-build_packages=(g++ cmake ninja-build ccache pkg-config libfmt-dev libpugixml-dev unixodbc-dev qt6-base-dev
-  libgtest-dev libbenchmark-dev libmariadb-dev
+shop_packages=(g++ cmake ninja-build pkg-config libfmt-dev libpugixml-dev unixodbc-dev qt6-base-dev
   libxlsxwriter-dev libzip-dev libexpat1-dev)
+build_packages=("${shop_packages[@]}" ccache libgtest-dev libbenchmark-dev libmariadb-dev)
+work_place_packages=(odbc-mariadb odbcinst qt6-translations-l10n fonts-liberation mariadb-client-core iproute2)
 run_packages=(mariadb-server-core mariadb-client-core odbc-mariadb qt6-translations-l10n fonts-liberation xvfb xauth
   imagemagick x11-utils)
-test_packages=(dbus dbus-x11 at-spi2-core python3 python3-pyatspi gir1.2-atspi-2.0 xdotool openbox poppler-utils)
+test_packages=(dbus dbus-x11 at-spi2-core python3 python3-pyatspi gir1.2-atspi-2.0 xdotool openbox poppler-utils
+  appstream desktop-file-utils debootstrap dpkg-dev man-db mariadb-client)
 
 # install_packages PACKAGE ...: installs those that are missing: as root, else through sudo, else it names them and fails.
 # Never removes a package: a machine that has another database server keeps it, and the operator is told.

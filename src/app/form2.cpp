@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <iostream>
 #include <optional>
 #include <string_view>
 
@@ -21,8 +22,11 @@ class DesktopSchemaDialog final : public SchemaDialog {
   explicit DesktopSchemaDialog(Desktop& desktop) : desktop_(desktop) {}
   void Tell(std::string_view text) override { desktop_.MsgBox(std::string(text)); }
   void Warn(std::string_view text) override { desktop_.MsgBox(std::string(text), BoxIcon::kCritical); }
-  bool AskYesNo(std::string_view text) override {
-    return desktop_.MsgBox(std::string(text), BoxIcon::kQuestion, BoxButtons::kYesNo) == BoxAnswer::kYes;
+  bool AskYesNo(std::string_view text, bool usual) override {
+    return desktop_.MsgBox(Message{.text = std::string(text),
+                                   .icon = BoxIcon::kQuestion,
+                                   .buttons = BoxButtons::kYesNo,
+                                   .usual = usual ? BoxAnswer::kYes : BoxAnswer::kNo}) == BoxAnswer::kYes;
   }
 
  private:
@@ -103,6 +107,10 @@ void Form2::Form_Load() {
   KassaLite.FillCombos();
   if (Form* splash = TheDesktop().FindForm("frmSplash1")) splash->Close();
   Sales.Dir1.Path = session_.ReportFolder;
+  // For the shop's helper; the operator can't do anything about it.
+  if (const std::string remedy = CharacterSetRemedy(session_.MainConnection); !remedy.empty()) {
+    std::cerr << "zrt: " << kWrongCharacterSet << " " << remedy << "\n";
+  }
 }
 
 void Form2::Form_Activate() {

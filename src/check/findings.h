@@ -34,6 +34,7 @@ enum class Fault {
   kLinkToDeleted,
   kOldBalanceAtTills,
   kOpenDocument,
+  kCharacterSet,
   kCount
 };
 

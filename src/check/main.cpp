@@ -5,6 +5,7 @@
 #include <string>
 
 #include "check/shop_check.h"
+#include "core/advice.h"
 #include "core/errors.h"
 #include "core/session.h"
 
@@ -13,6 +14,7 @@ namespace {
 constexpr const char* kUsage =
     "Проверка базы магазина: что в ней не сходится. Ничего не меняет.\n"
     "  zrt_check [--host АДРЕС] [--user УЧЁТНАЯ_ЗАПИСЬ] [--database СХЕМА]\n"
+    "  zrt_check --version | --help\n"
     "Код завершения: 0 - всё сходится, 1 - есть ошибки, 2 - проверить не удалось.\n";
 
 constexpr int kWhole = 0, kBroken = 1, kNotLooked = 2;
@@ -20,6 +22,11 @@ constexpr int kWhole = 0, kBroken = 1, kNotLooked = 2;
 }  // namespace
 
 int main(int argc, char** argv) {
+  const std::string asked = argc == 2 ? argv[1] : "";
+  if (asked == "--version" || asked == "--help") {
+    std::cout << (asked == "--help" ? kUsage : "zrt_check " ZRT_VERSION "\n");
+    return kWhole;
+  }
   zrt::DatabaseAddress shop{ZRT_DB_HOST, ZRT_DB_USER, ZRT_DB_NAME};
   const std::map<std::string, std::string*> options = {
       {"--host", &shop.host}, {"--user", &shop.account}, {"--database", &shop.schema}};
@@ -37,6 +44,9 @@ int main(int argc, char** argv) {
     const zrt::check::Findings findings = zrt::check::CheckShop(connection);
     std::cout << "База " << shop.schema << " на " << shop.host << "\n" << findings.Report();
     return findings.IsWhole() ? kWhole : kBroken;
+  } catch (const zrt::DatabaseError& error) {
+    std::cerr << "Проверить не удалось: " << error.what() << "\n" << zrt::AdviceOn(error) << "\n";
+    return kNotLooked;
   } catch (const std::exception& error) {
     std::cerr << "Проверить не удалось: " << error.what() << "\n";
     return kNotLooked;

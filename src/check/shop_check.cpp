@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "core/recordset.h"
+#include "core/schema.h"
 
 namespace zrt::check {
 
@@ -64,6 +65,23 @@ void CheckProducts(Connection& connection, Findings& findings) {
   }
 }
 
+/// Tables that the program declares with a character set of their own keep that one's usual order.
+void CheckCharacterSets(Connection& connection, Findings& findings) {
+  const std::string schema = CharacterSetRemedy(connection);
+  if (!schema.empty()) findings.Add(Fault::kCharacterSet, schema);
+  Recordset tables;
+  tables.Open(
+      "SELECT TABLE_NAME FROM information_schema.TABLES WHERE TABLE_SCHEMA=DATABASE() AND TABLE_TYPE='BASE TABLE' AND "
+      "TABLE_COLLATION<>'latin1_bin' AND NOT (TABLE_COLLATION LIKE 'latin1%' AND "
+      "UPPER(TABLE_NAME) IN ('REGISTR','JOURNAL','DOCUMENT','DOCINVENT','DOCPRICE')) ORDER BY TABLE_NAME",
+      connection);
+  for (int row = 1; row <= tables.RecordCount(); ++row) {
+    findings.Add(
+        Fault::kCharacterSet,
+        fmt::format("ALTER TABLE `{}` CONVERT TO CHARACTER SET latin1 COLLATE latin1_bin;", tables.At(row, 0).Text()));
+  }
+}
+
 }  // namespace
 
 Findings CheckShop(Connection& connection) {
@@ -72,6 +90,7 @@ Findings CheckShop(Connection& connection) {
   if (KeepsRegister(connection)) CheckDocuments(connection, findings);
   CheckReceipts(connection, findings);
   CheckProducts(connection, findings);
+  CheckCharacterSets(connection, findings);
   connection.Execute("COMMIT");
   return findings;
 }

@@ -125,13 +125,18 @@ constexpr auto kDocumentTables = std::to_array<std::string_view>({
     "mediumint(8), NAME varchar(50), PRC1 int(11), PRC2 int(11), REZ int(11))",
 });
 
-/// Servers before 5.5 know the table's engine by TYPE, those since then only by ENGINE.
-bool KnowsEngineClause(const std::string& version) {
+/// Is the server's `version` this one or later?
+bool IsSince(const std::string& version, int wanted_major, int wanted_minor) {
   int major = 0;
   int minor = 0;
   // Drivers pad the numbers with zeros ("05.05.0062"); a server that says nothing is taken for a present one.
   if (std::sscanf(version.c_str(), "%d.%d", &major, &minor) < 2) return true;
-  return major > 5 || (major == 5 && minor >= 5);
+  return major > wanted_major || (major == wanted_major && minor >= wanted_minor);
+}
+
+/// Servers before 5.5 know the table's engine by TYPE, those since then only by ENGINE.
+bool KnowsEngineClause(const std::string& version) {
+  return IsSince(version, 5, 5);
 }
 
 constexpr std::string_view kEngineClause = "ENGINE=InnoDB";
@@ -215,6 +220,13 @@ constexpr std::string_view kDocumentTableSuffix = " ENGINE=InnoDB DEFAULT CHARSE
 
 }  // namespace
 
+std::string CharacterSetRemedy(Connection& connection) {
+  Recordset schema;
+  schema.Open("SELECT DATABASE(),@@collation_database", connection);
+  if (schema.Field(1).TextOrEmpty() == "latin1_bin") return {};
+  return fmt::format("ALTER DATABASE `{}` CHARACTER SET latin1 COLLATE latin1_bin;", schema.Field(0).TextOrEmpty());
+}
+
 void UpgradeDatabase(Session& session, SchemaDialog& dialog, std::uint8_t& version) {
   while (version < kBlocks.size()) {
     const VersionBlock& block = kBlocks[version];
@@ -237,8 +249,9 @@ void CreateDocumentTables(Session& session, SchemaDialog& dialog, bool register_
     command.Execute();
   };
   if (register_wanted) {
-    // The operator's answer decides, right or wrong; the server isn't asked.
-    const bool old_server = dialog.AskYesNo("Версия сервера MySQL 4.0.12 ?");
+    // The operator's answer decides, right or wrong; the server's only says which button Enter presses.
+    const bool usual = !IsSince(session.MainConnection.ServerVersion(), 4, 1);
+    const bool old_server = dialog.AskYesNo("Версия сервера MySQL 4.0.12 ?", usual);
     const std::string_view suffix = old_server ? " TYPE=InnoDB" : kDocumentTableSuffix;
     for (const std::string_view table : kDocumentTables) execute(fmt::format("{}{}", table, suffix));
     execute("UPDATE TOVAR SET N5=0 WHERE N5 IS NULL");

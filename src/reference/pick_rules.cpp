@@ -1,5 +1,6 @@
 #include "reference/pick_rules.h"
 
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>

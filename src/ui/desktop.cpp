@@ -8,6 +8,7 @@
 #include <iostream>
 #include <utility>
 
+#include "core/advice.h"
 #include "core/errors.h"
 
 namespace zrt {
@@ -26,7 +27,9 @@ std::string WithPlainBreaks(std::string_view text) {
 std::string DetailsOf(const std::exception& error) {
   const auto* failure = dynamic_cast<const DatabaseError*>(&error);
   if (failure == nullptr) return error.what();
-  std::string details = fmt::format("{}\nSQLSTATE {}, {}", failure->Text(), failure->SqlState(), failure->Native());
+  std::string details(AdviceOn(*failure));
+  if (!details.empty()) details += "\n\n";
+  details += fmt::format("{}\nSQLSTATE {}, {}", failure->Text(), failure->SqlState(), failure->Native());
   if (!failure->Statement().empty()) details += "\n" + failure->Statement();
   return details;
 }

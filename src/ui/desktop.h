@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,7 +24,8 @@ struct Message {
   std::string title = {};
   std::string details =
       {};  ///< what the shop's helper wants to know, shown on demand; empty for a box without that part
-  std::string folder = {};  ///< the box offers to open this folder; empty for none
+  std::string folder = {};              ///< the box offers to open this folder; empty for none
+  std::optional<BoxAnswer> usual = {};  ///< the button that Enter presses; the first one when none is named
 };
 
 /// What the failure says to the shop's helper, in lines: the driver's words, SQLSTATE and number, the statement; or the

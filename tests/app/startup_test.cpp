@@ -69,6 +69,7 @@ TEST_F(Startup, StatementsGoOutInTheirOrder) {
       {"SELECT COD As 'Cod',NAME As 'Person',DATETIME As 'Card',NUM As 'Acs' FROM KLIENT ORDER BY NAME", ""},
       {"SELECT HOTKEYS.ID As 'id'", " WHERE HOTKEYS.REZ=1 AND HOTKEYS.LV=1 GROUP BY id ORDER BY id"},
       {"SELECT T9 FROM CONST WHERE COD=1", ""},
+      {"SELECT DATABASE(),@@collation_database", ""},
   };
   const std::vector<std::string>& sent = faults_.Statements();
   ASSERT_EQ(sent.size(), std::size(kExpected));
@@ -101,15 +102,25 @@ TEST_F(Startup, WithoutAServerItSaysSoAndEndsWithAnError) {
   stranger.account = "nobody";
   DatabaseAddress elsewhere = database_.Address();
   elsewhere.schema = "zrt_no_such_schema";
-  for (const DatabaseAddress& address : {nowhere, stranger, elsewhere}) {
+  for (const auto& [address, advice] :
+       {std::pair{nowhere, "не отвечает"}, {stranger, "не пускает"}, {elsewhere, "Установка, шаг 2"}}) {
     desktop_.Expect("Нет соединения с Базой Данных!", BoxAnswer::kOk, BoxIcon::kCritical);
     desktop_.ExpectRuntimeError();
     Start(address);
     EXPECT_FALSE(app_->IsRunning());
     EXPECT_FALSE(app_->TheSession.IsConnected());
+    EXPECT_NE(desktop_.LastMessage().details.find(advice), std::string::npos) << desktop_.LastMessage().details;
     EXPECT_EQ(desktop_.ExitCode(), 1);
     app_.reset();
   }
+}
+
+TEST_F(Startup, ASchemaOfAnotherCharacterSetIsNamedToTheHelperAlone) {
+  database_.Sql("ALTER DATABASE CHARACTER SET utf8mb4");
+  testing::internal::CaptureStderr();
+  Start();
+  EXPECT_NE(testing::internal::GetCapturedStderr().find("` CHARACTER SET latin1 COLLATE latin1_bin;"),
+            std::string::npos);
 }
 
 TEST_F(Startup, OperatingModes) {
@@ -160,6 +171,7 @@ TEST_F(Startup, TheWrongAnswerAboutTheServersVersionEndsTheStart) {
   desktop_.Expect("Версия сервера MySQL 4.0.12 ?", BoxAnswer::kYes, BoxIcon::kQuestion);
   desktop_.ExpectRuntimeError();
   Start();
+  EXPECT_EQ(desktop_.LastMessage().usual, BoxAnswer::kNo) << "Enter gives the right answer";
   EXPECT_EQ(desktop_.ExitCode(), 1);
   EXPECT_EQ(database_.Value("SELECT N3 FROM CONST WHERE COD=7"), "NULL");  // the question comes again
 }

@@ -78,6 +78,9 @@ TEST_F(Check, AWholeShopIsContent) {
   EXPECT_TRUE(findings.IsWhole()) << findings.Report();
   EXPECT_EQ(Found(findings), std::vector<Fault>{}) << findings.Report();
   EXPECT_EQ(findings.Report(), "Всё сходится.\n");
+  shop_.Sql("ALTER TABLE DKHOLDER CONVERT TO CHARACTER SET utf8mb4");
+  EXPECT_EQ(Look().Where(Fault::kCharacterSet),
+            std::vector<std::string>{"ALTER TABLE `DKHOLDER` CONVERT TO CHARACTER SET latin1 COLLATE latin1_bin;"});
   shop_.Sql("DROP TABLE REGISTR");  // a shop that keeps no register
   EXPECT_TRUE(Look().IsWhole());
 }
@@ -137,6 +140,7 @@ TEST_F(Check, OneRowForEachFault) {
       {"a key without its product", {"UPDATE HOTKEYS SET CODE=99 WHERE ID=2401"}, {Fault::kKeyWithoutProduct}},
       {"a barcode twice", {"UPDATE TOVAR SET BARCODE='4820000000024' WHERE COD=1"}, {Fault::kDoubledBarcode}},
       // What the rules allow.
+      {"the server's own character set", {"ALTER DATABASE CHARACTER SET utf8mb4"}, {Fault::kCharacterSet}},
       {"not told to the tills", {"UPDATE TOVAR SET OST=1 WHERE COD=2"}, {Fault::kOldBalanceAtTills}},
       {"an open document", {"INSERT INTO DOCUMENT (COD,TYP) VALUES (1,3)"}, {Fault::kOpenDocument}},
       {"an open inventory", {"INSERT INTO DOCINVENT (COD,DOC) VALUES (1,-1)"}, {Fault::kOpenDocument}},
@@ -148,6 +152,7 @@ TEST_F(Check, OneRowForEachFault) {
     const Findings findings = Look();
     EXPECT_EQ(Found(findings), broken.faults) << broken.name << "\n" << findings.Report();
     EXPECT_EQ(findings.IsWhole(), check::TextOf(broken.faults.front()).allowed) << broken.name;
+    shop_.Sql("ALTER DATABASE CHARACTER SET latin1 COLLATE latin1_bin");
     for (const char* table : kTables) {
       shop_.Sql(fmt::format("DELETE FROM {}", table));
       shop_.Sql(fmt::format("INSERT INTO {0} SELECT * FROM WAS_{0}", table));

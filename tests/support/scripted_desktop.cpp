@@ -46,7 +46,7 @@ std::optional<ScriptedDesktop::Box> ScriptedDesktop::Next(const std::string& tex
 
 BoxAnswer ScriptedDesktop::DoMsgBox(const Message& message) {
   last_message_ = message;
-  const auto& [text, icon, buttons, title, details, folder] = message;
+  const auto& [text, icon, buttons, title, details, folder, usual] = message;
   const std::optional<Box> box = Next(text, false);
   if (!box) return buttons == BoxButtons::kYesNo ? BoxAnswer::kNo : BoxAnswer::kCancel;
   if (box->icon) {

@@ -33,7 +33,7 @@ class SilentDialog final : public SchemaDialog {
  public:
   void Tell(std::string_view) override {}
   void Warn(std::string_view text) override { throw Error("the template's upgrade fails: " + std::string(text)); }
-  bool AskYesNo(std::string_view) override { return false; }
+  bool AskYesNo(std::string_view, bool) override { return false; }
 };
 
 void CreateSchema(Connection& connection, const std::string& name) {

@@ -1,7 +1,10 @@
 #include <QApplication>
 #include <QFileInfo>
 #include <QStandardPaths>
+#include <iostream>
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "app/app.h"
 #include "platform/drive_map.h"
@@ -30,9 +33,36 @@ std::string ExecutableName() {
   return name.toStdString();
 }
 
+constexpr const char* kUsage =
+    "ZRT: управление рестораном и магазином.\n"
+    "  zrt              открывает программу; сервер, учётная запись и схема заданы при сборке: " ZRT_DB_HOST
+    ", " ZRT_DB_USER ", " ZRT_DB_NAME
+    "\n"
+    "  zrt --version    номер версии\n"
+    "  zrt --help       эта справка\n"
+    "Проверка базы: zrt_check. Руководство: /usr/share/doc/zrt.\n";
+
+/// Answers what is asked on the command line, without a display; the exit code, or nothing when the program is to
+/// start.
+std::optional<int> AnswerCommandLine(int argc, char** argv) {
+  if (argc < 2) return std::nullopt;
+  const std::string_view asked = argv[1];
+  if (argc == 2 && asked == "--version") {
+    std::cout << "zrt " ZRT_VERSION "\n";
+    return 0;
+  }
+  if (argc == 2 && asked == "--help") {
+    std::cout << kUsage;
+    return 0;
+  }
+  std::cerr << "zrt: неизвестный параметр: " << argv[argc - 1] << "\n" << kUsage;
+  return 2;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+  if (const std::optional<int> answered = AnswerCommandLine(argc, argv)) return *answered;
   QApplication application(argc, argv);
   // Under this name the toolkit keeps what the operator makes of the windows.
   QApplication::setOrganizationName("zrt");

@@ -87,6 +87,7 @@ BoxAnswer ShowMessage(const Message& message, const DriveMap& drives, QWidget* o
   box.setTextFormat(Qt::PlainText);
   box.setText(BoxText(message.text));
   AddButtons(box, message.buttons);
+  if (message.usual == BoxAnswer::kNo) box.setDefaultButton(QMessageBox::No);
   AddDetails(box, message.details);
   const QAbstractButton* folder = nullptr;
   if (!message.folder.empty()) {

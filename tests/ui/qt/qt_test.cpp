@@ -458,7 +458,8 @@ TEST_F(MainWindow, ColumnsFollowTheirLayoutAndTheBindingTheirRecordset) {
   const int ukt = 12;
   EXPECT_FALSE(table->isColumnHidden(barcode));
   EXPECT_TRUE(table->isColumnHidden(ukt));
-  grid.Layout({{"Barcode", 0, GridColumn::Align::kLeft}, {"UKTZED", 1440, GridColumn::Align::kLeft}});
+  grid.Layout(std::to_array<ColumnLayout>(
+      {{"Barcode", 0, GridColumn::Align::kLeft}, {"UKTZED", 1440, GridColumn::Align::kLeft}}));
   EXPECT_TRUE(table->isColumnHidden(barcode));
   EXPECT_EQ(table->columnWidth(ukt), table->logicalDpiX());  // an inch
 
@@ -767,6 +768,13 @@ TEST_F(Windows, ClosingABoxIsTheAnswerNo) {
                                           {BoxButtons::kOk, BoxAnswer::kOk}}) {
     QTimer::singleShot(20, [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });
     EXPECT_EQ(desktop_.MsgBox("?", BoxIcon::kQuestion, buttons), expected);
+  }
+}
+
+TEST_F(Windows, EnterGivesTheUsualAnswer) {
+  for (const BoxAnswer usual : {BoxAnswer::kYes, BoxAnswer::kNo}) {
+    QTimer::singleShot(20, [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Return); });
+    EXPECT_EQ(desktop_.MsgBox(Message{.text = "?", .buttons = BoxButtons::kYesNo, .usual = usual}), usual);
   }
 }
 

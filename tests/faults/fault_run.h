@@ -1,0 +1,141 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <memory>
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "app/app.h"
+#include "support/headless_desktop.h"
+#include "support/recording_machine.h"
+#include "support/scripted_faults.h"
+#include "support/temporary_folder.h"
+#include "support/test_database.h"
+
+namespace zrt::test {
+
+/// An operator who answers whatever comes: boxes are kept and agreed to, modal forms stay open for the next step.
+class PatientDesktop final : public HeadlessDesktop {
+ public:
+  std::vector<std::string> Boxes;  ///< all that came, run-time errors with "!" in front
+  std::string Entry;               ///< what input boxes are answered with, but for passwords
+
+  void BeginAnew() { exit_code_.reset(); }
+
+ protected:
+  BoxAnswer DoMsgBox(const Message& message) override;
+  std::string DoInputBox(const std::string& prompt, const std::string& title, const std::string& preset) override;
+  void DoModalLoop(Form& form) override;
+  void DoRuntimeError(const std::exception& error) override;
+};
+
+/// What the same action done once more, after a statement of it had failed, must end in.
+enum class Again {
+  kSame,      ///< the state of the whole run, on the screen as in the database
+  kOnTop,     ///< what was in before the failure, and the whole run's rows besides
+  kTwice,     ///< one more of what a second press does, where the first one's write was in
+  kStays,     ///< what the first statements left, where one of them was in: the action finds nothing more to do
+  kUnproved,  ///< see the row's promise
+};
+
+/// Something the operator does, in steps parted by "; ":
+///   FORM.CONTROL           presses it          FORM.CONTROL=TEXT   types, chooses or ticks
+///   FORM.CONTROL>KEY       a key on it         FORM.GRID@ROW       goes to the row, "last" too
+///   pick CODE PRODUCT KOL PRICE                the picker delivers to the form of this code
+///   open N                                     opens the Nth document from the journal
+///   drag FORM.BUTTON FORM.BUTTON               from one button to the other
+///   day N                                      it is noon of November the Nth
+///   sql STATEMENT                              what somebody else does to the shop
+///   restart                                    the program is started
+///   entry TEXT                                 answers the input boxes from here on
+struct Action {
+  std::string name;
+  std::string before;  ///< brings the window to where the action begins
+  std::string action;  ///< what is broken, statement by statement
+  Again again = Again::kSame;
+  std::string promise = {};  ///< why it is not kSame
+  std::string mend = {};     ///< what the operator does instead of the same once more
+  bool whole = true;         ///< zrt_check is content afterwards
+  bool goes_on = false;      ///< a failing statement doesn't stop the action, by design
+  std::size_t boxes = 1;     ///< how many may come, beside those of the whole run
+  std::string besides = {};  ///< a text of the whole run that may be missing in the end
+
+  friend void PrintTo(const Action& action, std::ostream* out) { *out << action.name; }
+};
+
+/// A shop with a program on it that can be brought back to where it was in milliseconds.
+class FaultRun {
+ public:
+  FaultRun();
+  ~FaultRun();
+
+  /// Does steps that must not fail, and keeps the shop as it is afterwards as the one that every run begins with.
+  void Furnish(const std::vector<std::string>& statements, const std::vector<std::string>& steps);
+
+  const DriveMap& Drives() const { return drives_; }
+
+  /// Runs the action once whole, then with each of its statements refused, then with the link cut at each. Reports what
+  /// is wrong as failures of the test. Returns the number of runs.
+  int Prove(const Action& action);
+
+ private:
+  using Rows = std::vector<std::string>;
+  using State = std::map<std::string, Rows>;  ///< tables whose rows aren't those of the beginning
+
+  /// The state before each statement of the action, and at its end.
+  struct Whole {
+    std::vector<State> before;
+    State end;
+    State twice;
+    std::vector<std::string> statements;
+    std::vector<std::string> boxes;
+    Rows screen;
+  };
+  class Recorder;
+
+  void Restore();
+  void StartProgram();
+  void Restart();
+  void Do(std::string_view steps);
+  void Step(const std::string& step);
+  void OpenDocument(int number);
+  Control& Find(std::string_view name);
+  bool IsGone(std::string_view steps);
+  bool HasFailed() const;
+
+  Whole Record(const Action& action);
+  void Break(const Action& action, const Whole& whole, int statement, bool cut);
+  void Repeat(const Action& action, const Whole& whole, const State& left);
+  void ExpectWhole();
+  State Expected(const Action& action, const Whole& whole, const State& left) const;
+  static State Without(const std::string& text, State state);
+
+  std::map<std::string, std::string> Checksums();
+  Rows TableRows(const std::string& table);
+  State Look();
+  Rows Screen();
+  /// Numbers of documents go up from run to run: they stand as their place in the journal.
+  std::string Plain(std::string text) const;
+
+  TestDatabase shop_{Stage::kRegister};
+  TestDatabase kept_{Stage::kRegister};
+  FixedClock clock_{{{2026, 11, 12}, 12, 0, 0}};
+  TemporaryFolder folder_;
+  DriveMap drives_{folder_.Path()};
+  RecordingPrinter printer_;
+  RecordingSpreadsheet spreadsheet_;
+  PatientDesktop desktop_;
+  ScriptedFaults faults_;
+  FaultSource* source_ = &faults_;  ///< what stands below the program's connection
+  std::unique_ptr<App> app_;
+  std::vector<std::string> tables_;
+  std::map<std::string, std::string> columns_;  ///< of each table, without the numbers that the server gives
+  std::map<std::string, std::string> checksums_;
+  std::map<std::string, Rows> kept_rows_;
+  std::vector<std::string> journal_;  ///< JOURNAL.ID in their order, as Look found them
+};
+
+}  // namespace zrt::test
