@@ -154,6 +154,8 @@ std::string ModuleReg::MakeControlNumber() const {
 }
 
 void ModuleReg::RecalcOstAfterShift(Recordset& catalogue, ProgressBar& progress) {
+  // A list that couldn't be read before is no empty one.
+  if (!catalogue.IsOpen()) catalogue.Requery();
   if (catalogue.RecordCount() == 0) return;
   session_.Write("UPDATE TOVAR SET KOL=0");
   // Until somebody has chosen the hour it is NULL, and the day begins at midnight.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <ostream>
@@ -22,6 +23,8 @@ class PatientDesktop final : public HeadlessDesktop {
   std::vector<std::string> Boxes;  ///< all that came, run-time errors with "!" in front
   std::string Entry;               ///< what input boxes are answered with, but for passwords
 
+  void BeginAnew() { exit_code_.reset(); }
+
  protected:
   BoxAnswer DoMsgBox(const Message& message) override;
   std::string DoInputBox(const std::string& prompt, const std::string& title, const std::string& preset) override;
@@ -43,7 +46,10 @@ enum class Again {
 ///   FORM.CONTROL>KEY       a key on it         FORM.GRID@ROW       goes to the row, "last" too
 ///   pick CODE PRODUCT KOL PRICE                the picker delivers to the form of this code
 ///   open N                                     opens the Nth document from the journal
+///   drag FORM.BUTTON FORM.BUTTON               from one button to the other
 ///   day N                                      it is noon of November the Nth
+///   sql STATEMENT                              what somebody else does to the shop
+///   restart                                    the program is started
 ///   entry TEXT                                 answers the input boxes from here on
 struct Action {
   std::string name;
@@ -54,6 +60,7 @@ struct Action {
   std::string mend = {};     ///< what the operator does instead of the same once more
   bool whole = true;         ///< zrt_check is content afterwards
   bool goes_on = false;      ///< a failing statement doesn't stop the action, by design
+  std::size_t boxes = 1;     ///< how many may come, beside those of the whole run
   std::string besides = {};  ///< a text of the whole run that may be missing in the end
 
   friend void PrintTo(const Action& action, std::ostream* out) { *out << action.name; }
@@ -67,6 +74,8 @@ class FaultRun {
 
   /// Does steps that must not fail, and keeps the shop as it is afterwards as the one that every run begins with.
   void Furnish(const std::vector<std::string>& statements, const std::vector<std::string>& steps);
+
+  const DriveMap& Drives() const { return drives_; }
 
   /// Runs the action once whole, then with each of its statements refused, then with the link cut at each. Reports what
   /// is wrong as failures of the test. Returns the number of runs.
@@ -87,6 +96,8 @@ class FaultRun {
   };
   class Recorder;
 
+  void Restore();
+  void StartProgram();
   void Restart();
   void Do(std::string_view steps);
   void Step(const std::string& step);
@@ -118,6 +129,7 @@ class FaultRun {
   RecordingSpreadsheet spreadsheet_;
   PatientDesktop desktop_;
   ScriptedFaults faults_;
+  FaultSource* source_ = &faults_;  ///< what stands below the program's connection
   std::unique_ptr<App> app_;
   std::vector<std::string> tables_;
   std::map<std::string, std::string> columns_;  ///< of each table, without the numbers that the server gives

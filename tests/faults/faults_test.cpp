@@ -7,12 +7,14 @@
 
 #include <algorithm>
 #include <cctype>
+#include <fstream>
 #include <iostream>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "faults/fault_run.h"
+#include "platform/workbook.h"
 
 namespace zrt::test {
 namespace {
@@ -24,6 +26,15 @@ const std::vector<std::string> kShop = {
     "(2,1,'Вино',0,0,95000,'4820000000024',1,0,1,12,0,0,0,NULL,''),"
     "(3,1,'Доставка',0,0,10000,'4820000000031',1,0,0,21,0,0,0,0,''),"
     "(4,1,'Вода',0,0,4000,'0',1,0,0,3,0,0,0,NULL,'')",
+    "INSERT INTO DISCOUNT (BARCODE,TOTAL,LASTCASH,PROZ,REZ) VALUES ('1001',50000,'12.11.2026',5,1),"
+    "('1002',0,'',101,2)",
+    "INSERT INTO DKHOLDER (ID,CARD,NAME,FNAME,ADRES,TEL) VALUES (2,'1002','Анна','Анна','Ленина 1','22')",
+    "INSERT INTO TOTALSKID (ID,CARD,TOV,PROZ,TOTAL) VALUES (1,101,0,3,0),(2,101,1,5,100000),(3,102,0,7,0)",
+    "INSERT INTO SPION VALUES (1,'Чай','1,000','10,00','11.11.2026 10:00:00',1,5,7)",
+    "INSERT INTO CHECK3 (COD,NAME,KOL,PRISE,COST) VALUES (1,'Чай',1.5,20,30),(2,'Вино',1,9,9)",
+    "INSERT INTO AKZMARK VALUES (1,'22N',1,1,'2026-11-01 10:00:00')",
+    "UPDATE HOTKEYS SET CODE=1 WHERE ID IN (101,103,201)",
+    "UPDATE HOTKEYS SET CODE=2 WHERE ID IN (102,130)",
     "INSERT INTO PROD (COD,NAME,KOL,PRISE,SKID,SUM2,REZ,DATETIME,TER,NUM,PERS,N4) VALUES "
     "(1,'Чай',2000,120500,0,241000,0,'2026-11-11 09:00:00',1,1,1,3),"
     "(2,'Вино',500,950000,0,475000,0,'2026-11-11 13:00:00',1,1,1,3),"
@@ -155,6 +166,16 @@ class Faults : public testing::TestWithParam<Action> {
     std::cerr.rdbuf(nullptr);  // each failure leaves its line there
     run_ = std::make_unique<FaultRun>();
     run_->Furnish(kShop, kDocuments);
+    const DriveMap& drives = run_->Drives();
+    std::ofstream(drives.ToNative("C:/Korvina/hotkeys.txt")) << "101,2\n205,1\n3012,4\n";
+    std::ofstream(drives.ToNative("C:\\Korvina\\Report\\lines.txt")) << "1,\" a \",1500\n2,\" b \",250\n4,\" c \",7\n";
+    Workbook book;
+    book.StatusBar = {""};
+    for (int row = 2; row <= 4; ++row) {
+      book.Cell(row, 1, std::to_string(row));
+      book.Cell(row, 2, fmt::format("Товар {}", row));
+    }
+    book.SaveAs(drives.ToNative("C:\\Korvina\\Report\\book.xlsx"));
   }
   static void TearDownTestSuite() {
     std::printf("%d runs\n", runs_);
@@ -172,6 +193,136 @@ TEST_P(Faults, AtEachStatement) {
   runs_ += run_->Prove(GetParam());
 }
 
+const std::vector<Action> kReference = {
+    {"catalogue, read again", "Form2.TabStrip1=sprav", "Form2.CmdReqr"},
+    {"catalogue, sorted", "Form2.TabStrip1=sprav", "Form2.CmdSortPrice"},
+    {"catalogue, balances to the tills", "Form2.TabStrip1=sprav", "Form2.CmdRefrTov"},
+    {"catalogue, a product deleted", "Form2.TabStrip1=sprav; Form2.DataGrid1_0@2", "Form2.CmdDelPLU", Again::kStays,
+     "the list comes first when it couldn't be read"},
+    {"catalogue, emptied", "Form2.TabStrip1=sprav", "Form2.CmdClrAllPLU"},
+    {"product, a card opened", "Form2.TabStrip1=sprav; Form2.DataGrid1_0@2", "Form2.CmdShow"},
+    {"product, changed",
+     "Form2.TabStrip1=sprav; Form2.DataGrid1_0@2; Form2.CmdShow; frmPLU.TextPrise=5; frmPLU.TextBar=",
+     "frmPLU.OKButton"},
+    {"product, new", "Form2.TabStrip1=sprav; Form2.CmdNew; frmPLU.TextName=Квас; frmPLU.TextPrise=5; frmPLU.TextBar=",
+     "frmPLU.OKButton"},
+    {"product, a card for a new one", "Form2.TabStrip1=sprav", "Form2.CmdNew"},
+    {"product, copied", "Form2.TabStrip1=sprav; Form2.DataGrid1_0@2", "Form2.CmdCopy"},
+    {"picker, a product deleted", "Form2.mnuDocPN; frmDocPrN.CmdTov; frmPLUpodb.DataGrid01@2", "frmPLUpodb.CmdDelPLU",
+     Again::kStays, "the list comes first when it couldn't be read"},
+    {"picker, opened", "Form2.mnuDocPN", "frmDocPrN.CmdTov", Again::kStays, "the list may stand on its first product"},
+    {"picker, a product chosen", "Form2.mnuDocPN; frmDocPrN.CmdTov", "frmPLUpodb.DataGrid01>Enter"},
+    {"picker, a product delivered",
+     "Form2.mnuDocPN; frmDocPrN.CmdTov; frmPLUpodb.DataGrid01@1; frmPLUpodb.DataGrid01>Enter; frmPLUpodb.TextKol=3; "
+     "frmPLUpodb.TextPrice=4",
+     "frmPLUpodb.OKButton", Again::kOnTop, "one that is in comes once more"},
+    {"card, opened", "Form2.TabStrip1=sprav; Form2.DataGrid5@2", "Form2.CmdDKShow"},
+    {"card, changed",
+     "Form2.TabStrip1=sprav; Form2.DataGrid5@2; Form2.CmdDKShow; frmDK.CheckHolder=on; frmDK.TextSkd=7",
+     "frmDK.OKButton"},
+    {"card, new", "Form2.TabStrip1=sprav; Form2.CmdDKNew; frmDK.TextName=1003; frmDK.TextSkd=7", "frmDK.OKButton"},
+    {"card, deleted", "Form2.TabStrip1=sprav; Form2.DataGrid5@2", "Form2.CmdDKDel", Again::kStays,
+     "the list comes first when it couldn't be read"},
+    {"cards, all deleted", "Form2.TabStrip1=sprav", "Form2.CmdClrAllDKard"},
+    {"kinds of cards, opened", "Form2.TabStrip1=sprav", "Form2.CmdVDk"},
+    {"kinds of cards, a new rule written",
+     "Form2.TabStrip1=sprav; Form2.CmdVDk; frmVDk.CmdNew; frmVDk.Text1=103; frmVDk.Combo1=2; frmVDk.Text2=4; "
+     "frmVDk.Text3=500",
+     "frmVDk.CmdOk", Again::kStays, "what is written is over, even if the list can't be read again"},
+    {"kinds of cards, a rule taken out to be changed", "Form2.TabStrip1=sprav; Form2.CmdVDk; frmVDk.DataGrid05@2",
+     "frmVDk.CmdEdit", Again::kStays, "one that is taken out is open to be written"},
+    {"kinds of cards, a rule deleted", "Form2.TabStrip1=sprav; Form2.CmdVDk; frmVDk.DataGrid05@2", "frmVDk.CmdDel",
+     Again::kStays, "the list comes first when it couldn't be read"},
+};
+
+const std::vector<Action> kPanels = {
+    {"panels, another level", "Form2.TabStrip1=sensor", "Form2.Option2_2"},
+    {"panels, another panel", "Form2.TabStrip1=sensor", "Form2.Option1_2"},
+    {"panels, the other menu", "Form2.TabStrip1=sensor", "Form2.CmdMenu=2"},
+    {"panels, a key selected", "Form2.TabStrip1=sensor", "Form2.CmdM_4"},
+    {"panels, a product put on a key", "Form2.TabStrip1=sensor; Form2.CmdM_4; Form2.Text6=2", "Form2.CmdOk1",
+     Again::kStays, "what is written is over, even if the level can't be read again"},
+    {"panels, a key emptied", "Form2.TabStrip1=sensor; Form2.CmdM_1", "Form2.CmdClr", Again::kStays,
+     "what is written is over, even if the level can't be read again"},
+    {"panels, a key moved", "Form2.TabStrip1=sensor; Form2.CmdM_1", "drag Form2.CmdM_1 Form2.CmdM_9", Again::kStays,
+     "a key that has the product already isn't empty; a level that isn't read is read by a press",
+     "Form2.CmdM_1; drag Form2.CmdM_1 Form2.CmdM_9"},
+    {"panels, named", "Form2.TabStrip1=sensor; Form2.TextName=Гриль; Form2.TextMenu=Летнее", "Form2.CmdName"},
+    {"panels, all emptied", "Form2.TabStrip1=sensor", "Form2.CmdClrAll"},
+    {"panels, copying opened", "Form2.TabStrip1=sensor", "Form2.CmdCopyAll"},
+    {"panels, copied", "Form2.TabStrip1=sensor; Form2.CmdCopyAll", "drag FormCopy.CmdPan_101 FormCopy.CmdPan_205"},
+    {"panels, painted again", "Form2.TabStrip1=sensor; Form2.CmdCopyAll", "FormCopy.CmrRefr"},
+    {"panels, written to a file", "Form2.TabStrip1=sensor; Form2.CmdCopyAll", "FormCopy.CmdExportMenu"},
+    {"panels, loaded from a file", "Form2.TabStrip1=sensor; Form2.CmdCopyAll", "FormCopy.CmdImportMenu"},
+};
+
+const std::vector<Action> kSales = {
+    {"sales, the shift", "", "Form2.CmdDat"},
+    {"sales, the whole period", "", "Form2.CmdAll"},
+    {"sales, a terminal", "Form2.Text7=1", "Form2.CmdTerm"},
+    {"sales, a cashier", "Form2.Text3=1", "Form2.CmdOfc"},
+    {"sales, a product", "Form2.Text1=1", "Form2.CmdFiltr"},
+    {"sales, a card", "Form2.Text5=1", "Form2.CmdDKart"},
+    {"sales, not closed", "", "Form2.CmdNOpl"},
+    {"sales, a fiscal register", "Form2.CheckFP1=on", "Form2.CmdFisk"},
+    {"sales, an order", "Form2.Text2=2; Form2.Text7=1", "Form2.CmdFilCheck"},
+    {"sales, an hour chosen", "", "Form2.Combo1=9"},
+    {"sales, deletions", "", "Form2.CmdDG_1"},
+    {"sales, orders in detail", "", "Form2.CmdDG_2"},
+    {"sales, to a file", "Form2.CmdFileCSV", "Form2.CmdFileCSV"},
+    {"sales, cleared", "Form2.mnuClearProd; frmClear.Check2=on; frmClear.Text4=11.11.2026", "frmClear.CmdDel"},
+    {"sales, cleared with the marks", "Form2.mnuClearProd; frmClear.Check1=on; frmClear.Text4=11.11.2026",
+     "frmClear.CmdDel", Again::kUnproved, "a shop without marks mustn't notice: what fails there is passed over"},
+    {"sales, the clearing's window", "", "Form2.mnuClearProd"},
+    {"sales, a line annulled", "Form2.mnuDelCheck; frmDelChek.CmdKas_3", "frmDelChek.DataGrid1>Enter", Again::kUnproved,
+     "a line is logged before it goes: one that stays is logged once more"},
+    {"sales, a receipt shown", "Form2.mnuDelCheck", "frmDelChek.CmdKas_3"},
+    // The sets have a trap with its message; the panels behind them have none and end the start.
+    {.name = "start", .before = "", .action = "restart", .boxes = 2},
+    {.name = "start without a register",
+     .before = "sql UPDATE CONST SET N3=0 WHERE COD=7",
+     .action = "restart",
+     .boxes = 2},
+    {.name = "Lite, start", .before = "sql UPDATE CONST SET N3=1 WHERE COD=7", .action = "restart", .boxes = 2},
+    {"Lite, the shift", "sql UPDATE CONST SET N3=1 WHERE COD=7; restart", "Form2.CmdDatLite"},
+    {"Lite, the whole period", "sql UPDATE CONST SET N3=1 WHERE COD=7; restart", "Form2.CmdAllLite"},
+    {"Lite, a terminal", "sql UPDATE CONST SET N3=1 WHERE COD=7; restart; Form2.Text4=1", "Form2.CmdTermLite"},
+    {"Lite, a cashier", "sql UPDATE CONST SET N3=1 WHERE COD=7; restart; Form2.Text8=1", "Form2.CmdOfcLite"},
+    {"Lite, a card", "sql UPDATE CONST SET N3=1 WHERE COD=7; restart; Form2.Text9=1", "Form2.CmdDKartLite"},
+    {"Lite, fiscal", "sql UPDATE CONST SET N3=1 WHERE COD=7; restart", "Form2.CmdFiskLite"},
+    {"Lite, cleared",
+     "sql UPDATE CONST SET N3=1 WHERE COD=7; restart; Form2.CmdDelProdLite; frmClearLite.Text4=11.11.2026",
+     "frmClearLite.CmdDel", Again::kSame, "", "", false},
+};
+
+const std::vector<Action> kReports = {
+    {"text reports, opened", "", "Form2.mnuSystem"},
+    {"system report", "Form2.mnuSystem", "Form9.CmdDat"},
+    {"report by places", "Form2.mnuSystem", "Form9.CmdDat1"},
+    {"report by waiters", "Form2.mnuSystem", "Form9.CmdDat2"},
+    {"report of waiters, whole", "Form2.mnuSystem; Form9.Check2=on", "Form9.CmdDat2"},
+    {"names of the places", "Form2.mnuSystem; Form9.CmdRun; Form9.Text1=Гриль", "Form9.CmdSave"},
+    {"table of the staff", "Form2.mnuTabel; FormTab.Check3=off", "FormTab.CmdTab"},
+    {"table of orders", "Form2.mnuTabelChk; FormTabChk.Check3=off", "FormTabChk.CmdTab"},
+    {"table of cards", "Form2.mnuTabelDk; FormTabDk.Check3=off", "FormTabDk.CmdDisc"},
+    {"table of hours", "Form2.mnuTabelTime", "FormTabTim.CmdHr"},
+    {"table of orders by hours", "Form2.mnuTabelTime", "FormTabTim.CmdChk"},
+    {"table of balances", "Form2.mnuReportSaldo; FormTabOst.Check3=off", "FormTabOst.CmdOst"},
+    {"table of a product's movements", "Form2.mnuReportRun; pick 100 1 0 0; FormTabRun.Check3=off",
+     "FormTabRun.CmdRun"},
+    {"table of turnover", "Form2.mnuReportRun; FormTabRun.Check3=off", "FormTabRun.CmdRunAll"},
+};
+
+const std::string kImport = "; frmImpTov.TextPath=C:\\Korvina\\Report\\";
+const std::vector<Action> kImports = {
+    {"counts loaded from a file", "Form2.mnuDocIN; frmDocIN.CmdDownlFakt" + kImport + "lines.txt", "frmImpTov.CmdRun",
+     Again::kUnproved, "the message says which lines are in; they would be counted twice"},
+    {"a transfer loaded from a file", "Form2.mnuDocPERplus; frmDocPERplus.CmdDownl" + kImport + "lines.txt",
+     "frmImpTov.CmdRun", Again::kOnTop, "the message says which lines are in; they come once more"},
+    {"the catalogue loaded from a file",
+     "Form2.TabStrip1=sprav; Form2.CmdImportTov; frmImpTov.Option1_0" + kImport + "book.xlsx", "frmImpTov.CmdRun"},
+};
+
 std::string NameOf(const testing::TestParamInfo<Action>& info) {
   std::string name = info.param.name;
   std::replace_if(
@@ -182,6 +333,11 @@ std::string NameOf(const testing::TestParamInfo<Action>& info) {
 
 INSTANTIATE_TEST_SUITE_P(LineDocuments, Faults, testing::ValuesIn(LineDocuments()), NameOf);
 INSTANTIATE_TEST_SUITE_P(OtherDocuments, Faults, testing::ValuesIn(kOtherDocuments), NameOf);
+INSTANTIATE_TEST_SUITE_P(Reference, Faults, testing::ValuesIn(kReference), NameOf);
+INSTANTIATE_TEST_SUITE_P(Panels, Faults, testing::ValuesIn(kPanels), NameOf);
+INSTANTIATE_TEST_SUITE_P(Sales, Faults, testing::ValuesIn(kSales), NameOf);
+INSTANTIATE_TEST_SUITE_P(Reports, Faults, testing::ValuesIn(kReports), NameOf);
+INSTANTIATE_TEST_SUITE_P(Imports, Faults, testing::ValuesIn(kImports), NameOf);
 
 }  // namespace
 }  // namespace zrt::test

@@ -363,18 +363,6 @@ TEST_F(Panels, AKeyIsMovedToAnEmptyOneOnly) {
     EXPECT_EQ(KeyOf(30).Caption(), "10");
     EXPECT_EQ(KeyOf(1).Caption(), "");
     EXPECT_EQ(Tab().DataGrid12.Row(), 1);
-
-    // Stopped at any of its statements the product is lost from neither key, and the keys show what came of it.
-    for (const int statement : {1, 2, 3}) {
-      SCOPED_TRACE(statement);
-      desktop_.Expect(question, BoxAnswer::kOk);
-      faults_.FailAt(statement);
-      Fails([&] { KeyOf(30).UserDrag(KeyOf(1)); });
-      EXPECT_EQ(KeyOf(1).Caption(), statement == 3 ? "10" : "");
-      EXPECT_EQ(KeyOf(30).Caption(), "10");
-      EXPECT_EQ(KeyOf(30).BackColor(), statement == 3 ? 0xFF0000U : 0x00FF00U);
-    }
-    EXPECT_EQ(shop_.Rows(kFilledKeys), (Rows{{level.first, "10"}, {level.second, "11"}, {level.last, "10"}}));
   }
 }
 
@@ -740,7 +728,7 @@ TEST_F(Panels, LayoutFilesOfOtherHands) {
   }
 }
 
-TEST_F(Panels, NoFileAndNoServerOnTheWay) {
+TEST_F(Panels, NoFile) {
   shop_.Sql("UPDATE HOTKEYS SET CODE=55 WHERE ID=530");
   InCopying([&](FormCopy& form) {
     Import(form, false);  // without a file nothing follows the question
@@ -756,27 +744,6 @@ TEST_F(Panels, NoFileAndNoServerOnTheWay) {
     desktop_.UserAction([&] { form.CmdExportMenu.UserClick(); });
     EXPECT_EQ(shop_.Rows(kFilledKeys), (Rows{{"530", "55"}}));
     std::filesystem::remove_all(LayoutFile());
-
-    // An import that the server ends half-way: the keys are emptied, the lines before are in, and it can be repeated.
-    std::ofstream(LayoutFile()) << "101,1\n102,2\n103,3\n";
-    faults_.FailAt(4);
-    desktop_.ExpectRuntimeError();
-    Import(form, false);
-    EXPECT_EQ(shop_.Rows(kFilledKeys), (Rows{{"101", "1"}, {"102", "2"}}));
-    EXPECT_EQ(Green(form), "101 ");
-    // Loaded, but the buttons can't be painted: the operator is told that it is loaded.
-    faults_.FailAt(5);
-    desktop_.ExpectRuntimeError();
-    Import(form);
-    EXPECT_EQ(shop_.Rows(kFilledKeys), (Rows{{"101", "1"}, {"102", "2"}, {"103", "3"}}));
-
-    // A copy that ends half-way shows what has come over.
-    faults_.FailAt(3);
-    desktop_.ExpectRuntimeError();
-    desktop_.Expect("Дублировать все данные \n\rиз панели Панель № 1 уровень 1\n\rв панель Панель № 2 уровень 3 ?");
-    desktop_.UserAction([&] { form.CmdPan[0][0].UserDrag(form.CmdPan[2][1]); });
-    EXPECT_EQ(shop_.Rows(kFilledKeys), (Rows{{"101", "1"}, {"102", "2"}, {"103", "3"}, {"261", "1"}}));
-    EXPECT_EQ(Green(form), "101 302 ");
   });
 }
 

@@ -217,39 +217,6 @@ TEST_F(Cards, AnOddBarcodeIsSavedAndChosenAndTheWindowCloses) {
   }
 }
 
-TEST_F(Cards, AFaultAtAnyStatementOfASaveIsMendedByTheNextSave) {
-  struct Case {
-    int statement;
-    bool holder_left, card_left;
-  };
-  const Case kCases[] = {{1, true, true},  {2, false, true}, {3, true, true},
-                         {4, true, false}, {5, true, false}, {6, true, true}};
-  Start();
-  for (const bool cut : {false, true}) {
-    for (const Case& one : kCases) {
-      SCOPED_TRACE(fmt::format("{} {}", cut ? "cut" : "refused", one.statement));
-      InCard(2, [&] {
-        Click(Card().CheckHolder);
-        EXPECT_EQ(Card().TxtHName.Text(), "Анна");
-        desktop_.ExpectRuntimeError();
-        if (cut) {
-          faults_.CutAt(one.statement);
-        } else {
-          faults_.FailAt(one.statement);
-        }
-        Click(Card().OKButton);
-        EXPECT_EQ(AllHolders().size(), one.holder_left ? 1U : 0U);
-        EXPECT_EQ(AllCards().size(), one.card_left ? 3U : 2U);
-        EXPECT_TRUE(Card().IsVisible());
-        Click(Card().OKButton);
-      });
-      EXPECT_EQ(AllCards()[1], "2|1002|101|1|0");
-      EXPECT_EQ(AllHolders(), (Texts{"2|1002|Анна|Анна|Ленина 1|22"}));
-      EXPECT_EQ(Tab().DataGrid5.CurrentText("Num"), "2");
-    }
-  }
-}
-
 TEST_F(Cards, TheHoldersPartOpensWithWhatIsKnownAndClosesEmpty) {
   Start();
   InCard(2, [&] {

@@ -548,40 +548,6 @@ TEST_F(SalesFiles, AHundredThousandLinesAreWrittenQuickly) {
 
 // Clearing and annulling
 
-TEST_F(Sales, AClearingThatStopsHalfWayLeavesWhatItHadDone) {
-  shop_.Sql("INSERT INTO AKZMARK VALUES (1,'22N',1,1,'2026-11-01 10:00:00')");
-  for (const int failing : {1, 2, 3, 4}) {
-    SCOPED_TRACE(failing);
-    shop_.Sql("DELETE FROM PROD");
-    shop_.Sql("DELETE FROM KASSA");
-    shop_.Sql("INSERT INTO PROD (COD,DATETIME) VALUES (1,'2026-11-01 10:00:00')");
-    shop_.Sql("INSERT INTO KASSA (OPER,DAT) VALUES ('Чек','2026-11-01 10:00:00')");
-    Start();
-    Click(app_->Main.mnuClearProd);
-    frmClear& window = app_->Clear;
-    ASSERT_TRUE(window.IsVisible());
-    EXPECT_EQ(window.Text4.Text(), "05.11.2026");
-    desktop_.UserAction([&] { window.Check1.UserTick(true); });
-    desktop_.Expect("Удалить записи по 23:59:59 05.11.2026 ?", BoxAnswer::kOk, BoxIcon::kQuestion);
-    faults_.CutAt(failing);
-    // A base without the marks' table goes on as if nothing had happened; so does one that is lost at that moment.
-    if (failing == 4) {
-      desktop_.Expect("Удалены записи по 23:59:59 05.11.2026", BoxAnswer::kOk, BoxIcon::kExclamation);
-    } else {
-      desktop_.ExpectRuntimeError();
-    }
-    Click(window.CmdDel);
-    EXPECT_EQ(window.IsVisible(), failing != 4);
-    EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM PROD"), failing > 1 ? "0" : "1");
-    EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM KASSA"), failing > 2 ? "0" : "1");
-    EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM AKZMARK"), "1");
-    // The program lives.
-    Click(Tab().CmdDat);
-    EXPECT_EQ(Tab().LblInf.Caption(), "12.11.2026");
-    app_.reset();
-  }
-}
-
 TEST_F(Sales, DeletionsAreTrimmedAboveAThousandRows) {
   struct Size {
     int rows, left;

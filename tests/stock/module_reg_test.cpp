@@ -222,24 +222,6 @@ TEST_F(Register, WhatTheRegisterAnswers) {
   EXPECT_THROW(stock_.GetPurchasePrice(4), OverflowError);
 }
 
-TEST_F(Register, APostingThatFailsAnywhereIsMendedByPostingAgain) {
-  Save(1, "09:00:00", {{7, 1000}});
-  Post(1, "09:00:00");
-  Save(2, "10:00:00", {{7, -200}, {8, 100}});
-  for (int statement = 1; statement <= 11; ++statement) {
-    faults_.FailAt(statement);
-    EXPECT_THROW(Post(2, "10:00:00"), DatabaseError) << statement;
-    Unpost(2, "10:00:00");
-    EXPECT_EQ(Balances(2), (Texts{"0/0", "0/0"})) << statement;
-    Post(2, "10:00:00");
-    EXPECT_EQ(Posted(2), "OK");
-    EXPECT_EQ(Balances(2), (Texts{"1/800", "1/100"})) << statement;
-    EXPECT_EQ(shop_.Value("SELECT DOCNEXT FROM REGISTR WHERE DOC=1"), "2") << statement;
-    Unpost(2, "10:00:00");
-    EXPECT_EQ(shop_.Value("SELECT DOCNEXT FROM REGISTR WHERE DOC=1"), "NULL");
-  }
-}
-
 // The model: what the register must hold is computed from a list of movements alone.
 
 struct ModelDocument {
