@@ -1,11 +1,14 @@
-// zrt_operator HOST SCHEMA DOCUMENTS LINES: works in the real forms of the program without a window. Posts invoices of
-// LINES lines, in and out by turns, and reads reports and sends balances to the terminals between them. Whatever fails
-// he presses again, as an operator does; the program finds its way back to the server by itself. Ends with 0 when all
-// documents say that they are posted; tells how many presses failed, and by which errors.
+// zrt_operator HOST SCHEMA DOCUMENTS LINES NODE: works in the real forms of the program without a window. Posts
+// invoices of LINES lines, in and out by turns, and reads reports and sends balances to the terminals between them.
+// Whatever fails he presses again, as an operator does; the program finds its way back to the server by itself. Before
+// that he takes another node of the cluster for a reserve server, which must be refused. Ends with 0 when all documents
+// say that they are posted; tells how many presses failed, and by which errors.
 
 #include <fmt/format.h>
 
 #include <chrono>
+#include <filesystem>
+#include <fstream>
 #include <functional>
 #include <iostream>
 #include <map>
@@ -22,6 +25,7 @@ namespace {
 
 using namespace zrt;
 
+constexpr const char* kLink = "C:\\node.udl";
 constexpr int kPresses = 300;
 constexpr auto kBetweenPresses = std::chrono::milliseconds(200);
 constexpr int kDocumentsPerReport = 5;
@@ -57,6 +61,22 @@ class Operator {
     app_.Start();
     desktop_.UserAction([this] { app_.Splash.Timer1.UserFire(); });
     if (!app_.IsRunning()) throw Error("the program doesn't start: " + Told());
+  }
+
+  /// Throws Error when the other node of the shop's own cluster isn't refused as its reserve.
+  void TryAsReserve(const std::string& node, const std::string& schema) {
+    std::filesystem::create_directories(drives_.ToNative("C:\\"));
+    std::ofstream(drives_.ToNative(kLink)) << "[oledb]\n; Everything after this line is an OLE DB "
+                                              "initstring\nProvider=MSDASQL.1;Extended Properties=\"SERVER="
+                                           << node << ";DATABASE=" << schema << ";UID=zrt;PWD=41730926\"\n";
+    frmExpImp& screen = app_.Exchange;
+    Do([this] { app_.Main.mnuExport.UserClick(); });
+    Do([&] { screen.TxtUDL1.UserType(kLink); });
+    Do([&] { screen.CmdConn1.UserClick(); });
+    if (screen.LblConn1.Visible() || !Refused())
+      throw Error("a node of the cluster was taken for a reserve server:\n" + Told());
+    Do([&] { screen.Close(); });
+    desktop_.Failures.clear();
   }
 
   /// Throws Error when he gives up.
@@ -105,6 +125,9 @@ class Operator {
   }
 
  private:
+  bool Refused() const {
+    return desktop_.Failures.size() == 1 && desktop_.Failures.begin()->first.find("основного") != std::string::npos;
+  }
   void Do(const std::function<void()>& action) {
     desktop_.Failed = false;
     desktop_.UserAction(action);
@@ -129,12 +152,13 @@ class Operator {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 5) {
-    std::cerr << "usage: zrt_operator HOST SCHEMA DOCUMENTS LINES\n";
+  if (argc != 6) {
+    std::cerr << "usage: zrt_operator HOST SCHEMA DOCUMENTS LINES NODE\n";
     return 2;
   }
   try {
     Operator hands(argv[1], argv[2]);
+    hands.TryAsReserve(argv[5], argv[2]);
     const int documents = std::stoi(argv[3]);
     for (int document = 1; document <= documents; ++document) {
       hands.Post(document % 2 == 1 ? DocType::kIncoming : DocType::kOutgoing, std::stoi(argv[4]),
