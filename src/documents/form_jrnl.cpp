@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <array>
 #include <string>
 
 namespace zrt {
@@ -38,18 +39,19 @@ void FormJrnl::OpenList(const std::string& condition) {
 
 void FormJrnl::FormatGrid() {
   using Align = GridColumn::Align;
-  DataGrid88.Layout({{"Nrow", 825, Align::kRight},
-                     {"Docum", 2250, Align::kLeft},
-                     {"NumDoc", 900, Align::kRight},
-                     {"DateTime", 1950, Align::kLeft},
-                     {"Plu", 825, Align::kRight},
-                     {"Value", 1200, Align::kRight, "0.000"},
-                     {"Summ", 1350, Align::kRight, "0.000"},
-                     {"Balance", 1200, Align::kRight, "0.000"},
-                     {"Card", 825, Align::kRight},
-                     {"NextDoc", 900, Align::kRight},
-                     {"DateTimeNextDoc", 1950, Align::kLeft},
-                     {"Entry", 675, Align::kCentre}});
+  static constexpr auto kLayout = std::to_array<ColumnLayout>({{"Nrow", 825, Align::kRight},
+                                                               {"Docum", 2250, Align::kLeft},
+                                                               {"NumDoc", 900, Align::kRight},
+                                                               {"DateTime", 1950, Align::kLeft},
+                                                               {"Plu", 825, Align::kRight},
+                                                               {"Value", 1200, Align::kRight, "0.000"},
+                                                               {"Summ", 1350, Align::kRight, "0.000"},
+                                                               {"Balance", 1200, Align::kRight, "0.000"},
+                                                               {"Card", 825, Align::kRight},
+                                                               {"NextDoc", 900, Align::kRight},
+                                                               {"DateTimeNextDoc", 1950, Align::kLeft},
+                                                               {"Entry", 675, Align::kCentre}});
+  DataGrid88.Layout(kLayout);
 }
 
 void FormJrnl::Form_Activate() {

@@ -74,16 +74,17 @@ void frmDocIN::OpenLines(std::int32_t doc) {
 }
 
 void frmDocIN::FormatGrid() {
-  DataGrid7.Layout({{"Cod", 825, Align::kRight},
-                    {"Name", 3600, Align::kLeft},
-                    {"Balance", 1125, Align::kRight, "0.000"},
-                    {"Actual", 1125, Align::kRight, "0.000"},
-                    {"Differ", 1125, Align::kRight, "0.000"},
-                    {"Purshase", 1050, Align::kRight, "0.00"},
-                    {"Retail", 1050, Align::kRight, "0.00"},
-                    {"DiffPurshase", 1275, Align::kRight, "0.00"},
-                    {"DiffRetail", 1275, Align::kRight, "0.00"},
-                    {"ID", 750, Align::kRight}});
+  static constexpr auto kLayout = std::to_array<ColumnLayout>({{"Cod", 825, Align::kRight},
+                                                               {"Name", 3600, Align::kLeft},
+                                                               {"Balance", 1125, Align::kRight, "0.000"},
+                                                               {"Actual", 1125, Align::kRight, "0.000"},
+                                                               {"Differ", 1125, Align::kRight, "0.000"},
+                                                               {"Purshase", 1050, Align::kRight, "0.00"},
+                                                               {"Retail", 1050, Align::kRight, "0.00"},
+                                                               {"DiffPurshase", 1275, Align::kRight, "0.00"},
+                                                               {"DiffRetail", 1275, Align::kRight, "0.00"},
+                                                               {"ID", 750, Align::kRight}});
+  DataGrid7.Layout(kLayout);
 }
 
 void frmDocIN::SumRefresh() {

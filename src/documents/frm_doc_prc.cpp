@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -29,11 +30,12 @@ frmDocPRC::frmDocPRC(Desktop& desktop, const DocumentServices& services)
 }
 
 void frmDocPRC::FormatGrid() {
-  DataGrid7.Layout({{"Cod", 900, Align::kRight},
-                    {"Name", 4200, Align::kLeft},
-                    {"OldPrice", 1350, Align::kRight, "0.00"},
-                    {"NewPrice", 1350, Align::kRight, "0.00"},
-                    {"ID", 750, Align::kRight}});
+  static constexpr auto kLayout = std::to_array<ColumnLayout>({{"Cod", 900, Align::kRight},
+                                                               {"Name", 4200, Align::kLeft},
+                                                               {"OldPrice", 1350, Align::kRight, "0.00"},
+                                                               {"NewPrice", 1350, Align::kRight, "0.00"},
+                                                               {"ID", 750, Align::kRight}});
+  DataGrid7.Layout(kLayout);
 }
 
 std::string frmDocPRC::Question() const {

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <array>
+
 namespace zrt {
 
 frmRegistr::frmRegistr(Desktop& desktop, Session& session) : Form(desktop, "frmRegistr"), session_(session) {
@@ -32,13 +34,14 @@ void frmRegistr::Form_Load() {
           "TOVAR.COD1=1 AND REGISTR.RUN=1 AND REGISTR.DOC={} ORDER BY Cod",
           doc_));
   DataGrid8.Bind(movements_);
-  DataGrid8.Layout({{"Cod", 900, Align::kRight},
-                    {"Name", 3900, Align::kLeft},
-                    {"Value", 1200, Align::kRight, "0.000"},
-                    {"Summ", 1350, Align::kRight, "0.00"},
-                    {"Card", 900, Align::kRight},
-                    {"DateTime", 1950, Align::kLeft},
-                    {"Balance", 1200, Align::kRight, "0.000"}});
+  static constexpr auto kLayout = std::to_array<ColumnLayout>({{"Cod", 900, Align::kRight},
+                                                               {"Name", 3900, Align::kLeft},
+                                                               {"Value", 1200, Align::kRight, "0.000"},
+                                                               {"Summ", 1350, Align::kRight, "0.00"},
+                                                               {"Card", 900, Align::kRight},
+                                                               {"DateTime", 1950, Align::kLeft},
+                                                               {"Balance", 1200, Align::kRight, "0.000"}});
+  DataGrid8.Layout(kLayout);
   Session::ShowLastRow(movements_);
   Caption = "Движения документа: " + document_caption_;
 }

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -49,13 +50,14 @@ void JournalTab::ShowNewest() {
 }
 
 void JournalTab::FormatJournalGrid() {
-  DataGrid6.Layout({{"Entry", 675, Align::kCentre},
-                    {"Document", 2700, Align::kLeft},
-                    {"Num", 825, Align::kRight},
-                    {"DateTime", 1950, Align::kLeft},
-                    {"Summ", 1350, Align::kRight, "0.00"},
-                    {"Klient", 3000, Align::kLeft},
-                    {"Note", 3750, Align::kLeft}});
+  static constexpr auto kLayout = std::to_array<ColumnLayout>({{"Entry", 675, Align::kCentre},
+                                                               {"Document", 2700, Align::kLeft},
+                                                               {"Num", 825, Align::kRight},
+                                                               {"DateTime", 1950, Align::kLeft},
+                                                               {"Summ", 1350, Align::kRight, "0.00"},
+                                                               {"Klient", 3000, Align::kLeft},
+                                                               {"Note", 3750, Align::kLeft}});
+  DataGrid6.Layout(kLayout);
 }
 
 void JournalTab::OpenDocument() {

@@ -1,5 +1,6 @@
 #include "documents/line_document.h"
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -39,16 +40,17 @@ void LineDocument::GetTableDoc(std::int32_t doc) {
 }
 
 void LineDocument::FormatGrid() {
-  DataGrid7.Layout({{"Cod", 900, Align::kRight},
-                    {"Name", 4200, Align::kLeft},
-                    {"Value", 1200, Align::kRight, "0.000"},
-                    {"Purchase", 1200, Align::kRight, "0.00"},
-                    {"Price", 1200, Align::kRight, "0.00"},
-                    {"Summ", 1350, Align::kRight, "0.00"},
-                    {"Retail", 1200, Align::kRight, "0.00"},
-                    {"Markup", 1050, Align::kRight, "0.0%"},
-                    {"Card", 900, Align::kRight},
-                    {"ID", 750, Align::kRight}});
+  static constexpr auto kLayout = std::to_array<ColumnLayout>({{"Cod", 900, Align::kRight},
+                                                               {"Name", 4200, Align::kLeft},
+                                                               {"Value", 1200, Align::kRight, "0.000"},
+                                                               {"Purchase", 1200, Align::kRight, "0.00"},
+                                                               {"Price", 1200, Align::kRight, "0.00"},
+                                                               {"Summ", 1350, Align::kRight, "0.00"},
+                                                               {"Retail", 1200, Align::kRight, "0.00"},
+                                                               {"Markup", 1050, Align::kRight, "0.0%"},
+                                                               {"Card", 900, Align::kRight},
+                                                               {"ID", 750, Align::kRight}});
+  DataGrid7.Layout(kLayout);
 }
 
 void LineDocument::SumRefresh() {

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <optional>
 #include <string_view>
 
@@ -183,12 +184,13 @@ void PanelTab::PaintKey(Button& key, const Recordset& keys, std::int32_t code) {
 }
 
 void PanelTab::FormatPanelGrid() {
-  DataGrid12.Layout({{"id", 600, Align::kRight},
-                     {"N", 450, Align::kRight},
-                     {"cod", 675, Align::kRight},
-                     {"name", 3000, Align::kLeft},
-                     {"price", 975, Align::kRight, "0.00"},
-                     {"part", 675, Align::kRight}});
+  static constexpr auto kLayout = std::to_array<ColumnLayout>({{"id", 600, Align::kRight},
+                                                               {"N", 450, Align::kRight},
+                                                               {"cod", 675, Align::kRight},
+                                                               {"name", 3000, Align::kLeft},
+                                                               {"price", 975, Align::kRight, "0.00"},
+                                                               {"part", 675, Align::kRight}});
+  DataGrid12.Layout(kLayout);
 }
 
 // Choosing a panel, a level, a menu

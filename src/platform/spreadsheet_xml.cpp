@@ -122,13 +122,13 @@ struct XmlReader::Callbacks {
   }
 
   static void XMLCALL Start(void* user_data, const char* name, const char** attributes) {
-    Do(user_data, [&](XmlReader& reader) { reader.StartElement(name, XmlAttributes(attributes)); });
+    Do(user_data, [&](XmlReader& read) { read.StartElement(name, XmlAttributes(attributes)); });
   }
   static void XMLCALL End(void* user_data, const char* name) {
-    Do(user_data, [&](XmlReader& reader) { reader.EndElement(name); });
+    Do(user_data, [&](XmlReader& read) { read.EndElement(name); });
   }
   static void XMLCALL Characters(void* user_data, const char* text, int length) {
-    Do(user_data, [&](XmlReader& reader) { reader.Text({text, static_cast<std::size_t>(length)}); });
+    Do(user_data, [&](XmlReader& read) { read.Text({text, static_cast<std::size_t>(length)}); });
   }
   // Entities of its own are what no spreadsheet program writes, and what a few bytes become gigabytes by.
   static void XMLCALL Entity(void* user_data, const char*, int, const char*, int, const char*, const char*, const char*,

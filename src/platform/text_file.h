@@ -15,7 +15,8 @@ namespace zrt {
 class TextFileWriter {
  public:
   /// `drive_path` as the program names files, "C:\Korvina\Report\x.csv". Throws FileError when the file can't be made.
-  TextFileWriter(const DriveMap& drives, std::string drive_path) : file_(drive_path, drives.ToNative(drive_path)) {}
+  TextFileWriter(const DriveMap& drives, const std::string& drive_path)
+      : file_(drive_path, drives.ToNative(drive_path)) {}
 
   /// Adds a line (UTF-8; a character that windows-1251 lacks becomes "?"). Failures are kept until Close.
   void Line(std::string_view text);

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <array>
+
 #include "core/numbers.h"
 #include "ui/desktop.h"
 
@@ -105,7 +107,9 @@ void CardsTab::ForbidEditing() {
 }
 
 void CardsTab::FormatCardGrid() {
-  DataGrid5.Layout({{"Num", 750, Align::kRight}, {"CardBarcode", 2250, Align::kLeft}, {"Type", 750, Align::kRight}});
+  static constexpr auto kLayout = std::to_array<ColumnLayout>(
+      {{"Num", 750, Align::kRight}, {"CardBarcode", 2250, Align::kLeft}, {"Type", 750, Align::kRight}});
+  DataGrid5.Layout(kLayout);
 }
 
 }  // namespace zrt

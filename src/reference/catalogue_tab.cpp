@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <array>
+
 #include "core/numbers.h"
 #include "reference/product_list.h"
 #include "ui/desktop.h"
@@ -72,19 +74,20 @@ void CatalogueTab::RequeryProducts() {
 void CatalogueTab::FormatProductGrid() {
   const bool ukt = CheckUkt.Value();
   for (DataGrid& grid : DataGrid1) {
-    grid.Layout({{"Cod", 750, Align::kRight},
-                 {"Name", 3750, Align::kLeft},
-                 {"Price", 1050, Align::kRight, "0.00"},
-                 {"Value", 1050, Align::kRight, "0.000"},
-                 {"nds", 525, Align::kRight},
-                 {"akz", 525, Align::kRight},
-                 {"loc", 525, Align::kRight},
-                 {"kats", 525, Align::kRight},
-                 {"ves", 600, Align::kRight},
-                 {"drob", 600, Align::kRight},
-                 {"part", 600, Align::kRight},
-                 {"Barcode", ukt ? 0 : kBarcodeWidth, Align::kLeft},
-                 {"UKTZED", ukt ? kBarcodeWidth : 0, Align::kLeft}});
+    const auto layout = std::to_array<ColumnLayout>({{"Cod", 750, Align::kRight},
+                                                     {"Name", 3750, Align::kLeft},
+                                                     {"Price", 1050, Align::kRight, "0.00"},
+                                                     {"Value", 1050, Align::kRight, "0.000"},
+                                                     {"nds", 525, Align::kRight},
+                                                     {"akz", 525, Align::kRight},
+                                                     {"loc", 525, Align::kRight},
+                                                     {"kats", 525, Align::kRight},
+                                                     {"ves", 600, Align::kRight},
+                                                     {"drob", 600, Align::kRight},
+                                                     {"part", 600, Align::kRight},
+                                                     {"Barcode", ukt ? 0 : kBarcodeWidth, Align::kLeft},
+                                                     {"UKTZED", ukt ? kBarcodeWidth : 0, Align::kLeft}});
+    grid.Layout(layout);
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <array>
 #include <cstdint>
 #include <string_view>
 
@@ -64,11 +65,12 @@ void frmVDk::OpenCardKinds() {
 void frmVDk::ShowRules() {
   OpenCardKinds();
   DataGrid05.Bind(Rules());
-  DataGrid05.Layout({{"ID", 900, Align::kRight},
-                     {"CARD", 1500, Align::kRight},
-                     {"TOV", 1500, Align::kRight},
-                     {"PROZ", 1500, Align::kRight},
-                     {"TOTAL", 3000, Align::kRight}});
+  static constexpr auto kLayout = std::to_array<ColumnLayout>({{"ID", 900, Align::kRight},
+                                                               {"CARD", 1500, Align::kRight},
+                                                               {"TOV", 1500, Align::kRight},
+                                                               {"PROZ", 1500, Align::kRight},
+                                                               {"TOTAL", 3000, Align::kRight}});
+  DataGrid05.Layout(kLayout);
 }
 
 void frmVDk::CmdNew_Click() {

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <array>
 #include <string_view>
 
 #include "core/numbers.h"
@@ -83,11 +84,12 @@ void frmDelChek::Timer1_Timer() {
 }
 
 void frmDelChek::RezetDG1() {
-  DataGrid1.Layout({{"COD", 900, Align::kRight},
-                    {"NAME", 3600, Align::kLeft},
-                    {"KOL", 1050, Align::kRight, "0.000"},
-                    {"PRISE", 1050, Align::kRight, "0.00"},
-                    {"COST", 1200, Align::kRight, "0.00"}});
+  static constexpr auto kLayout = std::to_array<ColumnLayout>({{"COD", 900, Align::kRight},
+                                                               {"NAME", 3600, Align::kLeft},
+                                                               {"KOL", 1050, Align::kRight, "0.000"},
+                                                               {"PRISE", 1050, Align::kRight, "0.00"},
+                                                               {"COST", 1200, Align::kRight, "0.00"}});
+  DataGrid1.Layout(kLayout);
 }
 
 void frmDelChek::UncolourButtons() {

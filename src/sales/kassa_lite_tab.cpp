@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -155,17 +156,18 @@ std::string KassaLiteTab::WithinShift() const {
 }
 
 void KassaLiteTab::FormatKassaLiteGrid() {
-  DataGrid7.Layout({{"Operation", 2250, Align::kLeft},
-                    {"Summ", 1200, Align::kRight, "0.00"},
-                    {"Dscnt", 1050, Align::kRight, "0.00"},
-                    {"Cash", 1200, Align::kRight, "0.00"},
-                    {"DateTime", 1950, Align::kLeft},
-                    {"Person", 750, Align::kRight},
-                    {"Ter", 600, Align::kRight},
-                    {"Num", 825, Align::kRight},
-                    {"Card", 750, Align::kRight},
-                    {"Fiscal", 675, Align::kRight},
-                    {"Status", 675, Align::kCentre}});
+  static constexpr auto kLayout = std::to_array<ColumnLayout>({{"Operation", 2250, Align::kLeft},
+                                                               {"Summ", 1200, Align::kRight, "0.00"},
+                                                               {"Dscnt", 1050, Align::kRight, "0.00"},
+                                                               {"Cash", 1200, Align::kRight, "0.00"},
+                                                               {"DateTime", 1950, Align::kLeft},
+                                                               {"Person", 750, Align::kRight},
+                                                               {"Ter", 600, Align::kRight},
+                                                               {"Num", 825, Align::kRight},
+                                                               {"Card", 750, Align::kRight},
+                                                               {"Fiscal", 675, Align::kRight},
+                                                               {"Status", 675, Align::kCentre}});
+  DataGrid7.Layout(kLayout);
 }
 
 }  // namespace zrt

@@ -38,48 +38,57 @@ constexpr std::array<std::string_view, 4> kExciseInTitle = {"", " (Алкого�
 struct FiltersOfGrid {
   bool not_closed, order, card, product;
 };
-constexpr std::array<FiltersOfGrid, 3> kFiltersOfGrid = {
-    {{true, true, true, true}, {false, false, false, true}, {true, false, true, false}}};
+constexpr std::array kFiltersOfGrid = {
+    FiltersOfGrid{.not_closed = true, .order = true, .card = true, .product = true},
+    FiltersOfGrid{.not_closed = false, .order = false, .card = false, .product = true},
+    FiltersOfGrid{.not_closed = true, .order = false, .card = true, .product = false}};
 
-const std::vector<ColumnLayout> kSalesLayout = {{"Cod", 600, Align::kRight},
-                                                {"Name", 2550, Align::kLeft},
-                                                {"Value", 780, Align::kRight, "0.000"},
-                                                {"Price", 825, Align::kRight, "0.00"},
-                                                {"Dscnt", 750, Align::kRight, "0.000"},
-                                                {"Summ", 975, Align::kRight, "0.000"},
-                                                {"Pers", 480, Align::kRight},
-                                                {"DateTime", 1950, Align::kLeft},
-                                                {"Ter", 525, Align::kRight},
-                                                {"Num", 750, Align::kRight},
-                                                {"Card", 675, Align::kRight},
-                                                {"fisk", 525, Align::kRight},
-                                                {"Status", 1500, Align::kLeft}};
+constexpr auto kSalesLayout = std::to_array<ColumnLayout>({{"Cod", 600, Align::kRight},
+                                                           {"Name", 2550, Align::kLeft},
+                                                           {"Value", 780, Align::kRight, "0.000"},
+                                                           {"Price", 825, Align::kRight, "0.00"},
+                                                           {"Dscnt", 750, Align::kRight, "0.000"},
+                                                           {"Summ", 975, Align::kRight, "0.000"},
+                                                           {"Pers", 480, Align::kRight},
+                                                           {"DateTime", 1950, Align::kLeft},
+                                                           {"Ter", 525, Align::kRight},
+                                                           {"Num", 750, Align::kRight},
+                                                           {"Card", 675, Align::kRight},
+                                                           {"fisk", 525, Align::kRight},
+                                                           {"Status", 1500, Align::kLeft}});
 
-const std::vector<ColumnLayout> kDeletionsLayout = {
-    {"Cod", 750, Align::kRight},           {"Name", 3000, Align::kLeft},     {"Value", 900, Align::kRight},
-    {"Price", 900, Align::kRight, "0.00"}, {"DateTime", 1950, Align::kLeft}, {"Ter", 525, Align::kRight},
-    {"Num", 750, Align::kRight},           {"Person", 2250, Align::kLeft}};
+constexpr auto kDeletionsLayout = std::to_array<ColumnLayout>({{"Cod", 750, Align::kRight},
+                                                               {"Name", 3000, Align::kLeft},
+                                                               {"Value", 900, Align::kRight},
+                                                               {"Price", 900, Align::kRight, "0.00"},
+                                                               {"DateTime", 1950, Align::kLeft},
+                                                               {"Ter", 525, Align::kRight},
+                                                               {"Num", 750, Align::kRight},
+                                                               {"Person", 2250, Align::kLeft}});
 
-const std::vector<ColumnLayout> kOrderDetailLayout = {{"Ter", 525, Align::kRight},
-                                                      {"Num", 750, Align::kRight},
-                                                      {"Stl", 450, Align::kRight},
-                                                      {"cod", 480, Align::kRight},
-                                                      {"Operation", 750, Align::kLeft},
-                                                      {"Summ", 870, Align::kRight, "0.00"},
-                                                      {"Dscnt", 690, Align::kRight, "0.000"},
-                                                      {"Pay", 870, Align::kRight, "0.00"},
-                                                      {"Card", 600, Align::kRight},
-                                                      {"StartOrder", 1950, Align::kLeft},
-                                                      {"EndOrder", 1950, Align::kLeft},
-                                                      {"Complete", 2400, Align::kLeft},
-                                                      {"OrderPaid", 1950, Align::kLeft}};
+constexpr auto kOrderDetailLayout = std::to_array<ColumnLayout>({{"Ter", 525, Align::kRight},
+                                                                 {"Num", 750, Align::kRight},
+                                                                 {"Stl", 450, Align::kRight},
+                                                                 {"cod", 480, Align::kRight},
+                                                                 {"Operation", 750, Align::kLeft},
+                                                                 {"Summ", 870, Align::kRight, "0.00"},
+                                                                 {"Dscnt", 690, Align::kRight, "0.000"},
+                                                                 {"Pay", 870, Align::kRight, "0.00"},
+                                                                 {"Card", 600, Align::kRight},
+                                                                 {"StartOrder", 1950, Align::kLeft},
+                                                                 {"EndOrder", 1950, Align::kLeft},
+                                                                 {"Complete", 2400, Align::kLeft},
+                                                                 {"OrderPaid", 1950, Align::kLeft}});
 
-const std::vector<ColumnLayout> kOrdersLayout = {
-    {"Summ", 870, Align::kRight, "0.00"}, {"Dscnt", 690, Align::kRight, "0.000"},
-    {"Pay", 870, Align::kRight, "0.00"},  {"cod", 450, Align::kRight},
-    {"Operation", 750, Align::kLeft},     {"DateTime", 1900, Align::kLeft},
-    {"Ter", 525, Align::kRight},          {"Num", 750, Align::kRight},
-    {"Status", 1500, Align::kLeft}};
+constexpr auto kOrdersLayout = std::to_array<ColumnLayout>({{"Summ", 870, Align::kRight, "0.00"},
+                                                            {"Dscnt", 690, Align::kRight, "0.000"},
+                                                            {"Pay", 870, Align::kRight, "0.00"},
+                                                            {"cod", 450, Align::kRight},
+                                                            {"Operation", 750, Align::kLeft},
+                                                            {"DateTime", 1900, Align::kLeft},
+                                                            {"Ter", 525, Align::kRight},
+                                                            {"Num", 750, Align::kRight},
+                                                            {"Status", 1500, Align::kLeft}});
 
 }  // namespace
 
@@ -447,7 +456,7 @@ void SalesTab::OpenOrders(const std::string& pieces) {
        kOrdersLayout);
 }
 
-void SalesTab::Open(Recordset& set, std::string sql, DataGrid& grid, const std::vector<ColumnLayout>& layout) {
+void SalesTab::Open(Recordset& set, std::string sql, DataGrid& grid, std::span<const ColumnLayout> layout) {
   session_.BindSet(set, std::move(sql));
   grid.Bind(set);
   grid.Layout(layout);
@@ -469,7 +478,7 @@ void SalesTab::SaveTable() {
   struct Table {
     Recordset& set;
     DataGrid& grid;
-    const std::vector<ColumnLayout>& layout;
+    std::span<const ColumnLayout> layout;
     std::string name;
   };
   RecordsetPool& pool = session_.Pool();

@@ -3,6 +3,7 @@
 #include <array>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -122,7 +123,7 @@ class SalesTab : public FormSection {
   void OpenDeletions(const std::string& pieces);
   void OpenOrderDetail(const std::string& pieces);
   void OpenOrders(const std::string& pieces);
-  void Open(Recordset& set, std::string sql, DataGrid& grid, const std::vector<ColumnLayout>& layout);
+  void Open(Recordset& set, std::string sql, DataGrid& grid, std::span<const ColumnLayout> layout);
   /// Opens `sql` on RsTotals and shows its first column, thousandths of money, in LblSum, and its second one,
   /// thousandths of a unit, in LblKol. NULL, and a column that isn't there, leave the label empty.
   void ShowTotal(std::string sql);

@@ -96,7 +96,7 @@ void DataGrid::Unbind() {
   if (OnRows) OnRows();
 }
 
-void DataGrid::Layout(const std::vector<ColumnLayout>& layout) {
+void DataGrid::Layout(std::span<const ColumnLayout> layout) {
   std::vector<GridColumn> columns = Columns();
   for (const ColumnLayout& wanted : layout) {
     for (GridColumn& column : columns) {

@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -56,7 +57,7 @@ class DataGrid final : public Control {
   Recordset* Source() const { return set_; }
 
   /// Applies the layout to the columns with these headers; unknown headers are passed over.
-  void Layout(const std::vector<ColumnLayout>& layout);
+  void Layout(std::span<const ColumnLayout> layout);
 
   int Rows() const;  ///< rows of the bound set, 0 without one
   int Row() const;   ///< current row from 1; 0 when the set stands before its start, past its end or is empty

@@ -3,12 +3,15 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <functional>
 #include <string>
 #include <vector>
 
 #include "core/text.h"
 #include "exchange/frm_exp_imp.h"
+#include "exchange/product_sheet.h"
+#include "platform/workbook.h"
 #include "support/private_server.h"
 #include "support/program_test.h"
 
@@ -237,6 +240,49 @@ TEST_F(Reserve, ListsAreReplacedWhole) {
   EXPECT_EQ(reserve_faults_.Statements().size(), 3U + 2 + 1 + 2);
   EXPECT_EQ(reserve_faults_.Statements()[0], "DELETE FROM TOVAR");
   EXPECT_EQ(Screen().ProgressBar.Value(), 0);
+}
+
+// A product is written whole by three hands. A column that one of them doesn't know is lost with the next save, load or
+// copy: a new one stands in their statements, or here with its reason.
+TEST_F(Reserve, NobodyWhoWritesAProductForgetsAColumn) {
+  const Texts card_leaves = {"N3", "N8", "N9"};         // the tills' own
+  const Texts others_leave = {"N3", "N6", "N8", "N9"};  // a product from outside keeps stock
+  const Texts all = shop_.Column(
+      "SELECT COLUMN_NAME FROM information_schema.COLUMNS WHERE TABLE_SCHEMA=DATABASE() AND TABLE_NAME='TOVAR' ORDER "
+      "BY "
+      "COLUMN_NAME");
+  const auto left_out = [&](const Texts& statements) {
+    const auto insert = std::find_if(statements.begin(), statements.end(),
+                                     [](const std::string& sql) { return sql.starts_with("INSERT INTO TOVAR ("); });
+    if (insert == statements.end()) return Texts{"nothing was written"};
+    const std::string written = "," + insert->substr(19, insert->find(')') - 19) + ",";
+    Texts left;
+    for (const std::string& column : all) {
+      if (written.find("," + column + ",") == std::string::npos) left.push_back(column);
+    }
+    return left;
+  };
+  Start("sprav");
+  faults_.Forget();
+  desktop_.InModal([&](Form&) {
+    Type(app_->ProductCard.TextPrise, "1,00");
+    ProgramTest::Press(app_->ProductCard.TextPrise, "Enter");
+  });
+  Click(app_->Main.Catalogue.CmdNew);
+  EXPECT_EQ(left_out(faults_.Statements()), card_leaves);
+  Click(app_->Main.mnuExport);
+  Type(Screen().TxtUDL1, kLink);
+  Click(Screen().CmdConn1);
+  app_->TheSession.ConnReserve.SetFaultSource(&reserve_faults_);
+  Press(Screen().CmdTov, "Экспорт справочника товаров успешно завершен!");
+  EXPECT_EQ(left_out(reserve_faults_.Statements()), others_leave);
+  Workbook book;
+  book.StatusBar = {""};
+  book.Cell(2, 1, "7");
+  book.Cell(2, 2, "Чай");
+  book.SaveAs(drives_.ToNative("C:\\Korvina\\Report\\book.xlsx"));
+  const ProductSheet sheet(drives_, "C:\\Korvina\\Report\\book.xlsx", app_->TheSession.Format());
+  EXPECT_EQ(left_out({sheet.InsertStatement(2, 7, "Чай")}), others_leave);
 }
 
 TEST_F(Reserve, AListWithoutRowsLeavesTheOthersAsItWas) {

@@ -85,7 +85,8 @@ ShortcutHost QtDesktop::Shortcuts() {
 
 void QtDesktop::NoteFront() {
   for (const auto& [form, window] : windows_) {
-    if (window->Window()->isActiveWindow() && Front() != form) return UserAction([&] { Activated(window->TheForm()); });
+    if (window->Window()->isActiveWindow() && Front() != form)
+      return UserAction([this, &shown = *window] { Activated(shown.TheForm()); });
   }
 }
 

@@ -458,7 +458,8 @@ TEST_F(MainWindow, ColumnsFollowTheirLayoutAndTheBindingTheirRecordset) {
   const int ukt = 12;
   EXPECT_FALSE(table->isColumnHidden(barcode));
   EXPECT_TRUE(table->isColumnHidden(ukt));
-  grid.Layout({{"Barcode", 0, GridColumn::Align::kLeft}, {"UKTZED", 1440, GridColumn::Align::kLeft}});
+  grid.Layout(std::to_array<ColumnLayout>(
+      {{"Barcode", 0, GridColumn::Align::kLeft}, {"UKTZED", 1440, GridColumn::Align::kLeft}}));
   EXPECT_TRUE(table->isColumnHidden(barcode));
   EXPECT_EQ(table->columnWidth(ukt), table->logicalDpiX());  // an inch
 
