@@ -43,7 +43,6 @@ class ByKeyboard(unittest.TestCase):
         wait_for("the keyboard in the barcode", lambda: card.has_focus("TextName"))
         self.assertEqual(card.caption("LabelCod"), str(number))
         closed = self.height(card)
-        program.picture("frmDK")
         # The reader types the barcode and Enter; what stands in the discount is selected and typed over.
         program.type("4820000012345")
         program.key("Return")
@@ -58,7 +57,6 @@ class ByKeyboard(unittest.TestCase):
         program.type("O'Hara")
         program.key("Tab", "Tab")
         program.type("555-01-02")
-        program.picture("frmDK-holder")
         program.key("Return")
         wait_for("the saved card", lambda: stored() == [["4820000012345", "15"]])
         self.assertEqual(self.shop.ask(f"SELECT CARD,NAME,TEL FROM DKHOLDER WHERE ID={number}"),
@@ -103,7 +101,6 @@ class ByKeyboard(unittest.TestCase):
         program.key("Return")
         wait_for("the keyboard in the percentage", lambda: kinds.has_focus("Text2"))
         program.type("12")
-        program.picture("frmVDk")
         self.assertEqual(kinds.text("Text2"), "12")
         kinds.set_text("Text1", "50")
         program.key("Return")

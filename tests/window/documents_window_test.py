@@ -54,7 +54,6 @@ class Documents(unittest.TestCase):
         incoming.press("CmdTov")
         for name in names:
             self.add_by_picker(incoming, name, "100", "50,5")
-        self.program.picture("frmPLUpodb")
         self.program.key("Escape")
         wait_for("the picker's end", lambda: not self.program.is_open("frmPLUpodb"))
         # A scanner types the digits and Enter.
@@ -67,7 +66,6 @@ class Documents(unittest.TestCase):
         self.program.type("7")
         self.program.key("Return")
         wait_for("the keyboard in the price", lambda: dialog.has_focus("TextPrice"))
-        self.program.picture("frmPLUdial")
         self.program.key("Ctrl+a")
         self.program.type("10")
         self.program.key("Return")
@@ -79,7 +77,6 @@ class Documents(unittest.TestCase):
         wait_for("the posted rows", lambda: self.shop.ask("SELECT COUNT(*) FROM REGISTR WHERE RUN=1 AND DOCTYP=1 AND "
                                                           "DOC=(SELECT MAX(ID) FROM JOURNAL)") == [["4"]])
         self.assertFalse(incoming.is_enabled("RUNButton"))
-        self.program.picture("frmDocPrN")
 
         # Other kinds beside it; a second one of the kind is refused.
         self.open("Приходная накладная")
@@ -88,7 +85,6 @@ class Documents(unittest.TestCase):
         report = self.program.form("frmDocDO")
         report.press("CmdDat")
         wait_for("yesterday's sales", lambda: report.rows("DataGrid7") > 10)
-        self.program.picture("frmDocDO")
         self.open("Инвентаризация")
         count = self.program.form("frmDocIN")
         count.press("CmdDat")
@@ -99,7 +95,6 @@ class Documents(unittest.TestCase):
         box.enter("1")
         box.press("OK")
         wait_for("the count", lambda: count.cell("DataGrid7", 0, "Actual") == "1,000")
-        self.program.picture("frmDocIN")
         for form in (count, report):
             form.press("CancelButton")
             self.program.answer("Сохранить документ?", "Отмена")
@@ -113,7 +108,6 @@ class Documents(unittest.TestCase):
         last = self.main.rows("DataGrid6") - 1
         wait_for("the newest document", lambda: self.main.row("DataGrid6") == last)
         self.assertEqual(self.main.cell("DataGrid6", last, "Klient"), "ООО Рассвет")
-        self.program.picture("Form2-jurn")
         self.main.activate()
         wait_for("the keyboard in the journal", lambda: self.main.has_focus("DataGrid6"))
         self.program.key("Return")
@@ -123,7 +117,6 @@ class Documents(unittest.TestCase):
         again.menu("Документ", "Движения документа")
         movements = self.program.form("frmRegistr")
         self.assertEqual(movements.rows("DataGrid8"), 4)
-        self.program.picture("frmRegistr")
         movements.activate()
         self.program.key("Escape")
         wait_for("the movements' end", lambda: not self.program.is_open("frmRegistr"))
@@ -131,7 +124,6 @@ class Documents(unittest.TestCase):
         self.main.menu("Отчёты", "Открыть регистр остатков")
         register = self.program.form("FormJrnl")
         self.assertEqual(register.rows("DataGrid88"), int(self.shop.ask("SELECT COUNT(*) FROM REGISTR")[0][0]))
-        self.program.picture("FormJrnl")
         register.close()
         self.main.close()
         self.assertEqual(self.program.exit_code(), 0)

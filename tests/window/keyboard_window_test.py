@@ -47,6 +47,14 @@ class ADayWithoutAMouse(unittest.TestCase):
         return wait_for("the keyboard somewhere", lambda: next(
             (part for part in window.all() if part.getState().contains(pyatspi.STATE_FOCUSED)), None))
 
+    def read_guide(self, heading):
+        self.program.key("F1")
+        guide = self.program.form("guide")
+        guide.activate()
+        wait_for(heading, lambda: guide.title == "Руководство: " + heading)
+        self.program.key("Escape")
+        self.gone("guide")
+
     def gone(self, name):
         wait_for(f"{name} gone", lambda: not self.program.is_open(name))
 
@@ -140,6 +148,8 @@ class ADayWithoutAMouse(unittest.TestCase):
         key, main = self.program.key, self.main
         tab = lambda: next(i for i, part in enumerate(main.control("TabStrip1"))
                            if part.getState().contains(pyatspi.STATE_FOCUSED))
+        self.read_guide("Таблица продаж")
+        main.activate()
         key("ctrl+f")
         wait_for("the filter's field", lambda: main.has_focus("Text1"))
 
@@ -180,6 +190,9 @@ class ADayWithoutAMouse(unittest.TestCase):
             key(name)
             card = self.program.form("frmPLU")
             card.activate()
+            if name == "F2":  # the guide can be read beside the card, though the card lets nothing else be used
+                self.read_guide("Карточка товара")
+                card.activate()
             key("Tab", "Tab", "Escape")
             self.gone("frmPLU")
             main.activate()

@@ -95,7 +95,6 @@ class PanelEditor(unittest.TestCase):
         self.program.answer("Переместить кнопку на указанное место?", "Отмена")
         form.drag("CmdM_2", "CmdM_1")
         form.drag("CmdM_2", "CmdM_30")
-        program.picture("Form2-sensor-drag")
         self.program.answer("Переместить кнопку на указанное место?")
         wait_for("the key moved", lambda: form.caption("CmdM_30") == "99999")
         self.assertEqual(self.filled(), [["1731", product], ["1738", "1"], ["1760", "99999"]])
@@ -108,7 +107,6 @@ class PanelEditor(unittest.TestCase):
         program.key("Return")
         wait_for("the duplicate", lambda: ["1738", "99999"] in self.filled())
         form.click("CmdM_1")
-        program.picture("Form2-sensor-edit")
 
     def test_the_whole_layout_is_copied_saved_wiped_and_loaded(self):
         form, program, shop = self.form, self.program, self.shop
@@ -116,7 +114,6 @@ class PanelEditor(unittest.TestCase):
         shop.ask("UPDATE HOTKEYS SET CODE=(ID*7) MOD 120+1")
         shop.ask("UPDATE HOTKEYS SET CODE=0 WHERE REZ=24 AND LV=3")
         copying = self.open_copying()
-        program.picture("FormCopy")
         copying.drag("CmdPan_101", "CmdPan_324")
         box = program.box()
         self.assertEqual(box.text.split("\n")[0], "Дублировать все данные ")

@@ -48,7 +48,6 @@ class ByKeyboard(unittest.TestCase):
             focus_by_tab(card, "CmdKVP")
             program.key("space")
             wait_for("the list of parts", lambda: card.has_focus("ListKVP"))
-            program.picture("frmPLU")
             program.key("Down", "Return")
             wait_for("the list's end", lambda: not card.is_shown("ListKVP"))
             focus_by_tab(card, "OKButton")

@@ -66,20 +66,17 @@ class Reports(unittest.TestCase):
         form.click("CmdDat")
         wait_for("the report", lambda: self.lines(form)[-1:] == ["=" * 42])
         self.assertTrue(self.lines(form)[0].startswith("СИСТЕМНЫЙ ОТЧЁТ с "))
-        self.program.picture("Form9")
 
         form.click("Check2")
         form.click("CmdDat2")
         wait_for("the wide report", lambda: self.lines(form)[-1:] == ["=" * 68])
         wait_for("a wide window", lambda: form.accessible.queryComponent().getSize()[0] > narrow + 200)
-        self.program.picture("Form9-wide")
         form.click("Check2")
         wait_for("a narrow window", lambda: form.accessible.queryComponent().getSize()[0] == narrow)
 
         form.click("CmdRun")
         wait_for("the names", lambda: form.is_shown("Text33"))
         self.assertEqual(form.text("Text11"), "Холодный цех")
-        self.program.picture("Form9-names")
         form.press("CmdSave")
         self.answer("настройки сохранены", "Системный отчёт")
         form.activate()
@@ -89,7 +86,6 @@ class Reports(unittest.TestCase):
 
         form.press("CmdPrint")
         preview = self.program.box()
-        self.program.picture("Form9-print")
         preview.activate()
         self.program.key("Escape")
         form.activate()
@@ -108,7 +104,6 @@ class Reports(unittest.TestCase):
         form = self.open("Табель по сотрудникам", "FormTab")
         form.click("CmdPlus1")
         wait_for("the calendar", lambda: form.is_shown("Month1"))
-        self.program.picture("FormTab-calendar")
         self.program.key("Escape")
         wait_for("no calendar", lambda: not form.is_shown("Month1"))
         self.assertTrue(self.program.is_open("FormTab"))
@@ -123,12 +118,10 @@ class Reports(unittest.TestCase):
     def test_table_as_a_file_in_the_folder_chosen(self):
         self.start([("C/Korvina/Report/there.txt", ""), ("C/Korvina/Archive/there.txt", "")])
         form = self.open("Дисконтные карты по датам", "FormTabDk")
-        self.program.picture("FormTabDk")
         self.assertEqual(form.caption("LblPath"), "C:\\Korvina\\Report\\")
         form.press("CmdPath")
         path = self.program.form("frmPath")
         path.activate()
-        self.program.picture("frmPath")
         path.click("Dir1")
         self.program.key("Home", "Down", "Down")
         path.press("OKButton")
@@ -149,12 +142,10 @@ class Reports(unittest.TestCase):
         self.start()
         form = self.open("Остатки товаров", "FormTabOst")
         self.assertFalse(form.is_shown("Month1"))
-        self.program.picture("FormTabOst")
         self.program.key("Escape")
         wait_for("the window gone", lambda: not self.program.is_open("FormTabOst"))
         form = self.open("Движение товаров", "FormTabRun")
         self.assertFalse(form.is_enabled("CmdRun"))
-        self.program.picture("FormTabRun")
         form.press("CmdTov")
         picker = self.program.form("frmPLUpodb")
         wait_for("the keyboard in the search", lambda: picker.has_focus("TextFind"))
@@ -168,7 +159,6 @@ class Reports(unittest.TestCase):
     def test_a_folder_that_is_not_there_is_named(self):
         self.start()
         form = self.open("Продажи по времени", "FormTabTim")
-        self.program.picture("FormTabTim")
         os.rmdir(os.path.join(self.program.drives, "C", "Korvina", "Report"))
         form.press("CmdChk")
         box = self.program.box()
@@ -204,7 +194,6 @@ class Reports(unittest.TestCase):
         form.press("CmdTab")
         form.click("Check3")
         wait_for("the folder again", lambda: form.is_enabled("CmdPath"))
-        self.program.picture("FormTab")
 
 
 if __name__ == "__main__":

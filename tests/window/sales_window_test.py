@@ -50,7 +50,6 @@ class Sales(unittest.TestCase):
         wait_for("the product", lambda: form.rows("DataGrid3") == self.count(f"COD={code} AND {SHIFT}"))
         self.caption("LblSum", self.total(f"COD={code} AND {SHIFT}"))
         self.assertEqual(form.text("Text7"), "")
-        self.program.picture("Form2-product")
 
         # A double click on an order opens it.
         form.click_cell("DataGrid4", form.rows("DataGrid4") - 1, 0, times=2)
@@ -64,11 +63,9 @@ class Sales(unittest.TestCase):
         wait_for("the deletions", lambda: form.is_shown("DataGrid11") and not form.is_shown("DataGrid3"))
         self.assertFalse(form.is_enabled("CmdFilCheck"))
         self.caption("LblInf", day)
-        self.program.picture("Form2-deletions")
         form.click("CmdDG_2")
         wait_for("the order detail", lambda: form.is_shown("DataGrid2"))
         self.caption("LblInf", day)
-        self.program.picture("Form2-detail")
         form.click("CmdAll")
         self.caption("LblInf", "за весь период")
         self.assertFalse(form.is_enabled("CmdDat"))
@@ -84,7 +81,6 @@ class Sales(unittest.TestCase):
         form = self.form
         form.click("CmdFileCSV")
         wait_for("the folders", lambda: form.is_shown("Dir1") and form.has_focus("Dir1"))
-        self.program.picture("Form2-folders")
         self.program.key("Return")
         box = self.program.box()
         self.assertRegex(box.text, r"^Выгрузка в файл C:\\Korvina\\Report\\ProdData_\d{8}_\d{6}\.csv\n"
@@ -117,7 +113,6 @@ class Sales(unittest.TestCase):
         window.activate()
         window.click("CmdKas_2")
         wait_for("the receipt", lambda: window.rows("DataGrid1") == len(lines))
-        self.program.picture("frmDelChek")
         window.click_cell("DataGrid1", 0, 1)
         self.program.key("Escape")
         wait_for("the line gone", lambda: window.rows("DataGrid1") == sum(1 for code, _ in lines if code != lines[0][0]))
@@ -149,10 +144,8 @@ class Sales(unittest.TestCase):
         window.activate()
         day = (TODAY - datetime.timedelta(days=7)).strftime("%d.%m.%Y")
         self.assertEqual(window.text("Text4"), day)
-        self.program.picture("frmClear")
         window.click("CmdPlusD")
         wait_for("the calendar", lambda: window.is_shown("MonthD"))
-        self.program.picture("frmClear-calendar")
         self.program.key("Escape")
         wait_for("no calendar", lambda: not window.is_shown("MonthD"))
         self.assertTrue(self.program.is_open("frmClear"))
@@ -222,11 +215,9 @@ class Lite(unittest.TestCase):
         condition = f"TER={till} AND {SHIFT.replace('DATETIME', 'DAT')}"
         self.assertEqual(form.caption("LblSumLite"), shown(shop.ask(f"SELECT SUM(SUM1-SKID) FROM KASSA WHERE {condition}")[0][0]))
         self.assertEqual(form.rows("DataGrid7"), int(shop.ask(f"SELECT COUNT(*) FROM KASSA WHERE SUM1>0 AND {condition}")[0][0]))
-        program.picture("Form2-kassa-till")
         form.click("CmdDelProdLite")
         window = program.form("frmClearLite")
         window.activate()
-        program.picture("frmClearLite")
         program.key("Escape")
         wait_for("the window gone", lambda: not program.is_open("frmClearLite"))
 

@@ -67,7 +67,6 @@ class EveryMode(unittest.TestCase):
                 f"SELECT COUNT(*), ROUND(SUM(KOL*PRISE/1000-SKID)/1000,2) FROM PROD WHERE {SHIFT}")[0]
             self.assertEqual(form.rows("DataGrid3"), int(lines))
             self.assertEqual(form.caption("LblSum"), shown(total))
-            program.picture("Form2-prod")
 
             form.tab(CATALOGUE)
             wait_for("the catalogue", lambda: form.is_shown("DataGrid1_0"))
@@ -76,18 +75,15 @@ class EveryMode(unittest.TestCase):
             self.assertEqual(form.rows("DataGrid1_0"), int(shop.ask("SELECT COUNT(DISTINCT COD) FROM TOVAR")[0][0]))
             self.assertTrue(form.is_enabled("CmdNew"))
             self.assertFalse(form.is_shown("LblNote"))
-            program.picture("Form2-sprav")
 
             form.tab(PANELS)
             wait_for("the panels", lambda: form.is_shown("CmdM_30"))
             self.assertEqual(form.rows("DataGrid12"), 30)
             self.assertFalse(form.is_enabled("Text6"))
-            program.picture("Form2-sensor")
 
             form.tab(JOURNAL)
             wait_for("the journal", lambda: form.is_shown("DataGrid6"))
             self.assertEqual(form.rows("DataGrid6"), int(shop.ask("SELECT COUNT(*) FROM JOURNAL")[0][0]))
-            program.picture("Form2-jurn")
             assert_keeps_its_size(self, form)
             stop(self, program, form)
 
@@ -110,7 +106,6 @@ class EveryMode(unittest.TestCase):
             self.assertTrue(form.is_shown("DataGrid7"))
             total = shop.ask(f"SELECT ROUND(SUM(SUM1-SKID),2) FROM KASSA WHERE {SHIFT.replace('DATETIME', 'DAT')}")
             self.assertEqual(form.caption("LblSumLite"), shown(total[0][0]))
-            program.picture("Form2-kassa")
             form.tab(CATALOGUE)
             wait_for("the catalogue", lambda: form.is_shown("DataGrid1_0"))
             self.assertFalse(form.is_shown("CmdRefrTov"))
@@ -125,7 +120,6 @@ class EveryMode(unittest.TestCase):
             wait_for("the note", lambda: form.is_shown("LblNote"))
             self.assertFalse(form.is_enabled("CmdNew"))
             self.assertFalse(form.is_shown("CmdClrAllPLU"))
-            program.picture("Form2-sprav-restricted")
             assert_keeps_its_size(self, form)
             stop(self, program, form)
 
@@ -148,7 +142,6 @@ class EveryMode(unittest.TestCase):
         with Program() as program:
             box = program.box()
             self.assertEqual(box.text, "Нет соединения с Базой Данных!")
-            program.picture("no-database")
             box.press("OK")
             box = program.box()
             self.assertEqual(box.text, "Ошибка выполнения. Действие прервано.")
@@ -179,7 +172,6 @@ class Hands(unittest.TestCase):
                 self.program.key("Alt_L", "Shift_L", "Control_L")
                 time.sleep(0.2)
                 self.assertTrue(self.program.is_open("frmSplash"))
-                self.program.picture("frmSplash")
                 self.program.key("space")
             else:
                 about.click("lblProductName")
@@ -194,7 +186,6 @@ class Hands(unittest.TestCase):
     def test_a_day_is_picked_from_the_calendar(self):
         self.form.click("CmdPlus")
         wait_for("the calendar", lambda: self.form.is_shown("Month0"))
-        self.program.picture("Form2-calendar")
         self.program.key("Left", "Return")
         yesterday = TODAY - datetime.timedelta(days=1)
         wait_for("yesterday", lambda: self.form.caption("TextDate") == yesterday.strftime("%d.%m.%Y"))

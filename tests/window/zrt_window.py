@@ -5,7 +5,6 @@ The program is found and read over the accessibility bus; real keys and the real
 bus of its own: `dbus-run-session -- python3 TEST`. What is tested stands in the environment:
   ZRT_PROGRAM  the program, built for the tests' server       ZRT_DEMO  the maker of the demonstration shop
   ZRT_HOST     address of the tests' server                   ODBCSYSINI  the driver's registration
-  ZRT_PICTURES folder for pictures of the screens; none are taken without it
 """
 
 import os
@@ -144,13 +143,6 @@ class Program:
 
     def type(self, text):
         xdotool("type", "--clearmodifiers", text)
-
-    def picture(self, name):
-        folder = os.environ.get("ZRT_PICTURES")
-        if folder:
-            time.sleep(0.3)  # until the last frame is on the screen
-            subprocess.run(["import", "-window", "root", "+dither", "-colors", "200",
-                            "PNG8:" + os.path.join(folder, f"{name}.png")], check=True)
 
 
 class Window:
@@ -304,10 +296,13 @@ class Box(Window):
 class Screen:
     """A display that nobody else has, and the window manager that gives windows their frames and the keyboard."""
 
+    def __init__(self, size="1024x768"):
+        self.size = size
+
     def __enter__(self):
         reading, writing = os.pipe()
         self.server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(writing), "-screen", "0", "1024x768x24", "-nolisten", "tcp"],
+            ["Xvfb", "-displayfd", str(writing), "-screen", "0", f"{self.size}x24", "-nolisten", "tcp"],
             pass_fds=(writing,), stderr=subprocess.DEVNULL)
         os.close(writing)
         with os.fdopen(reading) as number:

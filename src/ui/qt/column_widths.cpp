@@ -48,13 +48,22 @@ std::vector<int> FitWidths(const std::vector<ColumnRoom>& columns, int room) {
   for (std::size_t i = 0; i < columns.size(); ++i) {
     if (columns[i].text && (longest == columns.size() || columns[i].width > columns[longest].width)) longest = i;
   }
-  if (longest == columns.size()) return widths;
-  widths[longest] += std::max(left, 0);
+  if (longest < columns.size()) {
+    widths[longest] += std::max(left, 0);
+  } else {
+    // No column has a better claim than another.
+    for (std::size_t i = 0; i < columns.size() && left > 0; ++i) {
+      const int share = left / static_cast<int>(columns.size() - i);
+      widths[i] += share;
+      left -= share;
+    }
+  }
   for (const std::size_t i : cut) {
     if (columns[i].text || missing(i) <= 0) continue;
-    const int given = std::clamp(widths[longest] - columns[longest].width / 2, 0, missing(i));
-    widths[i] += given;
-    widths[longest] -= given;
+    const int lacking = missing(i);
+    widths[i] += lacking;
+    if (longest == columns.size()) continue;
+    widths[longest] -= std::clamp(widths[longest] - columns[longest].width / 2, 0, lacking);
   }
   return widths;
 }

@@ -27,13 +27,9 @@ using Align = GridColumn::Align;
 
 constexpr int kRowPadding = 5;
 
-/// Pixels beside the text of a cell that its style leaves free, and the grid's line.
-int CellMargins(const QTableView& table) {
-  return 2 * (table.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &table) + 1) + 1;
-}
-
-int WidthOf(const QTableView& table, const QModelIndex& cell) {
-  return table.fontMetrics().horizontalAdvance(cell.data().toString());
+/// Pixels that the cell needs to show its text whole, with the grid's line.
+int WholeWidth(const QTableView& table, const QModelIndex& cell) {
+  return table.sizeHintForIndex(cell).width() + 1;
 }
 
 /// The row or column of widgets that holds the table, somewhere in the layout of its window.
@@ -183,28 +179,37 @@ void GridView::FitColumns() {
   std::vector<int> shown;
   std::vector<ColumnRoom> rooms;
   for (int i = 0; i < model_.columnCount(); ++i) {
-    const GridColumn& column = columns[static_cast<std::size_t>(i)];
-    header->setSectionHidden(i, column.width <= 0);
-    if (column.width <= 0) continue;
+    const bool hidden = columns[static_cast<std::size_t>(i)].width <= 0;
+    header->setSectionHidden(i, hidden);
+    if (hidden) continue;
     shown.push_back(i);
-    rooms.push_back(
-        {column.width * table_->logicalDpiX() / kTwipsPerInch, NeededWidth(i), column.align == Align::kLeft});
+    rooms.push_back(RoomOf(i));
   }
   if (ShowKeptWidths()) return;
   const std::vector<int> widths = FitWidths(rooms, table_->viewport()->width());
   for (std::size_t i = 0; i < shown.size(); ++i) header->resizeSection(shown[i], widths[i]);
 }
 
-int GridView::NeededWidth(int column) const {
-  const int heading = table_->horizontalHeader()->sectionSizeHint(column);
-  if (!table_->isVisible()) return heading;
-  int needed = 0;
+ColumnRoom GridView::RoomOf(int column) const {
+  const GridColumn& layout = grid_.Columns()[static_cast<std::size_t>(column)];
+  ColumnRoom room{layout.width * table_->logicalDpiX() / kTwipsPerInch,
+                  table_->horizontalHeader()->sectionSizeHint(column), false};
+  if (!table_->isVisible()) return room;
   const int first = std::max(table_->verticalScrollBar()->value(), 0);
   const int last = std::min(first + table_->viewport()->height() / row_height_ + 1, model_.rowCount());
+  int widest = -1;
+  QModelIndex widest_cell;
   for (int row = first; row < last; ++row) {
-    needed = std::max(needed, WidthOf(*table_, model_.index(row, column)));
+    const QModelIndex cell = model_.index(row, column);
+    const QString text = cell.data().toString();
+    room.text = room.text || std::ranges::any_of(text, [](QChar character) { return character.isLetter(); });
+    const int width = table_->fontMetrics().horizontalAdvance(text);
+    if (width <= widest) continue;
+    widest = width;
+    widest_cell = cell;
   }
-  return std::max(heading, needed + CellMargins(*table_));
+  if (widest > 0) room.needed = std::max(room.needed, WholeWidth(*table_, widest_cell));
+  return room;
 }
 
 QString GridView::WidthsKey() const {
@@ -251,9 +256,7 @@ void GridView::FitHeights() {
 
 bool GridView::ShowCutText(const QHelpEvent& help) {
   const QModelIndex cell = table_->indexAt(help.pos());
-  if (!cell.isValid() || WidthOf(*table_, cell) + CellMargins(*table_) <= table_->columnWidth(cell.column())) {
-    return false;
-  }
+  if (!cell.isValid() || WholeWidth(*table_, cell) <= table_->columnWidth(cell.column())) return false;
   // As a text for sure, whatever the shop calls its goods.
   const QString text = QStringLiteral("<p style='white-space:pre'>%1</p>").arg(cell.data().toString().toHtmlEscaped());
   QToolTip::showText(help.globalPos(), text, table_->viewport(), table_->visualRect(cell));

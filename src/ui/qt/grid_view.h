@@ -5,6 +5,7 @@
 #include <QTableView>
 
 #include "ui/data_grid.h"
+#include "ui/qt/column_widths.h"
 #include "ui/qt/control_view.h"
 #include "ui/qt/grid_model.h"
 
@@ -31,8 +32,8 @@ class GridView final : public ControlView {
   void FitColumns();
   /// Again when the screen has chosen the row that it shows: the texts in sight are other ones then.
   void FitSoon();
-  /// Pixels that the header and the texts in sight need in a column.
-  int NeededWidth(int column) const;
+  /// What the header and the texts in sight need in a column.
+  ColumnRoom RoomOf(int column) const;
   /// The name under which widths drawn by hand are kept: they belong to these very columns.
   QString WidthsKey() const;
   bool ShowKeptWidths();

@@ -11,6 +11,7 @@
 #include <QTableView>
 
 #include "ui/qt/copying.h"
+#include "ui/qt/guide_window.h"
 
 namespace zrt {
 
@@ -91,6 +92,8 @@ void ActOnRow(const QWidget& window, const QString& key) {
 void Run(const Shortcut& shortcut, QWidget& window, const ShortcutHost& host) {
   const QString role = QString::fromUtf8(shortcut.role);
   switch (shortcut.action) {
+    case KeyAction::kGuide:
+      return OpenGuide(window);
     case KeyAction::kMenu:
       return OpenMenus(window);
     case KeyAction::kNextTab:

@@ -11,6 +11,7 @@ class QWidget;
 namespace zrt {
 
 enum class KeyAction {
+  kGuide,       ///< the guide at this window's page
   kMenu,        ///< the keyboard goes to the row of menus
   kNextTab,     ///< of the main window, from whichever window is in front
   kEarlierTab,  ///< the same
@@ -33,6 +34,7 @@ struct Shortcut {
 
 /// The one table of shortcuts. docs/operating.md and the guide show it.
 inline constexpr std::array kShortcuts = {
+    Shortcut{"F1", KeyAction::kGuide, "", "руководство на странице об открытом окне"},
     Shortcut{"F10", KeyAction::kMenu, "", "строка меню; сразу в меню - Alt с подчёркнутой буквой"},
     Shortcut{"Ctrl+Tab, Ctrl+PgDown", KeyAction::kNextTab, "", "следующая вкладка главного окна"},
     Shortcut{"Ctrl+Shift+Tab, Ctrl+PgUp", KeyAction::kEarlierTab, "", "предыдущая вкладка главного окна"},

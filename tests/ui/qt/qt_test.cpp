@@ -520,7 +520,8 @@ TEST(ColumnWidths, WhatIsLeftGoesWhereSomethingIsCut) {
   EXPECT_EQ(FitWidths({cod, name, price}, 300), (Widths{40, 170, 90}));  // then at the cost of what has too much
   EXPECT_EQ(FitWidths({cod, name, price}, 270), (Widths{40, 140, 90}));  // also where the layout is too wide
   EXPECT_EQ(FitWidths({cod, name, price, note}, 380), (Widths{35, 120, 90, 135}));  // the least cut first
-  EXPECT_EQ(FitWidths({cod, name, price}, 100), (Widths{35, 100, 80}));  // a number is read whole, a text by half
+  EXPECT_EQ(FitWidths({cod, name, price}, 100), (Widths{35, 100, 90}));  // a number is read whole, a text by half
+  EXPECT_EQ(FitWidths({cod, price}, 140), (Widths{45, 95}));
 }
 
 TEST_F(MainWindow, TypingInAGridIsTheProgramsAffair) {
