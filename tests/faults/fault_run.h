@@ -66,7 +66,10 @@ struct Action {
   friend void PrintTo(const Action& action, std::ostream* out) { *out << action.name; }
 };
 
-/// A shop with a program on it that can be brought back to where it was in milliseconds.
+/// The link file that leads to the reserve server.
+inline constexpr const char* kReserveLink = "C:\\Korvina\\reserve.udl";
+
+/// A shop with a program and a reserve server on it that can be brought back to where it was in milliseconds.
 class FaultRun {
  public:
   FaultRun();
@@ -98,6 +101,7 @@ class FaultRun {
 
   void Restore();
   void StartProgram();
+  void LayFaults(FaultSource* source);
   void Restart();
   void Do(std::string_view steps);
   void Step(const std::string& step);
@@ -122,6 +126,7 @@ class FaultRun {
 
   TestDatabase shop_{Stage::kRegister};
   TestDatabase kept_{Stage::kRegister};
+  TestDatabase reserve_{Stage::kPlain};  ///< on the same server, which a link file leads to
   FixedClock clock_{{{2026, 11, 12}, 12, 0, 0}};
   TemporaryFolder folder_;
   DriveMap drives_{folder_.Path()};
@@ -131,7 +136,7 @@ class FaultRun {
   ScriptedFaults faults_;
   FaultSource* source_ = &faults_;  ///< what stands below the program's connection
   std::unique_ptr<App> app_;
-  std::vector<std::string> tables_;
+  std::vector<std::string> tables_;             ///< the shop's by their names, the reserve's with their schema
   std::map<std::string, std::string> columns_;  ///< of each table, without the numbers that the server gives
   std::map<std::string, std::string> checksums_;
   std::map<std::string, Rows> kept_rows_;
