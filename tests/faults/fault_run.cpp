@@ -389,6 +389,12 @@ void FaultRun::Break(const Action& action, const Whole& whole, int statement, bo
     if (found != boxes.end()) boxes.erase(found);
   }
   EXPECT_LE(boxes.size(), action.boxes) << testing::PrintToString(boxes);
+  if (!action.box.empty()) {
+    EXPECT_EQ(boxes, std::vector{action.box});
+  }
+  if (const std::size_t mark = action.shows.find('='); mark != std::string::npos) {
+    EXPECT_EQ(Find(action.shows.substr(0, mark)).Ask("Caption"), action.shows.substr(mark + 1));
+  }
   // A program that can't be started ends after its box.
   if (action.action != "restart") {
     EXPECT_TRUE(app_->Main.IsVisible());
