@@ -36,9 +36,10 @@ PREPARE change_keys FROM @change;
 EXECUTE change_keys;
 DEALLOCATE PREPARE change_keys;
 
--- A balance is summed from the key alone, a document's rows are found by product. The two that this script gave before go.
+-- A balance is summed from the key alone, a document's rows are found by product. ID stands before KOL because of documents of
+-- one second: the last one written is the one whose balance counts. The two keys that this script gave before go.
 SET @keys = (SELECT GROUP_CONCAT(clause) FROM (
-  SELECT 'zrt_cod_run_datedoc_kol' AS name, 'ADD KEY zrt_cod_run_datedoc_kol (COD, RUN, DATEDOC, KOL)' AS clause, 0 AS present
+  SELECT 'zrt_balance' AS name, 'ADD KEY zrt_balance (COD, RUN, DATEDOC, ID, KOL)' AS clause, 0 AS present
   UNION ALL SELECT 'zrt_doc_cod', 'ADD KEY zrt_doc_cod (DOC, COD)', 0
   UNION ALL SELECT 'zrt_docnext', 'ADD KEY zrt_docnext (DOCNEXT)', 0
   UNION ALL SELECT 'zrt_cod_run_datedoc', 'DROP KEY zrt_cod_run_datedoc', 1

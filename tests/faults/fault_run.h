@@ -61,6 +61,8 @@ struct Action {
   bool whole = true;         ///< zrt_check is content afterwards
   bool goes_on = false;      ///< a failing statement doesn't stop the action, by design
   std::size_t boxes = 1;     ///< how many may come, beside those of the whole run
+  std::string box = {};      ///< what a failure says, where that isn't the box of a run-time error
+  std::string shows = {};    ///< FORM.LABEL=TEXT that stands there after a failure
   std::string besides = {};  ///< a text of the whole run that may be missing in the end
 
   friend void PrintTo(const Action& action, std::ostream* out) { *out << action.name; }

@@ -73,7 +73,7 @@ class Demo(unittest.TestCase):
         keys = ("SELECT TABLE_NAME,INDEX_NAME,SEQ_IN_INDEX,COLUMN_NAME FROM information_schema.STATISTICS "
                 "WHERE TABLE_SCHEMA=DATABASE() ORDER BY 1,2,3")
         before = value(keys)
-        for earlier in ("DO 0", "ALTER TABLE REGISTR DROP KEY zrt_doc_cod,DROP KEY zrt_cod_run_datedoc_kol,ADD KEY zrt_doc "
+        for earlier in ("DO 0", "ALTER TABLE REGISTR DROP KEY zrt_doc_cod,DROP KEY zrt_balance,ADD KEY zrt_doc "
                         "(DOC),ADD KEY zrt_cod_run_datedoc (COD,RUN,DATEDOC)"):
             client(query=earlier)
             with open(os.path.join(DATA, "tune.sql"), "rb") as script:
