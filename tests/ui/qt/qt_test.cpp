@@ -354,7 +354,17 @@ TEST_F(MainWindow, AReportsLinesAreAllReadWhole) {
 
   lines.Clear();
   lines.AddItem("=");
+  lines.AddItem("ИТОГО");
+  lines.AddItem("=");
   Settle();
+  const auto copied = [&](int first, int last) {
+    list->clearSelection();
+    for (int row = first; row <= last; ++row) list->item(row)->setSelected(true);
+    CopyFrom(list);
+    return QApplication::clipboard()->text().toStdString();
+  };
+  EXPECT_EQ(copied(1, 1), "=\nИТОГО\n=");  // the line that one stands on is no choice
+  EXPECT_EQ(copied(1, 2), "ИТОГО\n=");
   EXPECT_EQ(list->horizontalScrollBar()->maximum(), 0);  // what has gone needs no room
 }
 
