@@ -205,18 +205,26 @@ ColumnRoom GridView::RoomOf(int column) const {
   if (!table_->isVisible()) return room;
   const int first = std::max(table_->verticalScrollBar()->value(), 0);
   const int last = std::min(first + table_->viewport()->height() / row_height_ + 1, model_.rowCount());
-  int widest = -1;
-  QModelIndex widest_cell;
+  std::vector<QString> texts;
+  qsizetype longest = 0;
   for (int row = first; row < last; ++row) {
-    const QModelIndex cell = model_.index(row, column);
-    const QString text = cell.data().toString();
+    const QString& text = texts.emplace_back(model_.index(row, column).data().toString());
+    longest = std::max(longest, text.size());
     room.text = room.text || std::ranges::any_of(text, [](QChar character) { return character.isLetter(); });
+  }
+  // Measuring costs more than all the rest; a text that is much shorter than another one isn't wider.
+  constexpr double kMuchShorter = 0.7;
+  int widest = 0;
+  int widest_row = first;
+  for (int row = first; row < last; ++row) {
+    const QString& text = texts[static_cast<std::size_t>(row - first)];
+    if (static_cast<double>(text.size()) < kMuchShorter * static_cast<double>(longest)) continue;
     const int width = table_->fontMetrics().horizontalAdvance(text);
     if (width <= widest) continue;
     widest = width;
-    widest_cell = cell;
+    widest_row = row;
   }
-  if (widest > 0) room.needed = std::max(room.needed, WholeWidth(*table_, widest_cell));
+  if (widest > 0) room.needed = std::max(room.needed, WholeWidth(*table_, model_.index(widest_row, column)));
   return room;
 }
 
