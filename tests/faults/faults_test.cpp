@@ -120,6 +120,13 @@ std::vector<Action> LineDocuments() {
 }
 
 const std::vector<Action> kOtherDocuments = {
+    {"a line changed", "open 4", "frmDocPrN.CmdVar; frmPLUdial.OKButton", Again::kUnproved,
+     "the line is out before its dialog comes: leaving it without OK loses the line"},
+    {"a product scanned", "Form2.mnuDocRN; entry 4820000000017",
+     "frmDocRhN.CmdBar; frmPLUdial.TextKol=2; frmPLUdial.TextPrice=3; frmPLUdial.OKButton", Again::kOnTop,
+     "one that is in comes once more"},
+    {"left for another", "Form2.mnuDocRN; pick 2 1 1000 5000; Form2.TabStrip1=jurn; Form2.DataGrid6@2",
+     "Form2.DataGrid6>Enter", Again::kSame, "", "Form2.TabStrip1=jurn; Form2.DataGrid6@2; Form2.DataGrid6>Enter"},
     {"inventory, filled", "Form2.mnuDocIN", "frmDocIN.CmdDat", Again::kOnTop, "filling twice adds the products twice"},
     {"inventory, a product added", "Form2.mnuDocIN; pick 4 1 90000 0", "pick 4 2 1000 0", Again::kStays,
      "a product that is in is refused"},
@@ -143,6 +150,9 @@ const std::vector<Action> kOtherDocuments = {
     {"inventory, balances to the tills", "open 7; frmDocIN.RUNButton", "frmDocIN.CmdUpd"},
     {"price change, a line added", "Form2.mnuPereozenk; pick 5 1 0 5000", "pick 5 2 0 6000", Again::kOnTop,
      "one that is in comes once more"},
+    {"price change, a price changed", "open 8; entry 7", "frmDocPRC.CmdVar"},
+    {"price change, a line deleted", "open 8", "frmDocPRC.CmdDel", Again::kTwice,
+     "the line that is the current one by then goes"},
     {"price change, a new one posted", "Form2.mnuPereozenk; pick 5 1 0 5000; pick 5 2 0 6000; frmDocPRC.TextPrim=цены",
      "frmDocPRC.RUNButton"},
     {"price change, a new one saved", "Form2.mnuPereozenk; pick 5 1 0 5000", "frmDocPRC.CancelButton"},
