@@ -35,8 +35,8 @@ const std::vector<std::string> kShop = {
     "INSERT INTO CHECK3 (COD,NAME,KOL,PRISE,COST) VALUES (1,'Чай',1.5,20,30),(2,'Вино',1,9,9)",
     "INSERT INTO AKZMARK VALUES (1,'22N',1,1,'2026-11-01 10:00:00')",
     "UPDATE TOVAR SET T1='ТОВАР',UKT='2203'",
-    "UPDATE HOTKEYS SET CODE=1 WHERE ID IN (101,103,201)",
-    "UPDATE HOTKEYS SET CODE=2 WHERE ID IN (102,130)",
+    "UPDATE HOTKEYS SET CODE=1 WHERE ID IN (101,103,131,201,1301)",
+    "UPDATE HOTKEYS SET CODE=2 WHERE ID IN (105,130,132,202,1302)",
     "INSERT INTO PROD (COD,NAME,KOL,PRISE,SKID,SUM2,REZ,DATETIME,TER,NUM,PERS,N4) VALUES "
     "(1,'Чай',2000,120500,0,241000,0,'2026-11-11 09:00:00',1,1,1,3),"
     "(2,'Вино',500,950000,0,475000,0,'2026-11-11 13:00:00',1,1,1,3),"
@@ -260,6 +260,18 @@ const std::vector<Action> kPanels = {
     {"panels, a key moved", "Form2.TabStrip1=sensor; Form2.CmdM_1", "drag Form2.CmdM_1 Form2.CmdM_9", Again::kStays,
      "a key that has the product already isn't empty; a level that isn't read is read by a press",
      "Form2.CmdM_1; drag Form2.CmdM_1 Form2.CmdM_9"},
+    // Key 2 is empty on the first level alone: while another can't be read it only looks so.
+    {"panels, another level, and a key moved", "Form2.TabStrip1=sensor", "Form2.Option2_2", Again::kSame, "",
+     "drag Form2.CmdM_1 Form2.CmdM_2"},
+    {"panels, another panel, and a key moved", "Form2.TabStrip1=sensor", "Form2.Option1_2", Again::kSame, "",
+     "drag Form2.CmdM_1 Form2.CmdM_2"},
+    {"panels, the other menu, and a key moved", "Form2.TabStrip1=sensor", "Form2.CmdMenu=2", Again::kSame, "",
+     "drag Form2.CmdM_1 Form2.CmdM_2"},
+    // What is named is the panel that was chosen, also when it couldn't be shown.
+    {"panels, another panel named", "Form2.TabStrip1=sensor", "Form2.Option1_2; Form2.TextName=Бар; Form2.CmdName",
+     Again::kSame, "", "Form2.TextName=Бар; Form2.CmdName"},
+    {"panels, one of the other menu named", "Form2.TabStrip1=sensor",
+     "Form2.CmdMenu=2; Form2.TextName=Бар; Form2.CmdName", Again::kSame, "", "Form2.TextName=Бар; Form2.CmdName"},
     {"panels, named", "Form2.TabStrip1=sensor; Form2.TextName=Гриль; Form2.TextMenu=Летнее", "Form2.CmdName"},
     {"panels, all emptied", "Form2.TabStrip1=sensor", "Form2.CmdClrAll"},
     {"panels, copying opened", "Form2.TabStrip1=sensor", "Form2.CmdCopyAll"},
