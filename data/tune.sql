@@ -36,15 +36,19 @@ PREPARE change_keys FROM @change;
 EXECUTE change_keys;
 DEALLOCATE PREPARE change_keys;
 
+-- A balance is summed from the key alone, a document's rows are found by product. ID stands before KOL because of documents of
+-- one second: the last one written is the one whose balance counts. The two keys that this script gave before go.
 SET @keys = (SELECT GROUP_CONCAT(clause) FROM (
-  SELECT 'zrt_cod_run_datedoc' AS name, 'ADD KEY zrt_cod_run_datedoc (COD, RUN, DATEDOC)' AS clause
-  UNION ALL SELECT 'zrt_doc', 'ADD KEY zrt_doc (DOC)'
-  UNION ALL SELECT 'zrt_docnext', 'ADD KEY zrt_docnext (DOCNEXT)'
+  SELECT 'zrt_balance' AS name, 'ADD KEY zrt_balance (COD, RUN, DATEDOC, ID, KOL)' AS clause, 0 AS present
+  UNION ALL SELECT 'zrt_doc_cod', 'ADD KEY zrt_doc_cod (DOC, COD)', 0
+  UNION ALL SELECT 'zrt_docnext', 'ADD KEY zrt_docnext (DOCNEXT)', 0
+  UNION ALL SELECT 'zrt_cod_run_datedoc', 'DROP KEY zrt_cod_run_datedoc', 1
+  UNION ALL SELECT 'zrt_doc', 'DROP KEY zrt_doc', 1
 ) wanted
   WHERE EXISTS (SELECT * FROM information_schema.COLUMNS
                 WHERE TABLE_SCHEMA = DATABASE() AND TABLE_NAME = 'REGISTR' AND COLUMN_NAME = 'COD')
-    AND NOT EXISTS (SELECT * FROM information_schema.STATISTICS
-                    WHERE TABLE_SCHEMA = DATABASE() AND TABLE_NAME = 'REGISTR' AND CONVERT(INDEX_NAME USING latin1) = CONVERT(name USING latin1)));
+    AND present = (SELECT COUNT(*) > 0 FROM information_schema.STATISTICS
+                   WHERE TABLE_SCHEMA = DATABASE() AND TABLE_NAME = 'REGISTR' AND CONVERT(INDEX_NAME USING latin1) = CONVERT(name USING latin1)));
 SET @change = IF(@keys IS NULL, 'DO 0', CONCAT('ALTER TABLE REGISTR ', @keys));
 PREPARE change_keys FROM @change;
 EXECUTE change_keys;

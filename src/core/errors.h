@@ -32,17 +32,26 @@ class DatabaseError : public Error {
     return named;
   }
 
+  /// The same error, after which something is left for the operator to do: `task` (UTF-8) tells him in the box.
+  DatabaseError Leaving(std::string task) const {
+    DatabaseError left = *this;
+    left.task_ = std::move(task);
+    return left;
+  }
+
   const std::string& SqlState() const { return sqlstate_; }  ///< five characters, e.g. "42S02"
   int Native() const { return native_; }                     ///< the server's own number, e.g. 1146; 0 without one
   const std::string& Text() const { return text_; }          ///< what the driver said, in its own words
   /// The statement that failed, whole; empty when none did, as when connecting. Never holds a connection text.
   const std::string& Statement() const { return statement_; }
+  const std::string& Task() const { return task_; }  ///< what is left for the operator to do; empty for nothing
 
  private:
   std::string sqlstate_;
   int native_;
   std::string text_;
   std::string statement_;
+  std::string task_;
 };
 
 /// A number does not fit the integer that it is converted to.

@@ -162,13 +162,16 @@ bool IsMoment(Copied how) {
 }
 
 /// The base behind a connection as its server names it, whatever address it was reached by. Servers that don't tell
-/// capitals in names of schemas apart may give the name as it was asked for.
+/// capitals in names of schemas apart may give the name as it was asked for. The nodes of a cluster are one base.
 std::string BaseBehind(Connection& connection) {
   Recordset base;
   base.Open(
-      "SELECT CONCAT_WS(' ',@@hostname,@@port,@@datadir,IF(@@lower_case_table_names=0,DATABASE(),LOWER(DATABASE())))",
+      "SELECT CONCAT_WS(' ',@@hostname,@@port,@@datadir),IF(@@lower_case_table_names=0,DATABASE(),LOWER(DATABASE()))",
       connection);
-  return base.Field(0).Text();
+  Recordset cluster;
+  cluster.Open("SHOW STATUS LIKE 'wsrep_cluster_state_uuid'", connection);
+  const bool is_node = !cluster.Eof() && !cluster.Field(1).TextOrEmpty().empty();
+  return (is_node ? cluster.Field(1) : base.Field(0)).Text() + " " + base.Field(1).TextOrEmpty();
 }
 
 }  // namespace

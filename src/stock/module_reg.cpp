@@ -68,8 +68,15 @@ void ModuleReg::RunDocRegistr(std::int32_t doc, bool run, const std::string& dat
 
 void ModuleReg::RerunLaterDocs(Recordset& later) {
   for (later.MoveFirst(); !later.Eof(); later.MoveNext()) {
+    const std::int32_t doc = ToInt32(later.Field("ID").Number());
     const std::string moment = session_.Format().DateTimeText(later.Field("DATEDOC").Moment());
-    RerunOneDoc(ToInt32(later.Field("ID").Number()), CutSqlDateTime(moment));
+    try {
+      RerunOneDoc(doc, CutSqlDateTime(moment));
+    } catch (const DatabaseError& error) {
+      // Taken out and not posted again it is no later posted document any more: the next press passes it over.
+      throw error.Leaving(fmt::format(
+          "Прервано на документе №{} от {}: если в журнале он без \"OK\", откройте его и проведите.", doc, moment));
+    }
   }
 }
 

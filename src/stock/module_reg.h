@@ -29,7 +29,8 @@ class ModuleReg {
   void RunDocRegistr(std::int32_t doc, bool run, const std::string& date);
 
   /// Posts the documents of `later` (ID, DATEDOC) anew, in its order and without a question. Quantities stay; balances
-  /// and links are written again. Throws DatabaseError.
+  /// and links are written again. Throws DatabaseError, whose task names the document that it broke off at: that one
+  /// may stand as not posted.
   void RerunLaterDocs(Recordset& later);
 
   /// The same for one document of that moment; nothing for one without rows in the register. Throws DatabaseError.

@@ -216,7 +216,7 @@ TEST_F(Database, ASnapshotStandsStillUntilItIsAskedAgain) {
 }
 
 TEST_F(Database, ManyRowsAndLongTexts) {
-  shop_.Sql("INSERT INTO T (N,TXT) SELECT seq,CONCAT('т',seq) FROM seq_1_to_2501");
+  shop_.Sql("INSERT INTO T (N,TXT) SELECT seq,CONCAT('т',seq) FROM " + test::Numbers(2501));
   set_.Open("SELECT N,TXT FROM T ORDER BY N", connection_);
   ASSERT_EQ(set_.RecordCount(), 2501);
   for (const int row : {1, 999, 1000, 1001, 2000, 2001, 2501}) {
@@ -316,7 +316,7 @@ TEST_F(Database, ABrokenLinkIsReportedAndOpenedAgainAtTheNextActionOnce) {
 
 TEST_F(Database, ALinkThatIsGoneIsGoneHoweverOneLearnsOfIt) {
   using Link = test::ForwardingProxy::Link;
-  shop_.Sql("INSERT INTO T (N,TXT) SELECT seq,REPEAT('x',50) FROM seq_1_to_50000");
+  shop_.Sql("INSERT INTO T (N,TXT) SELECT seq,REPEAT('x',50) FROM " + test::Numbers(50'000));
   test::ForwardingProxy proxy(ZRT_TEST_HOST);
   const std::string text = MainConnectionString(shop_.Address());
   Connection link;

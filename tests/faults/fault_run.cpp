@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <set>
 
 #include "check/shop_check.h"
@@ -18,6 +19,10 @@ namespace {
 constexpr const char* kFirstDocument = "910001";
 
 constexpr Colour kLampPosted = 65280;
+
+bool IsOfReserve(const std::string& table) {
+  return table.find('.') != std::string::npos;
+}
 
 bool IsDocumentNumber(std::string_view text) {
   return text.size() == 6 && text.starts_with("91") && text.find_first_not_of("0123456789") == std::string_view::npos;
@@ -98,6 +103,16 @@ FaultRun::FaultRun() {
                     "TABLE_SCHEMA=DATABASE() AND TABLE_NAME='{0}' AND (EXTRA<>'auto_increment' OR '{0}'='JOURNAL')",
                     table));
   }
+  for (const char* table : {"TOVAR", "KLIENT", "HOTKEYS", "PROD", "KASSA"}) {
+    reserve_.Sql(fmt::format("DELETE FROM {}", table));
+    tables_.push_back(reserve_.Address().schema + "." + table);
+    columns_[tables_.back()] = columns_.at(table);
+  }
+  std::filesystem::create_directories(drives_.ToNative("C:\\Korvina"));
+  std::ofstream(drives_.ToNative(kReserveLink)) << fmt::format(
+      "[oledb]\r\n; Everything after this line is an OLE DB initstring\r\nProvider=MSDASQL.1;Extended "
+      "Properties=\"DRIVER={{MySQL ODBC 3.51 Driver}};SERVER={};DATABASE={};UID={};PWD=41730926\"\r\n",
+      reserve_.Address().host, reserve_.Address().schema, reserve_.Address().account);
   shop_.Sql(fmt::format("ALTER TABLE JOURNAL AUTO_INCREMENT={}", kFirstDocument));
 }
 
@@ -114,6 +129,7 @@ void FaultRun::Furnish(const std::vector<std::string>& statements, const std::ve
   }
   app_.reset();
   for (const std::string& table : tables_) {
+    if (IsOfReserve(table)) continue;
     kept_.Sql("DELETE FROM " + table);
     kept_.Sql(fmt::format("INSERT INTO {} SELECT * FROM {}.{}", table, shop_.Address().schema, table));
   }
@@ -135,9 +151,15 @@ void FaultRun::StartProgram() {
   app_.reset();
   desktop_.BeginAnew();
   app_ = std::make_unique<App>(desktop_, clock_, drives_, AppSettings{shop_.Address(), "zrt", printer_, spreadsheet_});
-  app_->TheSession.MainConnection.SetFaultSource(source_);
+  LayFaults(source_);
   app_->Start();
   desktop_.UserAction([this] { app_->Splash.Timer1.UserFire(); });
+}
+
+void FaultRun::LayFaults(FaultSource* source) {
+  source_ = source;
+  app_->TheSession.MainConnection.SetFaultSource(source);
+  app_->TheSession.ConnReserve.SetFaultSource(source);
 }
 
 void FaultRun::Restore() {
@@ -145,6 +167,7 @@ void FaultRun::Restore() {
   for (const auto& [table, checksum] : checksums_) {
     if (now.at(table) == checksum) continue;
     shop_.Sql("DELETE FROM " + table);
+    if (IsOfReserve(table)) continue;
     shop_.Sql(fmt::format("INSERT INTO {} SELECT * FROM {}.{}", table, kept_.Address().schema, table));
   }
 }
@@ -241,7 +264,8 @@ std::map<std::string, std::string> FaultRun::Checksums() {
   for (const std::string& table : tables_) all += (all.empty() ? "" : ",") + table;
   std::map<std::string, std::string> checksums;
   for (const std::vector<std::string>& row : shop_.Rows("CHECKSUM TABLE " + all)) {
-    checksums[row[0].substr(row[0].find('.') + 1)] = row[1];
+    const std::string own = shop_.Address().schema + ".";
+    checksums[row[0].starts_with(own) ? row[0].substr(own.size()) : row[0]] = row[1];
   }
   return checksums;
 }
@@ -332,11 +356,9 @@ FaultRun::Whole FaultRun::Record(const Action& action) {
   Whole whole;
   {
     Recorder recorder(*this, whole);
-    source_ = &recorder;
-    app_->TheSession.MainConnection.SetFaultSource(source_);
+    LayFaults(&recorder);
     Do(action.action);
-    source_ = &faults_;
-    app_->TheSession.MainConnection.SetFaultSource(source_);
+    LayFaults(&faults_);
   }
   EXPECT_FALSE(HasFailed()) << "the whole run: " << desktop_.Boxes.back();
   whole.boxes = desktop_.Boxes;
@@ -367,6 +389,12 @@ void FaultRun::Break(const Action& action, const Whole& whole, int statement, bo
     if (found != boxes.end()) boxes.erase(found);
   }
   EXPECT_LE(boxes.size(), action.boxes) << testing::PrintToString(boxes);
+  if (!action.box.empty()) {
+    EXPECT_EQ(boxes, std::vector{action.box});
+  }
+  if (const std::size_t mark = action.shows.find('='); mark != std::string::npos) {
+    EXPECT_EQ(Find(action.shows.substr(0, mark)).Ask("Caption"), action.shows.substr(mark + 1));
+  }
   // A program that can't be started ends after its box.
   if (action.action != "restart") {
     EXPECT_TRUE(app_->Main.IsVisible());
@@ -380,7 +408,7 @@ void FaultRun::Break(const Action& action, const Whole& whole, int statement, bo
   }
 
   const State left = Look();
-  const bool goes_on = !cut && (action.goes_on || IsGuarded(broken));
+  const bool goes_on = action.goes_on || (!cut && IsGuarded(broken));
   if (!goes_on) {
     EXPECT_TRUE(left == expected) << "it stands:\n"
                                   << Shown(left) << "where the first statements make:\n"

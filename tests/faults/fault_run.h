@@ -61,12 +61,17 @@ struct Action {
   bool whole = true;         ///< zrt_check is content afterwards
   bool goes_on = false;      ///< a failing statement doesn't stop the action, by design
   std::size_t boxes = 1;     ///< how many may come, beside those of the whole run
+  std::string box = {};      ///< what a failure says, where that isn't the box of a run-time error
+  std::string shows = {};    ///< FORM.LABEL=TEXT that stands there after a failure
   std::string besides = {};  ///< a text of the whole run that may be missing in the end
 
   friend void PrintTo(const Action& action, std::ostream* out) { *out << action.name; }
 };
 
-/// A shop with a program on it that can be brought back to where it was in milliseconds.
+/// The link file that leads to the reserve server.
+inline constexpr const char* kReserveLink = "C:\\Korvina\\reserve.udl";
+
+/// A shop with a program and a reserve server on it that can be brought back to where it was in milliseconds.
 class FaultRun {
  public:
   FaultRun();
@@ -98,6 +103,7 @@ class FaultRun {
 
   void Restore();
   void StartProgram();
+  void LayFaults(FaultSource* source);
   void Restart();
   void Do(std::string_view steps);
   void Step(const std::string& step);
@@ -122,6 +128,7 @@ class FaultRun {
 
   TestDatabase shop_{Stage::kRegister};
   TestDatabase kept_{Stage::kRegister};
+  TestDatabase reserve_{Stage::kPlain};  ///< on the same server, which a link file leads to
   FixedClock clock_{{{2026, 11, 12}, 12, 0, 0}};
   TemporaryFolder folder_;
   DriveMap drives_{folder_.Path()};
@@ -131,7 +138,7 @@ class FaultRun {
   ScriptedFaults faults_;
   FaultSource* source_ = &faults_;  ///< what stands below the program's connection
   std::unique_ptr<App> app_;
-  std::vector<std::string> tables_;
+  std::vector<std::string> tables_;             ///< the shop's by their names, the reserve's with their schema
   std::map<std::string, std::string> columns_;  ///< of each table, without the numbers that the server gives
   std::map<std::string, std::string> checksums_;
   std::map<std::string, Rows> kept_rows_;

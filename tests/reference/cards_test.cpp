@@ -346,28 +346,6 @@ TEST_F(Cards, DeletingAsksAndLeavesTheHolder) {
   EXPECT_EQ(AllHolders().size(), 1U);
 }
 
-TEST_F(Cards, AListThatCouldNotBeReadComesBackBeforeAnythingIsDone) {
-  Start();
-  for (Button* button : {&Tab().CmdDKShow, &Tab().CmdDKDel}) {
-    SCOPED_TRACE(button->Name());
-    GoTo(Tab().DataGrid5, 1);
-    desktop_.Expect(fmt::format("Удалить дисконтную карту '{}'?", Tab().DataGrid5.CurrentText("CardBarcode")));
-    desktop_.ExpectRuntimeError();
-    faults_.CutAt(2);
-    Click(Tab().CmdDKDel);
-    EXPECT_EQ(Tab().DataGrid5.Rows(), 0);
-    // The operator has seen no card yet: none is opened or asked about.
-    Click(*button);
-    EXPECT_FALSE(Card().IsVisible());
-    EXPECT_EQ(Tab().DataGrid5.Rows(), static_cast<int>(AllCards().size()));
-  }
-  EXPECT_EQ(AllCards(), (Texts{"5|1005|10|1|0"}));
-  InCard(1, [&] {
-    EXPECT_EQ(Card().TextName.Text(), "1005");
-    Click(Card().CancelButton);
-  });
-}
-
 TEST_F(Cards, ClearingWantsThePasswordAndAYes) {
   const char* const password = "Для полного удаления дисконтных карт введите пароль администратора:";
   const char* const question =
@@ -543,58 +521,6 @@ TEST_F(CardKindRules, ARuleIsOutOfTheTableWhileItIsChanged) {
   expect(kRest);
   desktop_.ExpectRuntimeError();
   Click(Kinds().CmdDel);
-}
-
-TEST_F(CardKindRules, AFaultNeitherLosesNorDoublesARule) {
-  Start();
-  for (const bool cut : {false, true}) {
-    SCOPED_TRACE(cut);
-    const auto fault_at = [&](int statement) {
-      desktop_.ExpectRuntimeError();
-      if (cut) {
-        faults_.CutAt(statement);
-      } else {
-        faults_.FailAt(statement);
-      }
-    };
-    const Texts before = AllRules();
-    Click(Tab().CmdVDk);
-    GoTo(Kinds().DataGrid05, 3);
-    // The number of a new rule can't be had: no entry begins.
-    fault_at(1);
-    Click(Kinds().CmdNew);
-    EXPECT_FALSE(Kinds().CmdOk.Enabled());
-    // It couldn't be taken out of the table: it isn't opened.
-    fault_at(1);
-    Click(Kinds().CmdEdit);
-    EXPECT_FALSE(Kinds().CmdOk.Enabled());
-    EXPECT_EQ(AllRules(), before);
-    // Taken out, but the list can't be read: it is open and can be written.
-    fault_at(2);
-    Click(Kinds().CmdEdit);
-    EXPECT_EQ(AllRules().size(), 2U);
-    fault_at(1);
-    Click(Kinds().CmdOk);
-    EXPECT_EQ(AllRules().size(), 2U);
-    // Written, but the list can't be read: the entry is over.
-    fault_at(2);
-    Click(Kinds().CmdOk);
-    EXPECT_FALSE(Kinds().CmdOk.Enabled());
-    EXPECT_EQ(AllRules(), before);
-    // What is pressed now shows the list first: no rule has been seen in it that could be meant.
-    for (Button* button : {&Kinds().CmdEdit, &Kinds().CmdDel}) {
-      SCOPED_TRACE(button->Name());
-      desktop_.UserAction([&] { Kinds().Close(); });
-      fault_at(1);
-      Click(Tab().CmdVDk);
-      EXPECT_EQ(Kinds().Combo1.Items().size(), 10U);
-      Click(*button);
-      EXPECT_EQ(Kinds().DataGrid05.Rows(), 3);
-      EXPECT_FALSE(Kinds().CmdOk.Enabled());
-      EXPECT_EQ(AllRules(), before);
-    }
-    desktop_.UserAction([&] { Kinds().Close(); });
-  }
 }
 
 TEST_F(CardKindRules, ARuleThatLacksAValueIsNotTakenOut) {

@@ -130,6 +130,19 @@ TEST_F(Register, StatementsOfAPostingAndOfWhatFollowsIt) {
   EXPECT_EQ(Balances(2), (Texts{"0/0", "0/0", "0/0", "0/0"}));
   // The price of cancelling: the later document, and with it the product, keeps the old balance.
   EXPECT_EQ(stock_.GetOstNow(7), 2050);
+
+  // Where the later one breaks off it stands as not posted, and no further press finds it: the operator is told.
+  desktop_.Expect(Question(1), BoxAnswer::kOk);
+  faults_.FailAt(20);
+  try {
+    Post(2, "10:00:00");
+    ADD_FAILURE();
+  } catch (const DatabaseError& error) {
+    EXPECT_EQ(
+        error.Task(),
+        "Прервано на документе №3 от 10.11.2026 11:00:00: если в журнале он без \"OK\", откройте его и проведите.");
+  }
+  EXPECT_EQ(Posted(3), "NULL");
 }
 
 TEST_F(Register, ProductsThatKeepNoStock) {

@@ -115,6 +115,21 @@ DatabaseAddress TestAddress(const std::string& schema) {
   return {ZRT_TEST_HOST, "zrt", schema};
 }
 
+std::string Numbers(int count) {
+  const std::string digits =
+      "(SELECT 0 d UNION ALL SELECT 1 UNION ALL SELECT 2 UNION ALL SELECT 3 UNION ALL SELECT 4 UNION ALL SELECT 5 "
+      "UNION ALL SELECT 6 UNION ALL SELECT 7 UNION ALL SELECT 8 UNION ALL SELECT 9)";
+  std::string sum = "1";
+  std::string tables;
+  int power = 1;
+  for (int place = 0; power < count; ++place, power *= 10) {
+    sum += fmt::format("+{}*p{}.d", power, place);
+    tables += fmt::format("{}{} p{}", place == 0 ? "" : ",", digits, place);
+  }
+  return fmt::format("(SELECT * FROM (SELECT {} AS seq FROM {}) every WHERE seq<={} ORDER BY seq) numbers", sum, tables,
+                     count);
+}
+
 void RunSqlFile(const std::string& path, Connection& connection) {
   std::ifstream file(path);
   if (!file) throw FileError(path, "can't be read");

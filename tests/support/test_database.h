@@ -48,6 +48,10 @@ class TestDatabase {
   Connection connection_;
 };
 
+/// A derived table of the numbers 1 to `count`, at most a million, in the column seq: what a server lacks that has no
+/// tables of sequences.
+std::string Numbers(int count);
+
 /// Address of `schema` on the tests' private server.
 DatabaseAddress TestAddress(const std::string& schema);
 

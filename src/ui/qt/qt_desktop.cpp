@@ -160,6 +160,8 @@ std::string QtDesktop::DoPasswordBox(const std::string& prompt, const std::strin
 void QtDesktop::DoRuntimeError(const std::exception& error) {
   std::string text = "Ошибка выполнения. Действие прервано.";
   if (const auto* file = dynamic_cast<const FileError*>(&error)) text += "\n" + file->Path();
+  const auto* failure = dynamic_cast<const DatabaseError*>(&error);
+  if (failure != nullptr && !failure->Task().empty()) text += "\n" + failure->Task();
   TellFailure(text, error);
 }
 

@@ -86,8 +86,8 @@ class MainWindow : public testing::Test {
     database_->Sql(
         fmt::format("INSERT INTO TOVAR (ID,COD,COD1,NAME,OST,KOL,PRISE,BARCODE,NDS,REZ,N1,N2,N5,N7,N4,T1,"
                     "N6) SELECT 0,seq,1,CONCAT('Товар ',LPAD(seq,5,'0')),0,0,100,'',0,0,0,0,0,0,0,'',0 FROM "
-                    "seq_1_to_{}",
-                    kProducts));
+                    "{}",
+                    test::Numbers(kProducts)));
     database_->Sql("UPDATE CONST SET N8=8 WHERE COD=5");
     Prepare();
     app_->Start();
