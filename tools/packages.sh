@@ -8,7 +8,7 @@ work_place_packages=(odbc-mariadb odbcinst qt6-translations-l10n fonts-liberatio
 run_packages=(mariadb-server-core mariadb-client-core odbc-mariadb qt6-translations-l10n fonts-liberation xvfb xauth
   imagemagick x11-utils)
 test_packages=(dbus dbus-x11 at-spi2-core python3 python3-pyatspi gir1.2-atspi-2.0 xdotool openbox poppler-utils
-  appstream desktop-file-utils debootstrap dpkg-dev man-db mariadb-client)
+  appstream desktop-file-utils debootstrap dpkg-dev man-db mariadb-client iproute2)
 
 # install_packages PACKAGE ...: installs those that are missing: as root, else through sudo, else it names them and fails.
 # Never removes a package: a machine that has another database server keeps it, and the operator is told.

@@ -331,8 +331,16 @@ void frmExpImp::ExportProd() {
   ProgressBar.Max = lines.RecordCount() + receipts.RecordCount();
   const std::string today = session_.Format().DateText(session_.TheClock().Now().date);
   const std::string mark = Mid(today, 1, 2) + Mid(today, 4, 2) + Mid(today, 9, 2);
-  CopySales(kLines, lines, 0, mark);
-  CopySales(kOperations, receipts, lines.RecordCount(), mark);
+  try {
+    // What is marked stays copied, and the lines that are left bring their receipts along the next time.
+    StopOffer stop(TheDesktop());
+    CopySales(kLines, lines, 0, mark, [&] { stop.Step(); });
+  } catch (const Stopped&) {
+    ShowLastCopied();
+    ProgressBar.Value = 0;
+    return;
+  }
+  CopySales(kOperations, receipts, lines.RecordCount(), mark, [] {});
   ShowLastCopied();
   ProgressBar.Value = 0;
   TheDesktop().MsgBox(std::string(kLines.done), BoxIcon::kExclamation);
@@ -341,9 +349,11 @@ void frmExpImp::ExportProd() {
 // Two statements a row, on either side and in no transaction: when the second one fails the row is copied once more by
 // the next export. The reserve gives its rows numbers of its own.
 
-void frmExpImp::CopySales(const CopiedTable& table, const Recordset& rows, int rows_before, const std::string& mark) {
+void frmExpImp::CopySales(const CopiedTable& table, const Recordset& rows, int rows_before, const std::string& mark,
+                          const std::function<void()>& before_row) {
   const int id = rows.FieldIndex("ID");
   for (int row = 1; row <= rows.RecordCount(); ++row) {
+    before_row();
     InsertThere(table, [&](std::size_t column) {
       const Cell cell = rows.At(row, static_cast<int>(column));
       const Copied how = table.columns[column].how;

@@ -67,8 +67,9 @@ class frmExpImp final : public Form {
   void ExportProd();
 
   void ReplaceList(const CopiedTable& table);
-  /// `rows_before`: how far the bar has come with the table before.
-  void CopySales(const CopiedTable& table, const Recordset& rows, int rows_before, const std::string& mark);
+  /// `rows_before`: how far the bar has come with the table before. `before_row` is called before each row.
+  void CopySales(const CopiedTable& table, const Recordset& rows, int rows_before, const std::string& mark,
+                 const std::function<void()>& before_row);
   void OpenRows(const CopiedTable& table, Recordset& rows);
   /// `value` gives what each column gets, as it stands in the statement.
   void InsertThere(const CopiedTable& table, const std::function<std::string(std::size_t)>& value);

@@ -26,6 +26,12 @@ constexpr std::string_view kByBarcode = " GROUP BY COD ORDER BY BARCODE";
 
 constexpr int kBarcodeWidth = 1300;
 
+/// A progress bar that doesn't stay behind when the work fails.
+struct HiddenAgain {
+  ProgressBar& bar;
+  ~HiddenAgain() { bar.Visible = false; }
+};
+
 }  // namespace
 
 CatalogueTab::CatalogueTab(Form& form, Session& session, ModuleReg& stock, frmPLU& card)
@@ -135,7 +141,14 @@ std::int32_t CatalogueTab::CurrentCod() {
 }
 
 void CatalogueTab::CmdRefrTov_Click() {
-  stock_.RecalcOstAfterShift(Products(), ProgressBar1);
+  const HiddenAgain hidden_again{ProgressBar1};
+  stock_.RecalcOstAfterShift(Products(), [this](int done, int of) {
+    ProgressBar1.Max = of;
+    ProgressBar1.Value = done;
+    if (ProgressBar1.Visible()) return;
+    ProgressBar1.Visible = true;
+    ProgressBar1.Repaint();
+  });
   Session::ShowLastRow(Products());
   FormatProductGrid();
 }

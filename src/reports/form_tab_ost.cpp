@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "core/numbers.h"
+#include "ui/desktop.h"
 
 namespace zrt {
 
@@ -32,7 +33,7 @@ FormTabOst::FormTabOst(Desktop& desktop, const TableTools& tools, ModuleReg& sto
       Hours(*this, tools.session),
       Day(*this, tools.session.Format(), "1"),
       stock_(stock) {
-  CmdOst.Click = [this] { CmdOst_Click(); };
+  CmdOst.Click = [this] { Output.Run([this] { CmdOst_Click(); }); };
   Complete();
 }
 
@@ -75,7 +76,9 @@ ReportTable FormTabOst::MakeTable(const Recordset& products, const std::string& 
       "№", "Код", "Наименование", "ШтрихКод", "Кол-во", "Цена", "Сумма", for_book ? "ЦенаЗак" : "Цена_зак", "Наценка"};
   table.has_totals = true;
   std::int64_t total = 0;  // thousandths of money
+  StopOffer stop(TheDesktop());
   for (int row = 1; row <= products.RecordCount(); ++row) {
+    stop.Step();
     const std::int32_t cod = ToInt32(products.At(row, kCod).Number());
     const std::int32_t ost = stock_.GetOstAtDate(cod, moment);
     if (Check1.Value() && ost == 0) continue;

@@ -79,7 +79,7 @@ FormTabRun::FormTabRun(Desktop& desktop, const TableTools& tools, ModuleReg& sto
     : TableScreen(desktop, "FormTabRun", tools, true), Period(*this, tools.session), stock_(stock), picker_(picker) {
   CmdTov.Click = [this] { picker_.OpenFor(form_code::kMovementReport); };
   CmdRun.Click = [this] { CmdRun_Click(); };
-  CmdRunAll.Click = [this] { CmdRunAll_Click(); };
+  CmdRunAll.Click = [this] { Output.Run([this] { CmdRunAll_Click(); }); };
   stock_.ConnectReciever(form_code::kMovementReport,
                          [this](std::int32_t cod, std::int32_t, std::int32_t) { BroadcastReciever(cod); });
   Complete();
@@ -173,7 +173,9 @@ ReportTable FormTabRun::TurnoverTable(const Recordset& turnover, const std::stri
   const RegionalFormat& format = TheSession().Format();
   ReportTable table{{"Код", "Наименование", "ОстатокНАЧ", "Приход", "Реализац", "РасходПроч", "ОстатокКОН"}, {}, false};
   int row = 1;
+  StopOffer stop(TheDesktop());
   while (row <= turnover.RecordCount()) {
+    stop.Step();
     const std::int32_t cod = ToInt32(turnover.At(row, kCod).Number());
     const std::string name = turnover.At(row, kName).TextOrEmpty();
     Quantities sums{};

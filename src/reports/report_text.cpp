@@ -50,6 +50,12 @@ void PairIfAny(ReportLines& lines, const RegionalFormat& format, std::string_vie
 void ReportLines::Line(std::string text) {
   list_.AddItem(std::move(text));
   list_.Repaint();
+  try {
+    stop_.Step();
+  } catch (const Stopped&) {
+    list_.AddItem("отчёт остановлен, дальше не считалось");
+    throw;
+  }
 }
 
 }  // namespace zrt

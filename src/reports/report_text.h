@@ -9,6 +9,7 @@
 #include "core/regional_format.h"
 #include "reports/figures.h"
 #include "ui/controls.h"
+#include "ui/desktop.h"
 
 namespace zrt {
 
@@ -48,9 +49,11 @@ void PairIfAny(ReportLines& lines, const RegionalFormat& format, std::string_vie
 class ReportLines {
  public:
   /// `list` must outlive the report; `width` is that of its rules.
-  explicit ReportLines(ListBox& list, std::size_t width = kReportWidth) : list_(list), width_(width) {}
+  explicit ReportLines(ListBox& list, std::size_t width = kReportWidth)
+      : list_(list), width_(width), stop_(list.Owner().TheDesktop()) {}
 
-  /// Adds a line and draws the list.
+  /// Adds a line and draws the list. Throws Stopped where the operator wants no more of the report, which then says so
+  /// itself: what is on the screen or on paper must not pass for the whole.
   void Line(std::string text);
   void Empty() { Line(""); }
   void DoubleRule() { Line(std::string(width_, '=')); }
@@ -59,6 +62,7 @@ class ReportLines {
  private:
   ListBox& list_;
   std::size_t width_;
+  StopOffer stop_;
 };
 
 }  // namespace zrt

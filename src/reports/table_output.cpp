@@ -22,6 +22,14 @@ void TableOutput::ShowWork(const std::string& text) {
   Label4.Repaint();
 }
 
+void TableOutput::Run(const std::function<void()>& work) {
+  try {
+    work();
+  } catch (const Stopped&) {
+    ShowWork("остановлено");
+  }
+}
+
 void TableOutput::TellNoData() {
   TheDesktop().MsgBox("Нет данных!", BoxIcon::kCritical);
 }

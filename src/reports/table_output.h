@@ -47,6 +47,8 @@ class TableOutput : public FormSection {
 
   /// Says that there is nothing to show.
   void TellNoData();
+  /// Runs what a button makes. Where it was stopped there is no file, and the label says so.
+  void Run(const std::function<void()>& work);
 
   /// Writes the table into a file whose name begins with `prefix` and ends with the present moment, and says where.
   /// Throws FileError.

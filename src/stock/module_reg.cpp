@@ -28,12 +28,6 @@ std::string CodesOf(std::int32_t doc) {
   return fmt::format("SELECT COD FROM REGISTR WHERE DOC={}", doc);
 }
 
-/// A progress bar that doesn't stay behind when the work fails.
-struct HiddenAgain {
-  ProgressBar& bar;
-  ~HiddenAgain() { bar.Visible = false; }
-};
-
 }  // namespace
 
 void ModuleReg::RunDocRegistr(std::int32_t doc, bool run, const std::string& date) {
@@ -160,7 +154,7 @@ std::string ModuleReg::MakeControlNumber() const {
                9);
 }
 
-void ModuleReg::RecalcOstAfterShift(Recordset& catalogue, ProgressBar& progress) {
+void ModuleReg::RecalcOstAfterShift(Recordset& catalogue, const Progress& progress) {
   // A list that couldn't be read before is no empty one.
   if (!catalogue.IsOpen()) catalogue.Requery();
   if (catalogue.RecordCount() == 0) return;
@@ -174,12 +168,8 @@ void ModuleReg::RecalcOstAfterShift(Recordset& catalogue, ProgressBar& progress)
   catalogue.Requery();
 }
 
-void ModuleReg::CopyToTerminals(const Recordset& catalogue, const std::string& start, ProgressBar& progress) {
-  progress.Max = catalogue.RecordCount();
-  progress.Value = 0;
-  progress.Visible = true;
-  progress.Repaint();
-  const HiddenAgain hidden_again{progress};
+void ModuleReg::CopyToTerminals(const Recordset& catalogue, const std::string& start, const Progress& progress) {
+  progress(0, catalogue.RecordCount());
   std::int32_t remembered = -1;
   // The rows are read where they stand: moving through them would drag the grids along.
   for (int row = 1; row <= catalogue.RecordCount(); ++row) {
@@ -193,7 +183,7 @@ void ModuleReg::CopyToTerminals(const Recordset& catalogue, const std::string& s
       const std::string sum = sold ? value_.Field(0).Text() : "0";
       session_.Write(fmt::format("UPDATE TOVAR SET OST={},KOL ={} WHERE COD={}", GetOstNow(cod), sum, cod));
     }
-    progress.Value = row;
+    progress(row, catalogue.RecordCount());
   }
   value_.Close();
 }

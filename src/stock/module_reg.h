@@ -6,7 +6,6 @@
 #include <string>
 
 #include "core/session.h"
-#include "ui/controls.h"
 #include "ui/desktop.h"
 
 namespace zrt {
@@ -61,10 +60,13 @@ class ModuleReg {
   /// ddmmhhmmss by the clock. Two work places that save the same kind and sum in one second are told apart by nothing.
   std::string MakeControlNumber() const;
 
+  /// Told how many rows of how many are done, none of them first.
+  using Progress = std::function<void(int done, int of)>;
+
   /// Copies to the terminals, for every product of `catalogue` (field 0 its code): the balance, and what was sold since
-  /// today's start of the shift, which is nothing as long as the clock hasn't reached that hour. `progress` shows the
-  /// rows done meanwhile. Requeries `catalogue` at the end; an empty one is left alone. Throws DatabaseError.
-  void RecalcOstAfterShift(Recordset& catalogue, ProgressBar& progress);
+  /// today's start of the shift, which is nothing as long as the clock hasn't reached that hour. `progress` is told
+  /// of the rows meanwhile. Requeries `catalogue` at the end; an empty one is left alone. Throws DatabaseError.
+  void RecalcOstAfterShift(Recordset& catalogue, const Progress& progress);
 
   /// Takes a picked product: its code, quantity and price.
   using BroadcastReciever = std::function<void(std::int32_t cod, std::int32_t kol, std::int32_t price)>;
@@ -76,8 +78,8 @@ class ModuleReg {
   void BroadcastToForm(std::int32_t cod, std::int32_t kol, std::int32_t price, std::uint8_t form_code);
 
  private:
-  /// Balance and what was sold in the 24 hours from `start`, row by row, under a progress bar that is gone afterwards.
-  void CopyToTerminals(const Recordset& catalogue, const std::string& start, ProgressBar& progress);
+  /// Balance and what was sold in the 24 hours from `start`, row by row.
+  void CopyToTerminals(const Recordset& catalogue, const std::string& start, const Progress& progress);
   void WriteBalances(std::int32_t doc, Recordset& codes, const std::string& date);
   std::int32_t FirstInt32(std::string sql);
 

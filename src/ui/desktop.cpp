@@ -136,6 +136,7 @@ void Desktop::UserAction(const std::function<void()>& handler) {
 void Desktop::Guard(const std::function<void()>& handler) {
   try {
     handler();
+  } catch (const Stopped&) {  // NOLINT(bugprone-empty-catch): the operator knows
   } catch (const std::exception& error) {
     NoteFailure(error);
     DoRuntimeError(error);
@@ -205,6 +206,18 @@ void Desktop::TakeAway(Form& form) {
   if (active_ == nullptr && !visible_.empty()) {
     Guard([this] { Activated(*visible_.back()); });
   }
+}
+
+StopOffer::StopOffer(Desktop& desktop) : desktop_(desktop) {
+  if (desktop_.stop_offers_++ == 0) desktop_.OfferStop(true);
+}
+
+StopOffer::~StopOffer() {
+  if (--desktop_.stop_offers_ == 0) desktop_.OfferStop(false);
+}
+
+void StopOffer::Step() {
+  if (desktop_.IsStopWanted()) throw Stopped();
 }
 
 }  // namespace zrt

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <exception>
 #include <functional>
 #include <optional>
 #include <string>
@@ -35,6 +36,13 @@ std::string DetailsOf(const std::exception& error);
 /// The text of a box with one "\n" for each break: some texts break their lines by a line feed and a carriage return,
 /// some by a carriage return alone.
 std::string WithPlainBreaks(std::string_view text);
+
+/// The operator has asked the work under way to stop, and it did so where nothing is lost by it: ends the action
+/// without a word. No failure.
+class Stopped final : public std::exception {
+ public:
+  const char* what() const noexcept override { return "stopped by the operator"; }
+};
 
 /// The host of all windows: shows forms and boxes and brings what the operator does to the handlers. What is common to
 /// all hosts stands here; a host overrides the Do... members.
@@ -83,6 +91,11 @@ class Desktop {
   /// Drops all windows without a word to their forms: the program is ending.
   void DropWindows();
 
+  /// Used by StopOffer: the work under way can be stopped from here on, or no longer.
+  virtual void OfferStop(bool) {}
+  /// Lets the windows live for a moment; has the operator asked the work to stop since it was offered?
+  virtual bool IsStopWanted() { return false; }
+
   /// Who makes the calls that wait for the server; nullptr makes them in place.
   virtual ServerWait* TheServerWait() { return nullptr; }
 
@@ -128,6 +141,7 @@ class Desktop {
 
  private:
   friend class Form;
+  friend class StopOffer;
 
   void Join(Form& form) { forms_.push_back(&form); }
   void Leave(Form& form);
@@ -139,10 +153,27 @@ class Desktop {
   void Deactivate();
 
   RegionalFormat format_;
+  int stop_offers_ = 0;
   std::vector<Form*> forms_;
   std::vector<Form*> loaded_;
   std::vector<Form*> visible_;  ///< the front one last
   Form* active_ = nullptr;      ///< the one whose Activate was raised last
+};
+
+/// Long work of many steps between any two of which it may end without a loss: a report, an export. While the offer
+/// lives, Esc asks for that. One inside another is the same offer.
+class StopOffer {
+ public:
+  explicit StopOffer(Desktop& desktop);
+  ~StopOffer();
+  StopOffer(const StopOffer&) = delete;
+  StopOffer& operator=(const StopOffer&) = delete;
+
+  /// Between two steps. Throws Stopped when the operator wants no more of them.
+  void Step();
+
+ private:
+  Desktop& desktop_;
 };
 
 }  // namespace zrt

@@ -3,8 +3,11 @@
 #include <cstdint>
 #include <limits>
 #include <optional>
+#include <set>
 #include <string>
+#include <string_view>
 
+#include "core/advice.h"
 #include "core/dates.h"
 #include "core/errors.h"
 #include "core/numbers.h"
@@ -174,6 +177,25 @@ TEST(Shift, PeriodOfADay) {
   Shift kept{"a", "b", "c"};
   CalcShiftPeriod("весь период", "8", {}, kept);
   EXPECT_EQ(kept.From + kept.To + kept.TimeText, "abc");
+}
+
+/// What the helper reads when there is no connection: each cause in words of its own, with a step that mends it.
+TEST(Advice, EachCauseReadsDifferently) {
+  const DatabaseError kCauses[] = {
+      {"01000", 0, "[unixODBC][Driver Manager]Can't open lib 'MySQL ODBC 8.0 ANSI Driver' : file not found"},
+      {"HY000", 2002, "[ma-3.1.15]Can't connect to server on '192.168.0.10' (115)"},
+      {"28000", 1045, "[ma-3.1.15]Access denied for user 'zrt'@'192.168.0.7' (using password: YES)"},
+      {"42000", 1049, "[ma-3.1.15]Unknown database 'shop'"},
+      {"42S02", 1146, "[ma-3.1.15][10.11.19-MariaDB]Table 'shop.CONST' doesn't exist"},
+      {"HY000", 1193, "[ma-3.1.15][5.6.24]Unknown system variable 'session_track_schema'"},
+  };
+  std::set<std::string_view> texts;
+  for (const DatabaseError& cause : kCauses) {
+    EXPECT_TRUE(AdviceOn(cause).ends_with("."));
+    texts.insert(AdviceOn(cause));
+  }
+  EXPECT_EQ(texts.size(), std::size(kCauses));
+  EXPECT_EQ(AdviceOn({"42S02", 1146, "[ma-3.1.15][10.11.19-MariaDB]Table 'shop.REGISTR' doesn't exist"}), "");
 }
 
 }  // namespace

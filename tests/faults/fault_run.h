@@ -115,7 +115,7 @@ class FaultRun {
   Whole Record(const Action& action);
   void Break(const Action& action, const Whole& whole, int statement, bool cut);
   void Repeat(const Action& action, const Whole& whole, const State& left);
-  void ExpectWhole();
+  void ExpectWhole(const State& state);
   State Expected(const Action& action, const Whole& whole, const State& left) const;
   static State Without(const std::string& text, State state);
 
@@ -138,9 +138,11 @@ class FaultRun {
   ScriptedFaults faults_;
   FaultSource* source_ = &faults_;  ///< what stands below the program's connection
   std::unique_ptr<App> app_;
-  std::vector<std::string> tables_;             ///< the shop's by their names, the reserve's with their schema
-  std::map<std::string, std::string> columns_;  ///< of each table, without the numbers that the server gives
-  std::map<std::string, std::string> checksums_;
+  std::vector<std::string> tables_;               ///< the shop's by their names, the reserve's with their schema
+  std::map<std::string, std::string> columns_;    ///< of each table, without the numbers that the server gives
+  std::map<std::string, std::string> checksums_;  ///< of the tables as they were kept
+  std::map<std::string, std::string> seen_;  ///< as Look saw them last; empty when it hasn't looked since the start
+  State last_whole_;                         ///< what zrt_check was content with last
   std::map<std::string, Rows> kept_rows_;
   std::vector<std::string> journal_;  ///< JOURNAL.ID in their order, as Look found them
 };

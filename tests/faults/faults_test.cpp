@@ -35,8 +35,8 @@ const std::vector<std::string> kShop = {
     "INSERT INTO CHECK3 (COD,NAME,KOL,PRISE,COST) VALUES (1,'Чай',1.5,20,30),(2,'Вино',1,9,9)",
     "INSERT INTO AKZMARK VALUES (1,'22N',1,1,'2026-11-01 10:00:00')",
     "UPDATE TOVAR SET T1='ТОВАР',UKT='2203'",
-    "UPDATE HOTKEYS SET CODE=1 WHERE ID IN (101,103,201)",
-    "UPDATE HOTKEYS SET CODE=2 WHERE ID IN (102,130)",
+    "UPDATE HOTKEYS SET CODE=1 WHERE ID IN (101,103,131,201,1301)",
+    "UPDATE HOTKEYS SET CODE=2 WHERE ID IN (105,130,132,202,1302)",
     "INSERT INTO PROD (COD,NAME,KOL,PRISE,SKID,SUM2,REZ,DATETIME,TER,NUM,PERS,N4) VALUES "
     "(1,'Чай',2000,120500,0,241000,0,'2026-11-11 09:00:00',1,1,1,3),"
     "(2,'Вино',500,950000,0,475000,0,'2026-11-11 13:00:00',1,1,1,3),"
@@ -120,6 +120,13 @@ std::vector<Action> LineDocuments() {
 }
 
 const std::vector<Action> kOtherDocuments = {
+    {"a line changed", "open 4", "frmDocPrN.CmdVar; frmPLUdial.OKButton", Again::kUnproved,
+     "the line is out before its dialog comes: leaving it without OK loses the line"},
+    {"a product scanned", "Form2.mnuDocRN; entry 4820000000017",
+     "frmDocRhN.CmdBar; frmPLUdial.TextKol=2; frmPLUdial.TextPrice=3; frmPLUdial.OKButton", Again::kOnTop,
+     "one that is in comes once more"},
+    {"left for another", "Form2.mnuDocRN; pick 2 1 1000 5000; Form2.TabStrip1=jurn; Form2.DataGrid6@2",
+     "Form2.DataGrid6>Enter", Again::kSame, "", "Form2.TabStrip1=jurn; Form2.DataGrid6@2; Form2.DataGrid6>Enter"},
     {"inventory, filled", "Form2.mnuDocIN", "frmDocIN.CmdDat", Again::kOnTop, "filling twice adds the products twice"},
     {"inventory, a product added", "Form2.mnuDocIN; pick 4 1 90000 0", "pick 4 2 1000 0", Again::kStays,
      "a product that is in is refused"},
@@ -143,6 +150,9 @@ const std::vector<Action> kOtherDocuments = {
     {"inventory, balances to the tills", "open 7; frmDocIN.RUNButton", "frmDocIN.CmdUpd"},
     {"price change, a line added", "Form2.mnuPereozenk; pick 5 1 0 5000", "pick 5 2 0 6000", Again::kOnTop,
      "one that is in comes once more"},
+    {"price change, a price changed", "open 8; entry 7", "frmDocPRC.CmdVar"},
+    {"price change, a line deleted", "open 8", "frmDocPRC.CmdDel", Again::kTwice,
+     "the line that is the current one by then goes"},
     {"price change, a new one posted", "Form2.mnuPereozenk; pick 5 1 0 5000; pick 5 2 0 6000; frmDocPRC.TextPrim=цены",
      "frmDocPRC.RUNButton"},
     {"price change, a new one saved", "Form2.mnuPereozenk; pick 5 1 0 5000", "frmDocPRC.CancelButton"},
@@ -250,6 +260,18 @@ const std::vector<Action> kPanels = {
     {"panels, a key moved", "Form2.TabStrip1=sensor; Form2.CmdM_1", "drag Form2.CmdM_1 Form2.CmdM_9", Again::kStays,
      "a key that has the product already isn't empty; a level that isn't read is read by a press",
      "Form2.CmdM_1; drag Form2.CmdM_1 Form2.CmdM_9"},
+    // Key 2 is empty on the first level alone: while another can't be read it only looks so.
+    {"panels, another level, and a key moved", "Form2.TabStrip1=sensor", "Form2.Option2_2", Again::kSame, "",
+     "drag Form2.CmdM_1 Form2.CmdM_2"},
+    {"panels, another panel, and a key moved", "Form2.TabStrip1=sensor", "Form2.Option1_2", Again::kSame, "",
+     "drag Form2.CmdM_1 Form2.CmdM_2"},
+    {"panels, the other menu, and a key moved", "Form2.TabStrip1=sensor", "Form2.CmdMenu=2", Again::kSame, "",
+     "drag Form2.CmdM_1 Form2.CmdM_2"},
+    // What is named is the panel that was chosen, also when it couldn't be shown.
+    {"panels, another panel named", "Form2.TabStrip1=sensor", "Form2.Option1_2; Form2.TextName=Бар; Form2.CmdName",
+     Again::kSame, "", "Form2.TextName=Бар; Form2.CmdName"},
+    {"panels, one of the other menu named", "Form2.TabStrip1=sensor",
+     "Form2.CmdMenu=2; Form2.TextName=Бар; Form2.CmdName", Again::kSame, "", "Form2.TextName=Бар; Form2.CmdName"},
     {"panels, named", "Form2.TabStrip1=sensor; Form2.TextName=Гриль; Form2.TextMenu=Летнее", "Form2.CmdName"},
     {"panels, all emptied", "Form2.TabStrip1=sensor", "Form2.CmdClrAll"},
     {"panels, copying opened", "Form2.TabStrip1=sensor", "Form2.CmdCopyAll"},

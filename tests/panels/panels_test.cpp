@@ -366,50 +366,6 @@ TEST_F(Panels, AKeyIsMovedToAnEmptyOneOnly) {
   }
 }
 
-/// The level chosen couldn't be read: the keys still show the one before, whose empty places aren't those of this one.
-TEST_F(Panels, AKeyThatShowsAnotherLevelMovesNothing) {
-  struct Choice {
-    const char* first;  ///< IDs of keys 1 and 2 of the level that is chosen
-    const char* second;
-    std::function<void()> choose;
-  };
-  const Choice kChoices[] = {{"131", "132", [this] { Tab().Option2[1].UserClick(); }},
-                             {"201", "202", [this] { Tab().Option1[1].UserClick(); }},
-                             {"1301", "1302", [this] { Tab().CmdMenu.UserPress(2); }}};
-  for (const Choice& choice : kChoices) {
-    for (const bool cut : {false, true}) {
-      SCOPED_TRACE(fmt::format("{} {}", choice.first, cut));
-      shop_.Sql("UPDATE HOTKEYS SET CODE=0");
-      shop_.Sql("UPDATE HOTKEYS SET CODE=10 WHERE ID=101");
-      shop_.Sql(fmt::format("UPDATE HOTKEYS SET CODE=11 WHERE ID={}", choice.first));
-      shop_.Sql(fmt::format("UPDATE HOTKEYS SET CODE=12 WHERE ID={}", choice.second));
-      const Rows before = shop_.Rows(kAllCodes);
-      Choose(1, 1, 1);
-      if (cut) {
-        faults_.CutAt(1);
-      } else {
-        faults_.FailAt(1);
-      }
-      Fails(choice.choose);
-      EXPECT_EQ(KeyOf(1).Caption(), "10");
-      EXPECT_EQ(KeyOf(2).Caption(), "");
-      Do([&] { KeyOf(1).UserDrag(KeyOf(2)); });  // no question
-      EXPECT_EQ(shop_.Rows(kAllCodes), before);
-      // Pressing a key reads the level after all, and so does Enter in the list, which chooses nothing yet.
-      if (cut) {
-        Do([&] { desktop_.PressKey(Tab().DataGrid12, {Key::kEnter, {}}); });
-        EXPECT_EQ(KeyOf(2).Caption(), "12");
-        EXPECT_EQ(Selected(), "");
-      }
-      Do([&] { KeyOf(2).UserClick(); });
-      EXPECT_EQ(KeyOf(1).Caption(), "11");
-      EXPECT_EQ(KeyOf(2).Caption(), "12");
-      EXPECT_EQ(Selected(), "2 ");
-      EXPECT_EQ(Tab().DataGrid12.Row(), 2);
-    }
-  }
-}
-
 TEST_F(Panels, AWriteWhoseLevelIsNotReadAgainIsOver) {
   shop_.Sql("UPDATE HOTKEYS SET CODE=10 WHERE ID=101");
   Choose(1, 1, 1);
@@ -475,30 +431,10 @@ TEST_F(Panels, NamesOfPanelsAndMenus) {
   EXPECT_EQ(Tab().Option1[11].Caption(), "Гриль");
 }
 
-/// A panel that couldn't be shown has no name on the screen, and what is typed then is written at the first press.
-TEST_F(Panels, APanelDoesNotGetTheNameOfAnother) {
+/// The buttons don't keep the names of the other menu: that of a row which is gone, and all while they can't be read.
+TEST_F(Panels, APanelDoesNotKeepTheNameOfAnother) {
   shop_.Sql("UPDATE CONST SET T9=CONCAT('П',COD) WHERE COD<=24");
-  struct Choice {
-    int row;        ///< of the panel that is chosen
-    int statement;  ///< that fails
-    std::function<void()> choose;
-  };
-  const auto panel = [this] { Tab().Option1[1].UserClick(); };
   const auto menu = [this] { Tab().CmdMenu.UserPress(2); };
-  const Choice kChoices[] = {{2, 1, panel}, {2, 2, panel}, {13, 1, menu}, {13, 2, menu}};
-  for (const Choice& choice : kChoices) {
-    SCOPED_TRACE(fmt::format("{} {}", choice.row, choice.statement));
-    Choose(1, 1, 1);
-    EXPECT_EQ(Tab().TextName.Text(), "П1");
-    faults_.FailAt(choice.statement);
-    Fails(choice.choose);
-    EXPECT_EQ(Tab().TextName.Text(), "");
-    Do([&] { Tab().TextName.UserType("Бар"); });
-    Do([&] { Tab().CmdName.UserClick(); });
-    EXPECT_EQ(shop_.Value(fmt::format("SELECT T9 FROM CONST WHERE COD={}", choice.row)), "Бар");
-    shop_.Sql(fmt::format("UPDATE CONST SET T9='П{0}' WHERE COD={0}", choice.row));
-  }
-  // Nor do the buttons keep the names of the other menu: that of a row which is gone, and all while they can't be read.
   shop_.Sql("DELETE FROM CONST WHERE COD=16");
   Choose(1, 1, 1);
   EXPECT_EQ(Tab().Option1[3].Caption(), "П4");

@@ -1,3 +1,5 @@
+#include <fmt/format.h>
+
 #include <string>
 #include <vector>
 
@@ -36,6 +38,35 @@ TEST_F(ReportScreensTest, TheDayOfTheFirstShiftLeadsToTheButtonOfTheLast) {
   Click(period.First.CmdPlus);
   Do([&] { period.First.Month.UserPick({2026, 11, 10}); });
   EXPECT_EQ(desktop_.Focused(), &period.Last.CmdPlus);
+}
+
+TEST_F(ReportScreensTest, AReportThatIsStoppedSaysSoAndLeavesNoFile) {
+  Start();
+  shop_.Sql("UPDATE CONST SET N8=8 WHERE COD=5");
+  for (int cod = 1; cod <= 3; ++cod) {
+    shop_.Sql(fmt::format("INSERT INTO TOVAR (COD,NAME,OST,KOL,PRISE,BARCODE) VALUES ({0},'Т{0}',0,0,100,'')", cod));
+  }
+  Open(app_->Main.mnuSystem);
+  Form9& form = app_->Reports.TextReports;
+  Click(form.CmdDat);
+  const std::vector<std::string> whole = form.List1.Items();
+  ASSERT_GT(whole.size(), 6U);
+  desktop_.StopAfter = 4;
+  Click(form.CmdDat);
+  std::vector<std::string> stopped(whole.begin(), whole.begin() + 5);
+  stopped.emplace_back("отчёт остановлен, дальше не считалось");
+  EXPECT_EQ(form.List1.Items(), stopped);
+  desktop_.StopAfter = -1;
+  Click(form.CmdDat);
+  EXPECT_EQ(form.List1.Items(), whole);
+
+  Open(app_->Main.mnuReportSaldo);
+  FormTabOst& table = app_->Reports.Balances;
+  Do([&] { table.Output.Check3->UserTick(true); });
+  desktop_.StopAfter = 1;
+  Click(table.CmdOst);
+  EXPECT_TRUE(spreadsheet_.Books.empty());
+  EXPECT_EQ(table.Output.Label4.Caption(), "остановлено");
 }
 
 TEST_F(ReportScreensTest, AProductOfCodeZeroIsAProduct) {

@@ -33,6 +33,10 @@ class HeadlessDesktop : public Desktop {
   void Repaint(Control&) override {}
   void Quit(int code) override { exit_code_ = code; }
 
+  /// Steps of stoppable work after which the operator presses Esc; below 0 never.
+  int StopAfter = -1;
+  bool IsStopWanted() override { return StopAfter >= 0 && StopAfter-- == 0; }
+
   /// A key on a control: the handlers first, then, unless they swallowed it, what the widget does with it.
   void PressKey(Control& control, Key key);
 

@@ -65,6 +65,10 @@ std::vector<int> FitWidths(const std::vector<ColumnRoom>& columns, int room) {
     if (longest == columns.size()) continue;
     widths[longest] -= std::clamp(widths[longest] - columns[longest].width / 2, 0, lacking);
   }
+  const int over = std::accumulate(widths.begin(), widths.end(), 0) - room;
+  if (over > 0 && longest < columns.size() && widths[longest] - over >= columns[longest].width / 2) {
+    widths[longest] -= over;  // rather than scroll sideways for a few pixels
+  }
   return widths;
 }
 

@@ -26,6 +26,7 @@ using Quiet = QScopedValueRollback<bool>;
 using Align = GridColumn::Align;
 
 constexpr int kRowPadding = 5;
+constexpr int kAfterScrolling = 150;  // milliseconds
 
 /// Pixels that the cell needs to show its text whole, with the grid's line.
 int WholeWidth(const QTableView& table, const QModelIndex& cell) {
@@ -80,7 +81,16 @@ GridView::GridView(DataGrid& grid, QTableView* table)
   connect(table->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
           [this](const QModelIndex& index) { WentTo(index); });
   connect(table, &QTableView::doubleClicked, this, [this] { Act([this] { grid_.UserDblClick(); }); });
-  connect(table->verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { KeepFirstRow(); });
+  connect(table->verticalScrollBar(), &QScrollBar::valueChanged, this, [this] {
+    KeepFirstRow();
+    FitSoon(kAfterScrolling);
+  });
+  fit_.setSingleShot(true);
+  connect(&fit_, &QTimer::timeout, this, [this] {
+    if (!IsAlive()) return;
+    CatchUp();
+    FitColumns();
+  });
   WatchKeys(table);
   table->viewport()->installEventFilter(this);
   grid_.OnRows = [this] { RowsChanged(); };
@@ -146,18 +156,12 @@ void GridView::RowsChanged() {
   ShowColumns();
   late_ = true;
   CatchUp();
-  FitSoon();
+  FitSoon(0);
 }
 
-void GridView::FitSoon() {
-  if (fit_due_) return;
-  fit_due_ = true;
-  QTimer::singleShot(0, this, [this] {
-    fit_due_ = false;
-    if (!IsAlive()) return;
-    CatchUp();
-    FitColumns();
-  });
+void GridView::FitSoon(int milliseconds) {
+  const bool comes_sooner = fit_.isActive() && fit_.interval() < milliseconds;
+  if (!comes_sooner) fit_.start(milliseconds);
 }
 
 void GridView::ShowColumns() {
@@ -168,6 +172,7 @@ void GridView::ShowColumns() {
     model_.Renew();
   }
   model_.RenewHeader();
+  needed_.clear();
   FitColumns();
   table_->viewport()->update();
 }
@@ -183,7 +188,10 @@ void GridView::FitColumns() {
     header->setSectionHidden(i, hidden);
     if (hidden) continue;
     shown.push_back(i);
+    needed_.resize(static_cast<std::size_t>(model_.columnCount()));
     rooms.push_back(RoomOf(i));
+    int& needed = needed_[static_cast<std::size_t>(i)];
+    rooms.back().needed = needed = std::max(needed, rooms.back().needed);
   }
   if (ShowKeptWidths()) return;
   const std::vector<int> widths = FitWidths(rooms, table_->viewport()->width());
@@ -197,18 +205,26 @@ ColumnRoom GridView::RoomOf(int column) const {
   if (!table_->isVisible()) return room;
   const int first = std::max(table_->verticalScrollBar()->value(), 0);
   const int last = std::min(first + table_->viewport()->height() / row_height_ + 1, model_.rowCount());
-  int widest = -1;
-  QModelIndex widest_cell;
+  std::vector<QString> texts;
+  qsizetype longest = 0;
   for (int row = first; row < last; ++row) {
-    const QModelIndex cell = model_.index(row, column);
-    const QString text = cell.data().toString();
+    const QString& text = texts.emplace_back(model_.index(row, column).data().toString());
+    longest = std::max(longest, text.size());
     room.text = room.text || std::ranges::any_of(text, [](QChar character) { return character.isLetter(); });
+  }
+  // Measuring costs more than all the rest; a text that is much shorter than another one isn't wider.
+  constexpr double kMuchShorter = 0.7;
+  int widest = 0;
+  int widest_row = first;
+  for (int row = first; row < last; ++row) {
+    const QString& text = texts[static_cast<std::size_t>(row - first)];
+    if (static_cast<double>(text.size()) < kMuchShorter * static_cast<double>(longest)) continue;
     const int width = table_->fontMetrics().horizontalAdvance(text);
     if (width <= widest) continue;
     widest = width;
-    widest_cell = cell;
+    widest_row = row;
   }
-  if (widest > 0) room.needed = std::max(room.needed, WholeWidth(*table_, widest_cell));
+  if (widest > 0) room.needed = std::max(room.needed, WholeWidth(*table_, model_.index(widest_row, column)));
   return room;
 }
 
@@ -317,7 +333,7 @@ bool GridView::eventFilter(QObject* watched, QEvent* event) {
         FitColumns();
         break;
       case QEvent::Show:
-        FitSoon();
+        FitSoon(0);
         break;
       case QEvent::MouseButtonPress:
         CatchUp();

@@ -3,6 +3,7 @@
 #include <QHelpEvent>
 #include <QLabel>
 #include <QTableView>
+#include <QTimer>
 
 #include "ui/data_grid.h"
 #include "ui/qt/column_widths.h"
@@ -30,8 +31,9 @@ class GridView final : public ControlView {
   void ShowCaption();
   void ShowColumns();
   void FitColumns();
-  /// Again when the screen has chosen the row that it shows: the texts in sight are other ones then.
-  void FitSoon();
+  /// Again when the screen has chosen the row that it shows, or the operator has scrolled on: other texts are in sight
+  /// then.
+  void FitSoon(int milliseconds);
   /// What the header and the texts in sight need in a column.
   ColumnRoom RoomOf(int column) const;
   /// The name under which widths drawn by hand are kept: they belong to these very columns.
@@ -55,8 +57,9 @@ class GridView final : public ControlView {
   GridModel model_;
   QLabel* heading_ = nullptr;
   bool late_ = false;  ///< the current row has changed since the table last showed it
-  bool fit_due_ = false;
-  bool busy_ = false;  ///< the view itself moves the table
+  QTimer fit_;
+  std::vector<int> needed_;  ///< the most that each column has needed of these rows, so that scrolling narrows none
+  bool busy_ = false;        ///< the view itself moves the table
   int row_height_;
   int header_height_;
 };

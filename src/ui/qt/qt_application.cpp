@@ -10,6 +10,7 @@
 #include <QProxyStyle>
 #include <QStyleFactory>
 #include <QTranslator>
+#include <algorithm>
 
 namespace zrt {
 
@@ -76,8 +77,10 @@ void SetUpApplication(QApplication& application) {
   QLocale::setDefault(QLocale(QLocale::Russian, QLocale::Russia));
   QApplication::setStyle(new CalmStyle);
   QApplication::setPalette(LightPalette());
-  constexpr int kPoints = 9;
-  QFont font("Liberation Sans", kPoints);
+  // As large as the operator has made the desktop's own, but never smaller than what reads well all day.
+  constexpr int kLeastPoints = 9;
+  const int points = std::max(QFontDatabase::systemFont(QFontDatabase::GeneralFont).pointSize(), kLeastPoints);
+  QFont font("Liberation Sans", points);
   font.setStyleHint(QFont::SansSerif);
   QApplication::setFont(font);
   QApplication::setWindowIcon(QIcon(":/zrt/zrt.png"));

@@ -30,6 +30,8 @@ class QtDesktop : public Desktop {
 
   void Quit(int code) override;
   QtServerWait* TheServerWait() override { return &server_wait_; }
+  void OfferStop(bool offered) override { server_wait_.OfferStop(offered); }
+  bool IsStopWanted() override { return server_wait_.IsStopWanted(); }
   void SetFocus(Control& control) override;
   void Repaint(Control& control) override;
 

@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMessageBox>
+#include <QScopedValueRollback>
 #include <QTimer>
 #include <QWindow>
 #include <chrono>
@@ -17,6 +18,7 @@ namespace {
 constexpr int kCursorAfter = 200;  // milliseconds, as all below
 constexpr int kNoteAfter = 1000;
 constexpr int kBreath = 40;
+constexpr int kLifeEvery = 100;
 
 // Handing a call to another thread costs tens of microseconds. A posting of thousands of quick statements would feel
 // that; they are made in place once they have shown to be quick, as the server has just answered.
@@ -49,19 +51,18 @@ bool IsInput(const QEvent& event) {
 /// The line at the foot of the window that is being waited in.
 class Note final : public QLabel {
  public:
-  Note(QWidget* window, QString text) : QLabel(window), text_(std::move(text)) {
+  explicit Note(QWidget* window) : QLabel(window) {
     setObjectName(QStringLiteral("decoServerNote"));
     setAlignment(Qt::AlignCenter);
     setMargin(6);
     setWordWrap(true);
     setStyleSheet(QStringLiteral("background: #ffffe6; color: #1c1c1c; border: 1px solid #b8b890;"));
     since_.start();
-    Update();
   }
 
-  void Update() {
+  void Say(const QString& what, const QString& escape) {
     const QString seconds = QString::number(since_.elapsed() / 1000 + kNoteAfter / 1000);
-    setText(QStringLiteral("Жду ответа сервера базы данных: %1 с\n%2").arg(seconds, text_));
+    setText(QStringLiteral("%1: %2 с\nEsc - %3").arg(what, seconds, escape));
     const int height = heightForWidth(parentWidget()->width());
     setGeometry(0, parentWidget()->height() - height, parentWidget()->width(), height);
     raise();
@@ -69,7 +70,6 @@ class Note final : public QLabel {
   }
 
  private:
-  QString text_;
   QElapsedTimer since_;
 };
 
@@ -102,7 +102,39 @@ void QtServerWait::ActionEnds() {
 }
 
 void QtServerWait::Tick() {
-  if (!waiting_ && action_.isValid() && action_.elapsed() >= kCursorAfter) ShowCursor(true);
+  if (waiting_ || !action_.isValid()) return;
+  if (action_.elapsed() >= kCursorAfter) ShowCursor(true);
+  if (action_.elapsed() >= kNoteAfter && (!lived_.isValid() || lived_.elapsed() >= kLifeEvery)) LetLive();
+}
+
+void QtServerWait::LetLive() {
+  const QScopedValueRollback waiting(waiting_, true);
+  if (stop_offered_ && !stop_wanted_) ShowNote(QStringLiteral("Идёт работа"));
+  QApplication::processEvents();
+  wants_end_ = false;  // no call that one could leave alone
+  lived_.start();
+}
+
+void QtServerWait::OfferStop(bool offered) {
+  stop_offered_ = offered;
+  stop_wanted_ = false;
+  if (!offered) note_.reset();
+}
+
+bool QtServerWait::IsStopWanted() {
+  Tick();
+  return stop_wanted_;
+}
+
+void QtServerWait::ShowNote(const QString& what) {
+  if (note_ == nullptr) {
+    QWidget* window = FrontWindow ? FrontWindow() : nullptr;
+    if (window == nullptr) return;
+    note_ = std::make_unique<Note>(window);
+  }
+  const bool stop = stop_offered_ && !stop_wanted_;
+  static_cast<Note&>(*note_).Say(
+      what, stop ? QStringLiteral("остановить") : QStringLiteral("не ждать и закончить программу"));
 }
 
 void QtServerWait::Make(const std::function<void()>& call) {
@@ -151,14 +183,12 @@ bool QtServerWait::IsDone(int milliseconds) {
 void QtServerWait::KeepAlive() {
   waiting_ = true;
   wants_end_ = false;
-  QWidget* window = FrontWindow ? FrontWindow() : nullptr;
-  std::unique_ptr<Note> note;
-  if (window != nullptr) note = std::make_unique<Note>(window, QStringLiteral("Esc - не ждать и закончить программу"));
   while (!IsDone(kBreath)) {
-    if (note) note->Update();
+    ShowNote(QStringLiteral("Жду ответа сервера базы данных"));
     QApplication::processEvents();
     if (std::exchange(wants_end_, false)) AskToEnd();
   }
+  note_.reset();
   waiting_ = false;
   if (OnResumed) OnResumed();
 }
@@ -200,7 +230,11 @@ bool QtServerWait::eventFilter(QObject* watched, QEvent* event) {
   if (!waiting_ || !IsInput(*event) || IsOfQuestion(watched)) return false;
   const bool escape =
       event->type() == QEvent::KeyPress && static_cast<const QKeyEvent*>(event)->key() == Qt::Key_Escape;
-  if (escape || event->type() == QEvent::Close) wants_end_ = true;
+  if (escape && stop_offered_ && !stop_wanted_) {
+    stop_wanted_ = true;
+  } else if (escape || event->type() == QEvent::Close) {
+    wants_end_ = true;
+  }
   event->ignore();
   return true;
 }

@@ -4,6 +4,7 @@
 #include <QObject>
 #include <condition_variable>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <thread>
 
@@ -16,6 +17,9 @@ namespace zrt {
 /// Keeps the windows alive while a call waits for the server. The call is made in a thread of its own and everything
 /// else stands still meanwhile: no handler runs, what the operator types or clicks goes nowhere, windows only repaint.
 /// To the program's logic it is one long call.
+///
+/// Work that makes many quick calls keeps the windows alive too, a few times a second. Where it offers to be stopped,
+/// the note says so, and the first Esc asks for that.
 ///
 /// After a fifth of a second there is the wait cursor, until the operator's action has ended or asks something; after
 /// a second a note says what is waited for, and Esc or closing the window ends the program: at once while it starts,
@@ -32,8 +36,11 @@ class QtServerWait final : public QObject, public ServerWait {
   /// The operator's action begins or ends: the cursor is about this action alone.
   void ActionBegins();
   void ActionEnds();
-  /// Work without the server has been going on; shows the wait cursor if it is time.
+  /// Work without a wait for the server has been going on; shows the wait cursor and lets the windows live if it is
+  /// time.
   void Tick();
+  void OfferStop(bool offered);
+  bool IsStopWanted();
 
   /// The window that shows the note; may return nullptr.
   std::function<QWidget*()> FrontWindow;
@@ -51,6 +58,8 @@ class QtServerWait final : public QObject, public ServerWait {
   void HandOver(const std::function<void()>& call);
   bool IsDone(int milliseconds);
   void KeepAlive();
+  void LetLive();
+  void ShowNote(const QString& what);
   void AskToEnd();
   void ShowCursor(bool wait);
   bool IsOfQuestion(QObject* watched) const;
@@ -61,6 +70,10 @@ class QtServerWait final : public QObject, public ServerWait {
   qint64 last_call_ns_ = 0;  ///< how long its last one took
   bool cursor_ = false;
   bool waiting_ = false;
+  QElapsedTimer lived_;  ///< since work last let the windows live
+  std::unique_ptr<QWidget> note_;
+  bool stop_offered_ = false;
+  bool stop_wanted_ = false;
   bool wants_end_ = false;       ///< the operator pressed Esc or closed the window
   QWidget* question_ = nullptr;  ///< the only window that takes the operator's input
 

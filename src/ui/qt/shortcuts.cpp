@@ -1,6 +1,7 @@
 #include "ui/qt/shortcuts.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QKeySequence>
 #include <QLineEdit>
 #include <QListWidget>
@@ -89,6 +90,16 @@ void ActOnRow(const QWidget& window, const QString& key) {
   }
 }
 
+/// What has the keyboard; where that holds nothing to copy, the window's report.
+const QWidget* WhatToCopy(const QWidget& window) {
+  const QWidget* focused = window.focusWidget();
+  if (qobject_cast<const QAbstractItemView*>(focused) != nullptr) return focused;
+  for (const QListWidget* list : window.findChildren<QListWidget*>()) {
+    if (IsUsable(*list) && list->selectionMode() == QAbstractItemView::ExtendedSelection) return list;
+  }
+  return focused;
+}
+
 void Run(const Shortcut& shortcut, QWidget& window, const ShortcutHost& host) {
   const QString role = QString::fromUtf8(shortcut.role);
   switch (shortcut.action) {
@@ -113,7 +124,7 @@ void Run(const Shortcut& shortcut, QWidget& window, const ShortcutHost& host) {
     case KeyAction::kRow:
       return ActOnRow(window, role);
     case KeyAction::kCopy:
-      return CopyFrom(window.focusWidget());
+      return CopyFrom(WhatToCopy(window));
   }
 }
 

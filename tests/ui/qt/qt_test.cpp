@@ -31,6 +31,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -181,6 +182,35 @@ TEST_F(MainWindow, StaysAliveButStillWhileTheServerThinks) {
   });
 }
 
+TEST_F(MainWindow, LongWorkLetsTheWindowLiveAndIsStoppedByEscWhereItOffersThat) {
+  Start();
+  QWidget* window = Find("FrameProd")->window();
+  const auto work = [&](bool offer) {
+    std::string note;
+    int steps = 0;
+    const Watch watch([&] {
+      if (const auto* shown = Find<QLabel>("decoServerNote")) note = shown->text().toStdString();
+      QTest::keyClick(window, Qt::Key_Escape);
+    });
+    desktop_->UserAction([&] {
+      std::optional<StopOffer> stop;
+      if (offer) stop.emplace(*desktop_);
+      for (; steps < 300; ++steps) {
+        app_->TheSession.ReadOne("SELECT SLEEP(0.005)");
+        if (offer) stop->Step();
+      }
+    });
+    return std::pair{steps, note};
+  };
+  const auto [stopped, note] = work(true);
+  EXPECT_GT(stopped, 20);
+  EXPECT_LT(stopped, 300);
+  EXPECT_TRUE(note.starts_with("Идёт работа: ") && note.ends_with("Esc - остановить")) << note;
+  EXPECT_EQ(Find<QLabel>("decoServerNote"), nullptr);
+  EXPECT_EQ(work(false), (std::pair{300, std::string()}));
+  EXPECT_TRUE(app_->Main.IsVisible());
+}
+
 TEST_F(MainWindow, AStartThatWaitsForTheServerIsEndedByEscOrByClosing) {
   database_ = std::make_unique<TestDatabase>(Stage::kPlain);
   Prepare();
@@ -324,7 +354,17 @@ TEST_F(MainWindow, AReportsLinesAreAllReadWhole) {
 
   lines.Clear();
   lines.AddItem("=");
+  lines.AddItem("ИТОГО");
+  lines.AddItem("=");
   Settle();
+  const auto copied = [&](int first, int last) {
+    list->clearSelection();
+    for (int row = first; row <= last; ++row) list->item(row)->setSelected(true);
+    CopyFrom(list);
+    return QApplication::clipboard()->text().toStdString();
+  };
+  EXPECT_EQ(copied(1, 1), "=\nИТОГО\n=");  // the line that one stands on is no choice
+  EXPECT_EQ(copied(1, 2), "ИТОГО\n=");
   EXPECT_EQ(list->horizontalScrollBar()->maximum(), 0);  // what has gone needs no room
 }
 
@@ -521,6 +561,7 @@ TEST(ColumnWidths, WhatIsLeftGoesWhereSomethingIsCut) {
   EXPECT_EQ(FitWidths({cod, name, price}, 270), (Widths{40, 140, 90}));  // also where the layout is too wide
   EXPECT_EQ(FitWidths({cod, name, price, note}, 380), (Widths{35, 120, 90, 135}));  // the least cut first
   EXPECT_EQ(FitWidths({cod, name, price}, 100), (Widths{35, 100, 90}));  // a number is read whole, a text by half
+  EXPECT_EQ(FitWidths({cod, name, price}, 230), (Widths{35, 105, 90}));
   EXPECT_EQ(FitWidths({cod, price}, 140), (Widths{45, 95}));
 }
 
