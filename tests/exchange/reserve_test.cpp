@@ -320,6 +320,10 @@ TEST_F(Reserve, ClosedSalesAreAppendedAndMarkedOnce) {
   shop_.Sql("UPDATE PROD SET N5=NULL,T1=NULL WHERE NUM=3");
   shop_.Sql("UPDATE KASSA SET PLUS=NULL WHERE NUM=3");
   shop_.Sql("UPDATE PROD SET DATETIME='2026-11-12 00:00:00' WHERE NUM=3");
+  const auto mark = [this](const char* table, int num) {
+    return fmt::format("UPDATE {0} SET N7=121126 WHERE ID={1}", table,
+                       shop_.Value(fmt::format("SELECT ID FROM {} WHERE NUM={}", table, num)));
+  };
   Connect();
   Press(Screen().CmdExp, kCopied);
   EXPECT_EQ(
@@ -328,8 +332,7 @@ TEST_F(Reserve, ClosedSalesAreAppendedAndMarkedOnce) {
              "WHERE N4>2 AND N7 IS NULL AND DATETIME IS NOT NULL",
              "SELECT OPER,SUM1,SKID,SUM2,PLUS,MINUS,TER,PERS,DAT,TIM,NUM,N1,N2,N3,N4,T1,N5,ID,N6 FROM KASSA WHERE "
              "N4>2 AND N7 IS NULL",
-             "UPDATE PROD SET N7=121126 WHERE ID=1", "UPDATE PROD SET N7=121126 WHERE ID=3",
-             "UPDATE KASSA SET N7=121126 WHERE ID=1", "UPDATE KASSA SET N7=121126 WHERE ID=2"}));
+             mark("PROD", 1), mark("PROD", 3), mark("KASSA", 1), mark("KASSA", 3)}));
   EXPECT_EQ(
       reserve_faults_.Statements()[0],
       "INSERT INTO PROD (COD,NAME,KOL,PRISE,SKID,SUM2,TER,PERS,DATETIME,REZ,NUM,N1,N2,N3,N4,T1,N5,N7,N6,UKT) VALUES "

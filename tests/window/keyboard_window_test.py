@@ -193,6 +193,9 @@ class ADayWithoutAMouse(unittest.TestCase):
             if name == "F2":  # the guide can be read beside the card, though the card lets nothing else be used
                 self.read_guide("Карточка товара")
                 card.activate()
+                key("ctrl+1", "F6")
+                self.assertTrue(card.accessible.getState().contains(pyatspi.STATE_ACTIVE))
+                self.assertTrue(main.is_shown("DataGrid1_0"))
             key("Tab", "Tab", "Escape")
             self.gone("frmPLU")
             main.activate()

@@ -200,9 +200,12 @@ void GridView::FitColumns() {
 
 ColumnRoom GridView::RoomOf(int column) const {
   const GridColumn& layout = grid_.Columns()[static_cast<std::size_t>(column)];
-  ColumnRoom room{layout.width * table_->logicalDpiX() / kTwipsPerInch,
-                  table_->horizontalHeader()->sectionSizeHint(column), false};
-  if (!table_->isVisible()) return room;
+  const int heading = table_->horizontalHeader()->sectionSizeHint(column);
+  ColumnRoom room{layout.width * table_->logicalDpiX() / kTwipsPerInch, heading, false, heading};
+  if (!table_->isVisible()) {
+    room.text = layout.align == Align::kLeft;
+    return room;
+  }
   const int first = std::max(table_->verticalScrollBar()->value(), 0);
   const int last = std::min(first + table_->viewport()->height() / row_height_ + 1, model_.rowCount());
   std::vector<QString> texts;
@@ -212,6 +215,8 @@ ColumnRoom GridView::RoomOf(int column) const {
     longest = std::max(longest, text.size());
     room.text = room.text || std::ranges::any_of(text, [](QChar character) { return character.isLetter(); });
   }
+  // Of a column that shows nothing yet the layout says what it is for.
+  if (longest == 0) room.text = layout.align == Align::kLeft;
   // Measuring costs more than all the rest; a text that is much shorter than another one isn't wider.
   constexpr double kMuchShorter = 0.7;
   int widest = 0;

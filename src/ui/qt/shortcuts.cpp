@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QKeySequence>
 #include <QLineEdit>
 #include <QListWidget>
@@ -43,8 +44,14 @@ QString KeyOfEntry(const QString& entry) {
   return entry.contains('=') ? entry.section('=', 0, 0) : QString();
 }
 
+/// A window that must be left first keeps the others from being used.
+bool IsBlocked(const QWidget& window) {
+  const QWidget* modal = QApplication::activeModalWidget();
+  return modal != nullptr && modal != &window;
+}
+
 void ChooseTab(QWidget* window, const std::function<int(const QTabBar&)>& which) {
-  auto* bar = window == nullptr ? nullptr : window->findChild<QTabBar*>();
+  auto* bar = window == nullptr || IsBlocked(*window) ? nullptr : window->findChild<QTabBar*>();
   if (bar == nullptr || !bar->isVisible()) return;
   const int index = which(*bar);
   if (index < 0 || index >= bar->count()) return;
@@ -115,7 +122,7 @@ void Run(const Shortcut& shortcut, QWidget& window, const ShortcutHost& host) {
     case KeyAction::kTab:
       return ChooseTab(host.main_window(), [&](const QTabBar&) { return role.toInt() - 1; });
     case KeyAction::kNextWindow:
-      if (QWidget* next = host.next_window(window)) next->activateWindow();
+      if (QWidget* next = host.next_window(window); next != nullptr && !IsBlocked(*next)) next->activateWindow();
       return;
     case KeyAction::kFind:
       return Find(window, role);
