@@ -231,7 +231,7 @@ Product MakeDish(const Dish& dish, int cod) {
   Product product = FromRule(RuleOf(dish.group));
   product.cod = cod;
   product.name = dish.name;
-  product.price = dish.price * 100;
+  product.price = std::int64_t{dish.price} * 100;
   product.portion = dish.portion;
   product.parts = dish.parts;
   product.service = dish.group == Group::kServices;

@@ -79,7 +79,7 @@ void WriteCatalogue(ScriptWriter& script, const std::vector<Product>& catalogue,
   for (const Product& product : catalogue) {
     const auto entry = sales.CurrentSales().find(product.cod);
     const std::int64_t sold = entry == sales.CurrentSales().end() ? 0 : entry->second;
-    const std::int64_t stock = product.service ? 0 : random.Between(0, 120) * 1000 + sold;
+    const std::int64_t stock = product.service ? 0 : std::int64_t{random.Between(0, 120)} * 1000 + sold;
     std::string values = fmt::format("{},1,{},{},{},{},'{}',{},{}", product.cod, Quoted(product.name), stock, sold,
                                      product.price, product.barcode, product.tax, product.category);
     if (upgraded) {

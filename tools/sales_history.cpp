@@ -83,7 +83,7 @@ std::vector<int> SalesHistory::LinesByDay(int lines) const {
   std::vector<std::int64_t> weights;
   for (int day = 0; day < days_; ++day) {
     const Date& date = dates_[static_cast<std::size_t>(day)];
-    weights.push_back(kOrdersByWeekDay[static_cast<std::size_t>(WeekDay(date) - 1)] * kHoursOpen);
+    weights.push_back(kOrdersByWeekDay[static_cast<std::size_t>(WeekDay(date) - 1)] * std::int64_t{kHoursOpen});
   }
   const int hours_today = std::clamp(end_ / kHour - kShiftHour, 1, kHoursOpen);
   weights.back() = weights.back() * hours_today / kHoursOpen;
@@ -154,7 +154,7 @@ void SalesHistory::WriteTableOrder(Order& order, int lines) {
   order.row.oper = "Заказ";
   order.row.ter = random_.Between(1, kTableTerminals);
   // Three waiters share a shift.
-  const std::size_t turn = static_cast<std::size_t>(order.day * 2 + random_.Below(3));
+  const std::size_t turn = static_cast<std::size_t>(order.day) * 2 + static_cast<std::size_t>(random_.Below(3));
   order.row.pers = waiters_[turn % waiters_.size()];
   order.row.num = next_number_[order.row.ter]++;
   order.row.guests = random_.Percent(50) ? random_.Between(1, 6) : 0;
@@ -313,8 +313,8 @@ void SalesHistory::WriteDrawer(int day) {
   const auto put = [&](const char* oper, int plus, int minus, int second) {
     CashRow row;
     row.oper = oper;
-    row.plus = plus * 1000;
-    row.minus = minus * 1000;
+    row.plus = std::int64_t{plus} * 1000;
+    row.minus = std::int64_t{minus} * 1000;
     row.ter = 1;
     row.pers = waiters_.front();
     row.opened = row.closed = SqlMoment(day, second);
@@ -382,7 +382,8 @@ DateTime SalesHistory::Moment(int day, int second) const {
   // Nothing has happened yet after the end of the current shift.
   if (day == days_ - 1) second = std::min(second, end_);
   const int rest = second % kDay;
-  return {dates_[static_cast<std::size_t>(day + second / kDay)], rest / kHour, rest / kMinute % 60, rest % 60};
+  return {dates_[static_cast<std::size_t>(day) + static_cast<std::size_t>(second / kDay)], rest / kHour,
+          rest / kMinute % 60, rest % 60};
 }
 
 std::string SalesHistory::TimeText(int second) {

@@ -111,7 +111,7 @@ class Terminal {
     SoldLine line;
     line.cod = static_cast<int>(goods_.Field("COD").Int());
     line.name = goods_.Field("NAME").Text();
-    line.kol = random_.Between(1, 3) * 1000;
+    line.kol = std::int64_t{random_.Between(1, 3)} * 1000;
     line.prise = goods_.Field("PRISE").Int() * 10;
     line.ter = order.ter;
     line.pers = order.pers;

@@ -54,6 +54,13 @@ class DatabaseError : public Error {
   std::string task_;
 };
 
+/// A script asks of a control what no operator can do (an item that isn't there, a click on what takes none): the
+/// script's mistake and no failure of the program.
+class ScriptError : public Error {
+ public:
+  using Error::Error;
+};
+
 /// A number does not fit the integer that it is converted to.
 class OverflowError : public Error {
  public:

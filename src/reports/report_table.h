@@ -54,9 +54,9 @@ struct Pivot {
   std::function<std::vector<std::string>(std::size_t number, int row)> lead;
   /// The column of the value in row `row` of `cells`.
   std::function<std::size_t(int row)> column;
-  std::string_view blank = "";  ///< a cell without a value
+  std::string_view blank{};  ///< a cell without a value
   PivotValue kind = PivotValue::kThousandths;
-  std::string_view total_label = "";  ///< what the row of totals is called, and in which column
+  std::string_view total_label{};  ///< what the row of totals is called, and in which column
   std::size_t label_column = 0;
 };
 

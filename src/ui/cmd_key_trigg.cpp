@@ -107,7 +107,7 @@ void CmdKeyTrigg::UserPress(std::uint8_t half) {
 }
 
 void CmdKeyTrigg::UserSet(const std::string& value) {
-  if (value != "1" && value != "2") throw Error(Name() + " has the halves 1 and 2");
+  if (value != "1" && value != "2") throw ScriptError(Name() + " has the halves 1 and 2");
   UserPress(value == "1" ? 1 : 2);
 }
 

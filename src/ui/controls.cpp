@@ -26,7 +26,7 @@ const ControlDefinition& DefinitionOf(const Form& form, const std::string& name,
 }
 
 bool SaysOn(const std::string& value) {
-  if (value != "on" && value != "off") throw Error("\"on\" or \"off\" is wanted, not \"" + value + "\"");
+  if (value != "on" && value != "off") throw ScriptError("\"on\" or \"off\" is wanted, not \"" + value + "\"");
   return value == "on";
 }
 
@@ -83,15 +83,15 @@ void Control::UserKey(Key& key) {
 }
 
 void Control::UserSet(const std::string&) {
-  throw Error(Name() + " holds nothing that can be set");
+  throw ScriptError(Name() + " holds nothing that can be set");
 }
 
 void Control::UserClick() {
-  throw Error(Name() + " can't be clicked");
+  throw ScriptError(Name() + " can't be clicked");
 }
 
 void Control::UserDblClick() {
-  throw Error(Name() + " can't be double-clicked");
+  throw ScriptError(Name() + " can't be double-clicked");
 }
 
 std::string Control::Defined(const char* property) const {
@@ -233,7 +233,7 @@ void ComboBox::SelectAll() {
 void ComboBox::UserChoose(const std::string& item) {
   if (!IsUsable()) return;
   if (std::find(Items().begin(), Items().end(), item) == Items().end()) {
-    throw Error(Name() + " has no item \"" + item + "\"");
+    throw ScriptError(Name() + " has no item \"" + item + "\"");
   }
   Text = item;
   Click.Raise();
@@ -275,14 +275,14 @@ std::string ListBox::Text() const {
 
 void ListBox::UserChoose(int index) {
   if (!IsUsable()) return;
-  if (index < 0 || index >= static_cast<int>(Items().size())) throw Error(Name() + " has no such line");
+  if (index < 0 || index >= static_cast<int>(Items().size())) throw ScriptError(Name() + " has no such line");
   ListIndex = index;
   Click.Raise();
 }
 
 void ListBox::UserSet(const std::string& value) {
   const auto found = std::find(Items().begin(), Items().end(), value);
-  if (found == Items().end()) throw Error(Name() + " has no line \"" + value + "\"");
+  if (found == Items().end()) throw ScriptError(Name() + " has no line \"" + value + "\"");
   UserChoose(static_cast<int>(found - Items().begin()));
 }
 
@@ -369,7 +369,7 @@ std::string TabStrip::SelectedKey() const {
 void TabStrip::UserChoose(const std::string& key) {
   if (!IsUsable()) return;
   const auto found = std::find_if(Tabs().begin(), Tabs().end(), [&](const Tab& tab) { return tab.key == key; });
-  if (found == Tabs().end()) throw Error(Name() + " has no tab \"" + key + "\"");
+  if (found == Tabs().end()) throw ScriptError(Name() + " has no tab \"" + key + "\"");
   Selected = static_cast<int>(found - Tabs().begin());
   Click.Raise();
 }

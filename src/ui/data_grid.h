@@ -31,7 +31,7 @@ struct ColumnLayout {
   std::string_view header;
   int width;  ///< twips
   GridColumn::Align align;
-  std::string_view format = "";
+  std::string_view format{};
 };
 
 /// Shows a recordset without copying it; the grid's current row is the recordset's. While the recordset is closed the

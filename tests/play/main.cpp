@@ -6,7 +6,8 @@
 
 namespace {
 
-constexpr const char* kUsage = "usage: zrt_play --server HOST --database NAME [--drives FOLDER] [--grids] FILE...\n";
+constexpr const char* kUsage =
+    "usage: zrt_play --server HOST --database NAME [--drives FOLDER] [--grids] [--keep-going] FILE...\n";
 constexpr const char* kAccount = "zrt";
 
 }  // namespace
@@ -14,6 +15,7 @@ constexpr const char* kAccount = "zrt";
 int main(int argc, char** argv) {
   zrt::DatabaseAddress database{"", kAccount, ""};
   zrt::play::PlayOptions options;
+  options.output.dump = &std::cout;
   std::vector<std::string> files;
   for (int i = 1; i < argc; ++i) {
     const std::string argument = argv[i];
@@ -22,7 +24,12 @@ int main(int argc, char** argv) {
     } else if (argument == "--drives" && i + 1 < argc) {
       options.drives = argv[++i];
     } else if (argument == "--grids") {
-      options.grids = &std::cout;
+      options.output.grids = &std::cout;
+    } else if (argument == "--keep-going") {
+      options.output.differences = &std::cerr;
+    } else if (argument.starts_with("-")) {
+      std::cerr << "no such option: " << argument << "\n" << kUsage;
+      return 2;
     } else {
       files.push_back(argument);
     }

@@ -18,9 +18,9 @@ bool PlayFile(const std::string& name, const DatabaseAddress& database, const Pl
     text << file.rdbuf();
     const auto script = ReadScript(text.str());
     const test::TemporaryFolder own;
-    Player player(database, options.drives.value_or(own.Path()), options.grids);
+    Player player(database, options.drives.value_or(own.Path()), options.output);
     player.Run(script);
-    return true;
+    return player.Differences() == 0;
   } catch (const Failure& failure) {
     std::cerr << name << ", " << failure.text << "\n";
   } catch (const Error& error) {

@@ -5,13 +5,14 @@
 #include <string>
 
 #include "core/session.h"
+#include "play/player.h"
 
 namespace zrt::play {
 
 /// What who plays a file wants of it beyond its lines.
 struct PlayOptions {
   std::optional<std::filesystem::path> drives;  ///< without it an empty drive that is gone afterwards
-  std::ostream* grids = nullptr;                ///< where grids are printed, see Player
+  PlayOutput output;                            ///< what is printed, and where
 };
 
 /// Plays one file on `database`. False when a line doesn't hold; the line, what was expected and what was there are

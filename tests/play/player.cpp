@@ -4,6 +4,7 @@
 #include <fmt/ranges.h>
 #include <fnmatch.h>
 
+#include <charconv>
 #include <fstream>
 #include <functional>
 #include <map>
@@ -39,11 +40,11 @@ const std::string& Word(const Line& line, std::size_t index) {
 }
 
 int Number(const Line& line, std::size_t index) {
-  try {
-    return std::stoi(Word(line, index));
-  } catch (const std::logic_error&) {
-    Fail("a number is wanted, not \"" + Word(line, index) + "\"");
-  }
+  const std::string& word = Word(line, index);
+  int number = 0;
+  const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
+  if (error != std::errc() || end != word.data() + word.size()) Fail("a number is wanted, not \"" + word + "\"");
+  return number;
 }
 
 /// The lines that stand below an action must equal what was found.
@@ -54,15 +55,20 @@ void CheckBlock(const std::string& what, const Line& line, const std::vector<std
   CheckEqual(what, shown(line.block), shown(found));
 }
 
-/// "*" stands for any characters inside a file's name.
-std::filesystem::path Match(const std::filesystem::path& pattern) {
-  const std::string name = pattern.filename().string();
-  if (name.find('*') == std::string::npos) return pattern;
+/// The files of this name; "*" stands for any characters inside it.
+std::vector<std::filesystem::path> Fitting(const std::filesystem::path& pattern) {
   std::vector<std::filesystem::path> found;
   std::error_code error;
   for (const auto& entry : std::filesystem::directory_iterator(pattern.parent_path(), error)) {
-    if (fnmatch(name.c_str(), entry.path().filename().c_str(), 0) == 0) found.push_back(entry.path());
+    const std::string name = entry.path().filename().string();
+    if (fnmatch(pattern.filename().c_str(), name.c_str(), FNM_NOESCAPE) == 0) found.push_back(entry.path());
   }
+  return found;
+}
+
+/// The one file of this name.
+std::filesystem::path Match(const std::filesystem::path& pattern) {
+  const std::vector<std::filesystem::path> found = Fitting(pattern);
   if (found.size() != 1) Fail(std::to_string(found.size()) + " files fit " + pattern.string());
   return found.front();
 }
@@ -85,8 +91,8 @@ class Player::Faults final : public FaultSource {
   bool cut_ = false;
 };
 
-Player::Player(DatabaseAddress database, std::filesystem::path drives, std::ostream* grids)
-    : database_(std::move(database)), drives_(std::move(drives)), grids_(grids), faults_(std::make_unique<Faults>()) {
+Player::Player(DatabaseAddress database, std::filesystem::path drives, const PlayOutput& output)
+    : database_(std::move(database)), drives_(std::move(drives)), output_(output), faults_(std::make_unique<Faults>()) {
   terminal_.Open(MainConnectionString(database_));
 }
 
@@ -102,64 +108,78 @@ void Player::Run(const std::vector<Line>& script) {
 void Player::Step() {
   const Line& line = script_->at(next_++);
   try {
-    Perform(line);
+    try {
+      Perform(line);
+    } catch (const Failure& failure) {
+      // An inner line has named itself already.
+      if (failure.text.rfind("line ", 0) == 0) throw;
+      throw Failure{fmt::format("line {}: {}\n  {}", line.number, line.text, failure.text)};
+    } catch (const Error& error) {
+      throw Failure{fmt::format("line {}: {}\n  {}", line.number, line.text, error.what())};
+    }
   } catch (const Failure& failure) {
-    // An inner line has named itself already.
-    if (failure.text.rfind("line ", 0) == 0) throw;
-    throw Failure{"line " + std::to_string(line.number) + ": " + line.text + "\n  " + failure.text};
-  } catch (const Error& error) {
-    throw Failure{"line " + std::to_string(line.number) + ": " + line.text + "\n  " + error.what()};
+    if (output_.differences == nullptr) throw;
+    ++differences_;
+    *output_.differences << failure.text << "\n";
+    announced_ = {};
   }
 }
 
 void Player::Perform(const Line& line) {
-  using Action = void (Player::*)(const Line&);
-  static const std::map<std::string, Action> kActions = {{"clock", &Player::SetClock},
-                                                         {"form", &Player::UseForm},
-                                                         {"dialog", &Player::Announce},
-                                                         {"set", &Player::Set},
-                                                         {"tab", &Player::Press},
-                                                         {"menu", &Player::Press},
-                                                         {"click", &Player::Press},
-                                                         {"dblclick", &Player::Press},
-                                                         {"key", &Player::Press},
-                                                         {"row", &Player::GoToRow},
-                                                         {"pick", &Player::Pick},
-                                                         {"drag", &Player::Drag},
-                                                         {"timer", &Player::FireTimer},
-                                                         {"expect", &Player::Expect},
-                                                         {"cell", &Player::CheckCell},
-                                                         {"rows", &Player::CheckRows},
-                                                         {"file", &Player::CheckFile},
-                                                         {"file-write", &Player::WriteFile},
-                                                         {"lines", &Player::CheckLines},
-                                                         {"printed", &Player::CheckPrinted},
-                                                         {"workbook", &Player::CheckWorkbook},
-                                                         {"fault", &Player::SetFault}};
+  struct Action {
+    void (Player::*run)(const Line&);
+    std::size_t least = 1, most = 1;  ///< words, its own name included
+    bool takes_block = false;
+  };
+  static const std::map<std::string, Action> kActions = {
+      {"start", {&Player::Start}},
+      {"stop", {&Player::Stop}},
+      {"close", {&Player::Close}},
+      {"error", {&Player::AnnounceError}},
+      {"dump", {&Player::Dump}},
+      {"clock", {&Player::SetClock, 3, 3}},
+      {"sql", {&Player::RunSql, 2, 2}},
+      {"form", {&Player::UseForm, 2, 2}},
+      {"dialog", {&Player::Announce, 4, 6}},
+      {"set", {&Player::Set, 3, 3}},
+      {"tab", {&Player::Press, 2, 2}},
+      {"menu", {&Player::Press, 2, 2}},
+      {"click", {&Player::Press, 2, 2}},
+      {"dblclick", {&Player::Press, 2, 2}},
+      {"key", {&Player::Press, 3, 3}},
+      {"row", {&Player::GoToRow, 3, 3}},
+      {"pick", {&Player::Pick, 3, 3}},
+      {"drag", {&Player::Drag, 3, 3}},
+      {"timer", {&Player::FireTimer, 2, 2}},
+      {"expect", {&Player::Expect, 3, 3}},
+      {"cell", {&Player::CheckCell, 5, 5}},
+      {"rows", {.run = &Player::CheckRows, .least = 2, .most = 2, .takes_block = true}},
+      {"file", {.run = &Player::CheckFile, .least = 2, .most = 2, .takes_block = true}},
+      {"no-file", {&Player::CheckNoFile, 2, 2}},
+      {"file-write", {.run = &Player::WriteFile, .least = 2, .most = 2, .takes_block = true}},
+      {"lines", {.run = &Player::CheckLines, .least = 2, .most = 2, .takes_block = true}},
+      {"printed", {.run = &Player::CheckPrinted, .takes_block = true}},
+      {"workbook", {.run = &Player::CheckWorkbook, .takes_block = true}},
+      {"fault", {&Player::SetFault, 2, 3}}};
 
-  const std::string& verb = Word(line, 0);
-  if (verb == "start") return Start();
-  if (verb == "stop") return Stop();
-  if (verb == "close") {
-    Form& closing = CurrentForm();
-    return Act([&] { closing.Close(); });
-  }
-  if (verb == "error") {
-    announced_.error = true;
-    return;
-  }
-  if (verb == "sql") {
-    terminal_.Execute(Word(line, 1));
-    return;
-  }
-  const auto action = kActions.find(verb);
-  if (action == kActions.end()) Fail("no action is called \"" + verb + "\"");
-  (this->*action->second)(line);
+  const auto found = kActions.find(line.words.front());
+  if (found == kActions.end()) Fail("no action is called \"" + line.words.front() + "\"");
+  const Action& action = found->second;
+  if (line.words.size() < action.least) Fail("the action wants more words");
+  if (line.words.size() > action.most) Fail("the action takes no more than " + std::to_string(action.most) + " words");
+  if (!action.takes_block && !line.block.empty()) Fail("the action takes no lines below it");
+  (this->*action.run)(line);
 }
 
 void Player::Act(const std::function<void()>& action) {
   running_.push_back(std::exchange(announced_, {}));
-  UserAction(action);
+  const std::size_t depth = running_.size();
+  try {
+    UserAction(action);
+  } catch (const Failure&) {
+    running_.resize(depth - 1);
+    throw;
+  }
   Announcement left = std::move(running_.back());
   running_.pop_back();
   // The action that hides a modal form ends here, but the one that had opened it goes on: what is left was meant for
@@ -175,26 +195,27 @@ void Player::Act(const std::function<void()>& action) {
   if (form_ != nullptr && !form_->IsVisible()) form_ = Front();
 }
 
-Player::Box Player::TakeBox(const std::string& text, bool input) {
-  if (running_.empty() || running_.back().boxes.empty()) Fail("an unannounced box: " + text);
+Player::Box Player::TakeBox(const std::string& text, const std::string& title, bool input) {
+  if (running_.empty() || running_.back().boxes.empty()) Fail("an unannounced box: " + WithPlainBreaks(text));
   Box box = std::move(running_.back().boxes.front());
   running_.back().boxes.pop_front();
-  CheckEqual("the box", box.text, WithPlainBreaks(text));
+  const bool exact = box.text.find('\r') != std::string::npos;
+  CheckEqual("the box", box.text, exact ? text : WithPlainBreaks(text));
   if (box.input != input) Fail(std::string(input ? "an input box" : "a plain box") + " came: " + text);
+  if (box.title) CheckEqual("the title of the box", *box.title, title);
   return box;
 }
 
 BoxAnswer Player::DoMsgBox(const Message& message) {
-  const Box box = TakeBox(message.text, false);
+  const Box box = TakeBox(message.text, message.title, false);
   if (box.icon && *box.icon != message.icon) Fail("the box has another icon: " + message.text);
   const BoxAnswer answer = kAnswers.at(box.answer);
   if (!test::Offers(message.buttons, answer)) Fail("the box has no button " + box.answer + ": " + message.text);
   return answer;
 }
 
-std::string Player::DoInputBox(const std::string& prompt, const std::string&, const std::string&) {
-  const Box box = TakeBox(prompt, true);
-  return box.answer;
+std::string Player::DoInputBox(const std::string& prompt, const std::string& title, const std::string&) {
+  return TakeBox(prompt, title, true).answer;
 }
 
 void Player::DoModalLoop(Form& form) {
@@ -210,11 +231,13 @@ void Player::DoModalLoop(Form& form) {
 }
 
 void Player::DoRuntimeError(const std::exception& error) {
+  // A line that asks for what can't be done is no failure of the program's.
+  if (dynamic_cast<const ScriptError*>(&error) != nullptr) Fail(error.what());
   if (running_.empty() || !running_.back().error) Fail(std::string("a run-time error: ") + error.what());
   running_.back().error = false;
 }
 
-void Player::Start() {
+void Player::Start(const Line&) {
   if (app_) Fail("the program runs already");
   exit_code_.reset();
   app_ = std::make_unique<App>(*this, clock_, drives_, AppSettings{database_, "zrt", printer_, spreadsheet_});
@@ -231,7 +254,7 @@ void Player::Start() {
   }
 }
 
-void Player::Stop() {
+void Player::Stop(const Line&) {
   if (!app_) Fail("the program doesn't run");
   Act([this] { app_->Main.Close(); });
   if (exit_code_ != 0) Fail("the program didn't end");
@@ -249,18 +272,34 @@ void Player::UseForm(const Line& line) {
 }
 
 void Player::Announce(const Line& line) {
-  Box box{Word(line, 1), {}, {}, false};
+  Box box;
+  box.text = Word(line, 1);
   std::size_t at = 2;
-  if (Word(line, at) != "->") {
+  if (Word(line, at) != "->" && !line.quoted[at]) {
     const auto icon = kIcons.find(Word(line, at++));
     if (icon == kIcons.end()) Fail("no such icon");
     box.icon = icon->second;
   }
+  if (line.quoted.at(at)) box.title = Word(line, at++);
   if (Word(line, at++) != "->") Fail("\"->\" is wanted before the answer");
   box.answer = Word(line, at);
   box.input = line.quoted[at];
+  if (at + 1 != line.words.size()) Fail("nothing stands behind the answer");
   if (!box.input && kAnswers.count(box.answer) == 0) Fail("no such answer");
   announced_.boxes.push_back(std::move(box));
+}
+
+void Player::AnnounceError(const Line&) {
+  announced_.error = true;
+}
+
+void Player::RunSql(const Line& line) {
+  terminal_.Execute(Word(line, 1));
+}
+
+void Player::Close(const Line&) {
+  Form& closing = CurrentForm();
+  Act([&] { closing.Close(); });
 }
 
 void Player::Set(const Line& line) {
@@ -279,9 +318,10 @@ void Player::Press(const Line& line) {
   }
   Control& control = Usable(Word(line, 1));
   if (verb == "menu") As<Menu>(control);
+  const std::optional<Key> key = verb == "key" ? std::optional(test::KeyByName(Word(line, 2))) : std::nullopt;
   Act([&] {
-    if (verb == "key") {
-      PressKey(control, test::KeyByName(Word(line, 2)));
+    if (key) {
+      PressKey(control, *key);
     } else if (verb == "dblclick") {
       control.UserDblClick();
     } else {
@@ -326,8 +366,8 @@ void Player::Expect(const Line& line) {
   const std::optional<std::string> value = element.Ask(what.substr(dot + 1));
   if (!value) Fail("no such property");
   CheckEqual(what, Word(line, 2), *value);
-  if (const auto* grid = dynamic_cast<const DataGrid*>(&element); grids_ != nullptr && grid != nullptr)
-    PrintGrid(*grid);
+  if (const auto* grid = dynamic_cast<const DataGrid*>(&element); output_.grids != nullptr && grid != nullptr)
+    PrintGrid(*grid, *output_.grids);
 }
 
 void Player::CheckCell(const Line& line) {
@@ -369,12 +409,33 @@ void Player::CheckWorkbook(const Line& line) {
   CheckBlock("the workbook", line, found);
 }
 
-void Player::PrintGrid(const DataGrid& grid) {
-  *grids_ << grid.Name() << "\t" << grid.Rows() << "\n";
+void Player::PrintGrid(const DataGrid& grid, std::ostream& out) {
+  out << grid.Name() << "\t" << grid.Rows() << "\n";
   const int columns = static_cast<int>(grid.Columns().size());
   for (int row = 1; row <= grid.Rows(); ++row) {
-    for (int column = 0; column < columns; ++column) *grids_ << (column > 0 ? "\t" : "") << grid.CellText(row, column);
-    *grids_ << "\n";
+    for (int column = 0; column < columns; ++column) out << (column > 0 ? "\t" : "") << grid.CellText(row, column);
+    out << "\n";
+  }
+}
+
+void Player::Dump(const Line&) {
+  if (output_.dump == nullptr) return;
+  std::ostream& out = *output_.dump;
+  out << CurrentForm().Name() << ": " << CurrentForm().Caption() << "\n";
+  for (Control* control : CurrentForm().Controls()) {
+    if (!control->IsShown()) continue;
+    if (const auto* label = dynamic_cast<const Label*>(control))
+      out << label->Name() << "\t" << label->Caption() << "\n";
+    if (const auto* box = dynamic_cast<const TextBox*>(control)) out << box->Name() << "\t" << box->Text() << "\n";
+    if (const auto* list = dynamic_cast<const ListBox*>(control)) {
+      out << list->Name() << "\n";
+      for (const std::string& item : list->Items()) out << "\t" << item << "\n";
+    }
+    if (const auto* grid = dynamic_cast<const DataGrid*>(control)) {
+      for (const GridColumn& column : grid->Columns()) out << column.header << "\t";
+      out << "\n";
+      PrintGrid(*grid, out);
+    }
   }
 }
 
@@ -394,15 +455,21 @@ void Player::CheckRows(const Line& line) {
 }
 
 void Player::CheckFile(const Line& line) {
-  const std::filesystem::path path = Match(drives_.ToNative(Word(line, 1)));
-  std::ifstream file(path, std::ios::binary);
+  std::ifstream file(Match(drives_.ToNative(Word(line, 1))), std::ios::binary);
   if (!file) Fail("there is no such file");
   std::vector<std::string> found;
   for (std::string row; std::getline(file, row);) {
-    if (!row.empty() && row.back() == '\r') row.pop_back();
+    if (file.eof() || row.empty() || row.back() != '\r')
+      Fail("a line of the file doesn't end in CR LF: " + FromWindows1251(row));
+    row.pop_back();
     found.push_back(FromWindows1251(row));
   }
   CheckBlock("the file", line, found);
+}
+
+void Player::CheckNoFile(const Line& line) {
+  const std::vector<std::filesystem::path> found = Fitting(drives_.ToNative(Word(line, 1)));
+  if (!found.empty()) Fail("there is " + found.front().string());
 }
 
 void Player::WriteFile(const Line& line) {

@@ -17,8 +17,13 @@ std::string QuotedWord(const std::string& text, std::size_t& at) {
       continue;
     }
     const char escaped = ++at < text.size() ? text[at] : '\0';
-    if (escaped != 'n' && escaped != '"' && escaped != '\\') throw Error("only \\\", \\n and \\\\ stand in a text");
-    word += escaped == 'n' ? '\n' : escaped;
+    if (escaped == 'n' || escaped == 'r') {
+      word += escaped == 'n' ? '\n' : '\r';
+    } else if (escaped == '"' || escaped == '\\') {
+      word += escaped;
+    } else {
+      throw Error("only \\\", \\n, \\r and \\\\ stand in a text");
+    }
   }
   if (at >= text.size()) throw Error("a text isn't closed");
   ++at;

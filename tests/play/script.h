@@ -15,8 +15,8 @@ struct Line {
 };
 
 /// Splits the text of a play. Empty lines and lines that begin with # are left out; a text with blanks stands in double
-/// quotes, with \" \n and \\ inside. Throws Error with the line's number for a quote that isn't closed, another escape,
-/// or a block without an action.
+/// quotes, with \" \n \r and \\ inside. Throws Error with the line's number for a quote that isn't closed, another
+/// escape, or a block without an action.
 std::vector<Line> ReadScript(const std::string& text);
 
 }  // namespace zrt::play

@@ -59,8 +59,8 @@ std::vector<int> FitWidths(const std::vector<ColumnRoom>& columns, int room) {
     }
   }
   for (const std::size_t i : cut) {
-    if (columns[i].text || missing(i) <= 0) continue;
-    const int lacking = missing(i);
+    const int lacking = (columns[i].text ? columns[i].heading : columns[i].needed) - widths[i];
+    if (lacking <= 0) continue;
     widths[i] += lacking;
     if (longest == columns.size()) continue;
     widths[longest] -= std::clamp(widths[longest] - columns[longest].width / 2, 0, lacking);

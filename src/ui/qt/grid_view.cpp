@@ -200,8 +200,8 @@ void GridView::FitColumns() {
 
 ColumnRoom GridView::RoomOf(int column) const {
   const GridColumn& layout = grid_.Columns()[static_cast<std::size_t>(column)];
-  ColumnRoom room{layout.width * table_->logicalDpiX() / kTwipsPerInch,
-                  table_->horizontalHeader()->sectionSizeHint(column), false};
+  const int heading = table_->horizontalHeader()->sectionSizeHint(column);
+  ColumnRoom room{layout.width * table_->logicalDpiX() / kTwipsPerInch, heading, false, heading};
   if (!table_->isVisible()) {
     room.text = layout.align == Align::kLeft;
     return room;

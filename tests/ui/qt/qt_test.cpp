@@ -562,6 +562,7 @@ TEST(ColumnWidths, WhatIsLeftGoesWhereSomethingIsCut) {
   EXPECT_EQ(FitWidths({cod, name, price, note}, 380), (Widths{35, 120, 90, 135}));  // the least cut first
   EXPECT_EQ(FitWidths({cod, name, price}, 100), (Widths{35, 100, 90}));  // a number is read whole, a text by half
   EXPECT_EQ(FitWidths({cod, name, price}, 230), (Widths{35, 105, 90}));
+  EXPECT_EQ(FitWidths({cod, name, {40, 90, true, 55}}, 170), (Widths{35, 105, 55}));  // as is a header
   EXPECT_EQ(FitWidths({cod, price}, 140), (Widths{45, 95}));
 }
 
