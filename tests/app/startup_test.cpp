@@ -109,6 +109,7 @@ TEST_F(Startup, WithoutAServerItSaysSoAndEndsWithAnError) {
     Start(address);
     EXPECT_FALSE(app_->IsRunning());
     EXPECT_FALSE(app_->TheSession.IsConnected());
+    EXPECT_FALSE(app_->Splash.Timer1.Enabled()) << "it starts once, however long a box stands";
     EXPECT_NE(desktop_.LastMessage().details.find(advice), std::string::npos) << desktop_.LastMessage().details;
     EXPECT_EQ(desktop_.ExitCode(), 1);
     app_.reset();
@@ -265,6 +266,20 @@ TEST_F(Startup, TheDataLinkOfThisProgramComesFromTheSettingsFile) {
   Start();
   EXPECT_FALSE(app_->Main.IsLoaded());
   EXPECT_EQ(desktop_.ExitCode(), 1);
+}
+
+TEST_F(Startup, WindowsThatGiveWayToATab) {
+  Start();
+  const std::pair<Form*, const char*> kGivesWayTo[] = {
+      {&app_->Reports.TextReports, "sprav"}, {&app_->Reports.Staff, "report"}, {&app_->About, "report"},
+      {&app_->Exchange, "report"},           {&app_->Clear, "report"},         {&app_->Reports.Time, ""}};
+  for (const char* tab : {"report", "sprav"}) {
+    for (const auto& [form, key] : kGivesWayTo) desktop_.UserAction([&, one = form] { one->Show(); });
+    desktop_.UserAction([&] { app_->Main.TabStrip1.UserChoose(tab); });
+    for (const auto& [form, key] : kGivesWayTo) {
+      EXPECT_NE(form->IsVisible(), key == std::string("report") || key == std::string(tab)) << form->Name() << tab;
+    }
+  }
 }
 
 TEST_F(Startup, StoppingClosesEverything) {

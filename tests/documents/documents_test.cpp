@@ -115,6 +115,7 @@ constexpr LineKind kLineKinds[] = {{DocType::kIncoming, 1, 80000, 0, true, true}
 
 TEST_F(DocumentsTest, ALineDocumentFromItsFirstLineToItsUnposting) {
   Receive(1, 100000, 80000, 1);
+  shop_.Sql("INSERT INTO DOCUMENT (COD,NAME,KOL,PRISE,COST,TYP) VALUES (2,'Вино',1000,1000,1000,9)");
   int day = 2;
   int balance = 100000;
   for (const LineKind& one : kLineKinds) {
@@ -189,7 +190,7 @@ TEST_F(DocumentsTest, ALineDocumentFromItsFirstLineToItsUnposting) {
     EXPECT_EQ(Docs().Movements.DataGrid8.Rows(), rez ? 2 : 3);
     EXPECT_EQ(Docs().Movements.DataGrid8.Row(), rez ? 2 : 3);
     Leave(form, BoxAnswer::kOk);
-    EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM DOCUMENT"), "0");
+    EXPECT_EQ(shop_.Column("SELECT TYP FROM DOCUMENT"), Texts{"9"}) << "the lines of other kinds stay";
 
     // Reopened: signs turned back, lines without quantity gone; unposted and changed; saved anew under its number.
     DocumentForm& again = Reopen(id);
@@ -228,12 +229,12 @@ TEST_F(DocumentsTest, ALineDocumentFromItsFirstLineToItsUnposting) {
 TEST_F(DocumentsTest, LinesThatAreEqualOrWithoutProductAreGoneWhenReopened) {
   Now(2);
   DocumentForm& form = Open(DocType::kIncoming);
+  Pick(DocType::kIncoming, 2, 1000, 0);  // the lines come back by their codes
   Pick(DocType::kIncoming, 1, 1000, 80000);
   Pick(DocType::kIncoming, 1, 1000, 80000);
-  Pick(DocType::kIncoming, 2, 1000, 0);
-  EXPECT_EQ(form.DataGrid7.CellText(1, "Markup"), "50,6%");
-  EXPECT_EQ(form.DataGrid7.CellText(3, "Markup"), "") << "no purchase price, no markup";
-  EXPECT_EQ(form.DataGrid7.CellText(3, "Retail"), "950,00");
+  EXPECT_EQ(form.DataGrid7.CellText(3, "Markup"), "50,6%");
+  EXPECT_EQ(form.DataGrid7.CellText(1, "Markup"), "") << "no purchase price, no markup";
+  EXPECT_EQ(form.DataGrid7.CellText(1, "Retail"), "950,00");
   Leave(form, BoxAnswer::kOk);
   const int id = std::stoi(shop_.Value("SELECT MAX(ID) FROM JOURNAL"));
   shop_.Sql("UPDATE TOVAR SET PRISE=99900 WHERE COD=2");
@@ -266,8 +267,11 @@ TEST_F(DocumentsTest, ClientAndNoteAreTypedLast) {
   EXPECT_EQ(form.LblData.Caption(), "31.10.2026 17:00:00");
   EXPECT_FALSE(form.Month0.Visible());
   Type(*form.TextPrim, "важно");
+  Type(*form.TextKlient, "ООО");
   Leave(form, BoxAnswer::kOk);
-  EXPECT_EQ(shop_.Value("SELECT CONCAT(DATEDOC,PRIM) FROM JOURNAL"), "2026-10-31 17:00:00важно");
+  EXPECT_EQ(shop_.Value("SELECT CONCAT(DATEDOC,PRIM,KLIENT) FROM JOURNAL"), "2026-10-31 17:00:00важноООО");
+  Open(DocType::kIncoming);
+  EXPECT_EQ(form.TextPrim->Text() + form.TextKlient->Text(), "") << "a new document has nothing of the last one";
 }
 
 TEST_F(DocumentsTest, AnInventoryBringsTheRegisterToTheCount) {
@@ -275,7 +279,7 @@ TEST_F(DocumentsTest, AnInventoryBringsTheRegisterToTheCount) {
   Receive(2, 5000, 700000, 1);
   Receive(4, 3000, 30000, 1);
   shop_.Sql("UPDATE TOVAR SET N2=12 WHERE COD=4");
-  Now(5);
+  clock_.Set({{2026, 11, 5}, 12, 34, 56});
   auto& form = static_cast<frmDocIN&>(Open(DocType::kInventory));
   const auto lines = [&] {
     Texts all;
@@ -290,6 +294,8 @@ TEST_F(DocumentsTest, AnInventoryBringsTheRegisterToTheCount) {
                                                    {"Кухня1", {"Вино 5,000 5,000", "Вода 3,000 3,000"}},
                                                    {"Кухня2", {}},  // there is only a product without balance
                                                    {"", {"Чай 10,000 10,000", "Вино 5,000 5,000", "Вода 3,000 3,000"}}};
+  Pick(DocType::kInventory, 2, 1000, 0);
+  EXPECT_EQ(lines(), Texts{"Вино 5,000 1,000"});
   for (const auto& [place, found] : kPlaces) {
     Click(form.CmdClear);
     Type(form.ComboLoc, place);
@@ -321,7 +327,7 @@ TEST_F(DocumentsTest, AnInventoryBringsTheRegisterToTheCount) {
   Post(form);
   const int id = form.DocId;
   EXPECT_EQ(Head(id),
-            "ИНВЕНТАРИЗАЦИЯ|2026-11-05 23:59:00|294250||сформ 05.11.2026 12:00:00 " + std::string(24, 'z') + "|OK|0");
+            "ИНВЕНТАРИЗАЦИЯ|2026-11-05 23:59:00|294250||сформ 05.11.2026 12:34:56 " + std::string(24, 'z') + "|OK|0");
   EXPECT_EQ(Register(id), Texts{"4 1 -1500 -120000 8500 0 2026-11-05 23:59:00 1 0"});
   EXPECT_EQ(shop_.Value(fmt::format("SELECT COUNT(*) FROM DOCINVENT WHERE DOC={}", id)), "3");
   for (const Button* off : {&form.CmdDat, &form.CmdClear, &form.CmdClearFakt, &form.CmdDownlFakt}) {
@@ -367,6 +373,7 @@ TEST_F(DocumentsTest, APriceChangeIsForGood) {
   Post(form);
   EXPECT_EQ(shop_.Column("SELECT CONCAT(COD,' ',PRISE) FROM TOVAR ORDER BY COD"),
             (Texts{"1 13000", "2 102", "3 10000", "4 500"}));
+  EXPECT_TRUE(faults_.Statements().back().starts_with("UPDATE JOURNAL SET RUN='OK'")) << "when all prices are in force";
   EXPECT_EQ(Head(form.DocId), "Переоценка|2026-11-12 12:00:00|0||" + std::string(24, 'n') + "|OK|0");
   EXPECT_FALSE(form.RUNButton.Enabled());
   const int id = form.DocId;
@@ -387,13 +394,14 @@ TEST_F(DocumentsTest, ADailyReportClosesTheShift) {
       "(3,'Доставка',1000,100000,100000,0,'2026-11-11 13:00:00',1,5),"
       "(4,'Вода',-1000,40000,-40000,0,'2026-11-11 13:00:00',1,6),"  // more returned than sold
       "(4,'Вода',1000,40000,40000,0,'2026-11-12 07:59:59',1,7),"    // the shift's last second isn't taken
-      "(4,'Вода',1000,40000,40000,0,'2026-11-11 07:59:59',1,8)");
+      "(4,'Вода',1000,40000,40000,0,'2026-11-11 07:59:59',1,8),"
+      "(4,'Вода',9000,40000,40000,0,'2026-11-12 08:00:00',1,9)");  // the next shift's
   Receive(1, 10000, 80000, 1);
   Now(12);
   auto& form = static_cast<frmDocDO&>(Open(DocType::kDailyReport));
   EXPECT_EQ(form.TextDate.Caption(), "11.11.2026") << "prepared for yesterday";
   EXPECT_EQ(form.Combo1.Text(), "8");
-  EXPECT_FALSE(form.RUNButton.Enabled());
+  EXPECT_FALSE(form.RUNButton.Enabled() || form.mnuRun->Enabled());
   Click(form.CmdDat);
   Texts lines;
   for (int row = 1; row <= form.DataGrid7.Rows(); ++row) {
@@ -405,7 +413,7 @@ TEST_F(DocumentsTest, ADailyReportClosesTheShift) {
   EXPECT_EQ(lines, (Texts{"1 1,000 108,45 108,45 7", "1 3,000 120,50 361,50 0", "2 0,500 950,00 475,00 0",
                           "3 1,000 100,00 100,00 0", "4 -1,000 40,00 -40,00 0"}));
   EXPECT_EQ(form.LblSum.value().Caption(), "1\u00A0004,95");
-  EXPECT_TRUE(form.RUNButton.Enabled());
+  EXPECT_TRUE(form.RUNButton.Enabled() && form.mnuRun->Enabled());
 
   Post(form);
   EXPECT_FALSE(form.CmdDat.IsUsable());  // what is posted isn't gathered anew
@@ -476,8 +484,11 @@ TEST_F(DocumentsTest, ADailyReportClosesTheShift) {
   });
   desktop_.Expect("Нет продаж!");
   Click(form.CmdDat);
-  EXPECT_FALSE(form.RUNButton.Enabled());
+  EXPECT_FALSE(form.RUNButton.Enabled() || form.mnuRun->Enabled());
   EXPECT_EQ(form.DataGrid7.Rows(), 0);
+  shop_.Sql("INSERT INTO JOURNAL (DTYPE,DATEDOC,RUN) VALUES ('Дневной Отчёт','2026-10-01 23:00:00','1')");
+  desktop_.Expect("Существует проведённый Дневной Отчёт за 01.10.2026!", BoxAnswer::kOk, BoxIcon::kCritical);
+  Click(form.CmdDat);
 }
 
 }  // namespace

@@ -78,6 +78,7 @@ class Reserve : public ProgramTest {
     Open();
     Click(Screen().CmdConn1);
     ASSERT_TRUE(Screen().Frame2.Enabled());
+    ASSERT_EQ(app_->TheSession.ConnReserve.ConnectionTimeout, 1800);
     app_->TheSession.ConnReserve.SetFaultSource(&reserve_faults_);
     faults_.Forget();
   }

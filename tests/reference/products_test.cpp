@@ -43,6 +43,17 @@ class Products : public ProgramTest {
 
   CatalogueTab& Tab() { return app_->Main.Catalogue; }
   frmPLU& Card() { return app_->ProductCard; }
+  /// Name, price, place, workshop, category, excise, tax, weighed, scales, parts, portion, barcode, classification,
+  /// service.
+  Texts CardValues() {
+    return {Card().TextName.Text(), Card().TextPrise.Text(),
+            Card().Combo1.Text(),   Card().Combo2.Text(),
+            Card().Combo3.Text(),   Card().Combo4.Text(),
+            Card().Combo5.Text(),   Card().CheckVes.Value() ? "+" : "-",
+            Card().TextVes.Text(),  Card().TextKVP.Text(),
+            Card().TextVol.Text(),  Card().TextBar.Text(),
+            Card().TextUkt.Text(),  Card().CheckUsl.Value() ? "+" : "-"};
+  }
   frmPLUpodb& Picker() { return app_->Picker; }
   frmPLUdial& Dialog() { return app_->PickDialog; }
 
@@ -263,6 +274,12 @@ TEST_F(Products, ACardIsSavedInItsOrder) {
   EXPECT_TRUE(sent[3].ends_with("ORDER BY NAME"));
   EXPECT_EQ(Tab().DataGrid1[0].CurrentText("Cod"), "8") << "the list stands on the saved product";
   EXPECT_EQ(Tab().TextFind[0].Text(), "");
+  // The next new one has nothing of it.
+  desktop_.InModal([&](Form&) {
+    EXPECT_EQ(CardValues(), (Texts{"", "0,00", "Бар", "", "0", "", "0", "-", "0", "0", "0", "", "", "-"}));
+    Press(Card().TextName, "Esc");
+  });
+  Click(Tab().CmdNew);
 }
 
 TEST_F(Products, ACardShowsWhatTheBaseHolds) {
@@ -270,17 +287,6 @@ TEST_F(Products, ACardShowsWhatTheBaseHolds) {
   struct Shown {
     int row;
     Texts values;
-  };
-  // name, price, place, workshop, category, excise, tax, weighed, scales, parts, portion, barcode, classification,
-  // service
-  const auto values = [&] {
-    return Texts{Card().TextName.Text(), Card().TextPrise.Text(),
-                 Card().Combo1.Text(),   Card().Combo2.Text(),
-                 Card().Combo3.Text(),   Card().Combo4.Text(),
-                 Card().Combo5.Text(),   Card().CheckVes.Value() ? "+" : "-",
-                 Card().TextVes.Text(),  Card().TextKVP.Text(),
-                 Card().TextVol.Text(),  Card().TextBar.Text(),
-                 Card().TextUkt.Text(),  Card().CheckUsl.Value() ? "+" : "-"};
   };
   const Shown kShown[] = {
       {3,
@@ -292,7 +298,7 @@ TEST_F(Products, ACardShowsWhatTheBaseHolds) {
   for (const Shown& shown : kShown) {
     GoTo(Tab().DataGrid1[0], shown.row);
     desktop_.InModal([&](Form&) {
-      EXPECT_EQ(values(), shown.values);
+      EXPECT_EQ(CardValues(), shown.values);
       EXPECT_EQ(Card().Caption(), "Карточка товара: " + shown.values[0]);
       EXPECT_EQ(desktop_.Focused(), &Card().TextPrise);
       EXPECT_EQ(Card().TextPrise.SelLength(), static_cast<int>(shown.values[1].size()));
@@ -310,7 +316,8 @@ TEST_F(Products, ACardShowsWhatTheBaseHolds) {
   desktop_.InModal([&](Form&) {
     EXPECT_EQ(Card().LabelCod.Caption(), "8");
     EXPECT_EQ(Card().Caption(), "Карточка товара: - НОВЫЙ");
-    EXPECT_EQ(values(), (Texts{"чайник", "0,00", "Кухня-2", "Цех-2", "0", "", "1", "-", "0", "7", "55", "", "", "+"}))
+    EXPECT_EQ(CardValues(),
+              (Texts{"чайник", "0,00", "Кухня-2", "Цех-2", "0", "", "1", "-", "0", "7", "55", "", "", "+"}))
         << "a copy takes all but the barcode";
     EXPECT_EQ(desktop_.Focused(), &Card().TextName);
     Type(Card().TextPrise, "-1,50");

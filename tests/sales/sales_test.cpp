@@ -204,7 +204,9 @@ TEST_F(Sales, AFiscalFilterKeepsToThePeriodLastShown) {
   desktop_.UserAction([&] { tab.CheckFP1.UserTick(true); });
   Click(tab.CmdPlus);
   desktop_.UserAction([&] { tab.Month0.UserPick({2026, 11, 1}); });
+  Type(tab.Text5, "7");
   Click(tab.CmdFisk);
+  EXPECT_EQ(tab.Text5.Text(), "");
   EXPECT_EQ(app_->TheSession.ShiftPeriod.From, "2026-11-12 08:00:00");
   EXPECT_EQ(tab.LblInf.Caption(), "01.11.2026 фискальные ФП-1:Акцизный");
   Click(tab.CmdNOpl);
@@ -292,7 +294,9 @@ TEST_F(Sales, TheLastTwoDigitsNameTheTerminalOfAnOrder) {
   for (const auto& [typed, used] : kTerminals) {
     Type(tab.Text2, "12");
     Type(tab.Text7, typed);
+    Type(tab.Text5, "7");
     Click(tab.CmdFilCheck);
+    EXPECT_EQ(tab.Text5.Text(), "");
     EXPECT_EQ(Sent().at(0), fmt::format("sales WHERE NUM = 12 AND TER={} ORDER BY DATETIME", used)) << typed;
     EXPECT_EQ(tab.LblInf.Caption(), "заказ № 12");
     EXPECT_EQ(tab.Text7.Text(), typed);
