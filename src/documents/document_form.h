@@ -32,7 +32,7 @@ struct DocumentServices {
 /// when a save fails it stays open to be mended.
 class DocumentForm : public Form {
  public:
-  // Set by who opens the form.
+  // Set before the form is shown, by what opens it: the menu or the journal.
   std::int32_t DocId = -1;          ///< JOURNAL.ID; -1 a new document
   std::optional<DateTime> DocDate;  ///< JOURNAL.DATEDOC
   bool DocRun = false;              ///< posted

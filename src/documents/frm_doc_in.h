@@ -27,7 +27,8 @@ class frmDocIN final : public OwnLinesDocument {
   Label LblOst{*this, "LblOst"};
   Label LblOstR{*this, "LblOstR"};
 
-  /// Loads counts from a file into a new document, and writes the counted lines into one; set by who knows the screens.
+  /// Loads counts from a file into a new document, and writes the counted lines into one; set by the application, which
+  /// knows the other screens.
   std::function<void()> LoadCounts;
   std::function<void(const Recordset& lines)> ExportLines;
 

@@ -50,7 +50,7 @@ class TransferDocument : public LineDocument {
  public:
   Button CmdDownl{*this, "CmdDownl"};
 
-  /// Loads lines from a file into the open document; set by who knows the screens.
+  /// Loads lines from a file into the open document; set by the application.
   std::function<void()> LoadFromFile;
 
  protected:
