@@ -54,134 +54,6 @@ class Sales : public ProgramTest {
   }
 };
 
-TEST_F(Sales, EachFilterSendsItsStatements) {
-  Start();
-  const std::string kSum = "SELECT SUM(KOL*PRISE/1000-SKID) FROM PROD";
-  const std::string kSumAndQuantity = "SELECT SUM(KOL*PRISE/1000-SKID), SUM(KOL) FROM PROD";
-  const std::string kShift = " AND DATETIME > 'F' AND DATETIME < 'U'";
-  const std::string kShiftOfOrders = " AND PROD.DATETIME > 'F' AND PROD.DATETIME < 'U'";
-  const std::string kTail = " ORDER BY DATETIME";
-  const std::string kOrders = " GROUP BY KASSA.NUM ORDER BY PROD.DATETIME";
-  SalesTab& tab = Tab();
-  const auto field = [&](TextBox& box, Button& button) {
-    return [&] {
-      Type(box, "3");
-      Click(button);
-    };
-  };
-  const auto fiscal = [&](bool first, bool second) {
-    return [&, first, second] {
-      desktop_.UserAction([&] { tab.CheckFP1.UserTick(first); });
-      desktop_.UserAction([&] { tab.CheckFP2.UserTick(second); });
-      Click(tab.CmdFisk);
-    };
-  };
-  struct Case {
-    const char* name;
-    int grid;
-    bool all;
-    std::function<void()> act;
-    std::vector<std::string> sent;
-  };
-  const Case kCases[] = {
-      {"terminal",
-       0,
-       false,
-       field(tab.Text7, tab.CmdTerm),
-       {"sales WHERE TER = 3" + kShift + kTail, "orders AND KASSA.TER = 3" + kShiftOfOrders + kOrders,
-        kSum + " WHERE TER = 3" + kShift + kTail}},
-      {"terminal, all",
-       0,
-       true,
-       field(tab.Text7, tab.CmdTerm),
-       {"sales WHERE TER = 3" + kTail, "orders AND KASSA.TER = 3" + kOrders, kSum + " WHERE TER = 3" + kTail}},
-      {"terminal's deletions",
-       1,
-       false,
-       field(tab.Text7, tab.CmdTerm),
-       {"deletions WHERE SPION.TER = 3 AND SPION.DATETIME LIKE '12.11.2026%'",
-        "orders AND KASSA.TER = 3" + kShiftOfOrders + kOrders, kSum + " WHERE TER = 3" + kShift + kTail}},
-      {"terminal in detail",
-       2,
-       false,
-       field(tab.Text7, tab.CmdTerm),
-       {"detail AND KASSA.TER = 3" + kShiftOfOrders + kOrders, "orders AND KASSA.TER = 3" + kShiftOfOrders + kOrders,
-        kSum + " WHERE TER = 3" + kShift + kTail}},
-      {"cashier's deletions, all",
-       1,
-       true,
-       field(tab.Text3, tab.CmdOfc),
-       {"deletions WHERE SPION.KAS = 3", "orders AND KASSA.PERS = 3" + kOrders, kSum + " WHERE PERS = 3" + kTail}},
-      {"product",
-       0,
-       false,
-       field(tab.Text1, tab.CmdFiltr),
-       {"sales WHERE COD = 3" + kShift + kTail, kSumAndQuantity + " WHERE COD = 3" + kShift + kTail}},
-      {"product's deletions, all",
-       1,
-       true,
-       field(tab.Text1, tab.CmdFiltr),
-       {"deletions WHERE SPION.COD = 3", kSumAndQuantity + " WHERE COD = 3" + kTail}},
-      {"card",
-       0,
-       false,
-       field(tab.Text5, tab.CmdDKart),
-       {"sales WHERE REZ = 3" + kShift + kTail, "orders AND KASSA.N5 = 3" + kShiftOfOrders + kOrders,
-        "SELECT SUM(KOL*PRISE/1000) FROM PROD WHERE REZ = 3" + kShift + kTail}},
-      {"not closed",
-       2,
-       false,
-       [&] { Click(tab.CmdNOpl); },
-       {"detail AND KASSA.N4<3" + kShiftOfOrders + kOrders, "orders AND KASSA.N4<3" + kShiftOfOrders + kOrders,
-        kSumAndQuantity + " WHERE N4<3" + kShift + kTail}},
-      {"not closed, all",
-       0,
-       true,
-       [&] { Click(tab.CmdNOpl); },
-       {"sales WHERE N4<3" + kTail, "orders AND KASSA.N4<3" + kOrders, kSumAndQuantity + " WHERE N4<3" + kTail}},
-      {"first register",
-       0,
-       false,
-       fiscal(true, false),
-       {"sales WHERE N6=1" + kShift + kTail, "orders AND KASSA.N6 IS NOT NULL" + kShiftOfOrders + kOrders,
-        kSumAndQuantity + " WHERE N6=1" + kShift + kTail}},
-      {"second register in detail, all",
-       2,
-       true,
-       fiscal(false, true),
-       {"detail AND KASSA.N6 IS NOT NULL" + kOrders, "orders AND KASSA.N6 IS NOT NULL" + kOrders,
-        kSumAndQuantity + " WHERE N6=2" + kTail}},
-      {"both registers over the deletions",
-       1,
-       true,
-       fiscal(true, true),
-       {"orders AND KASSA.N6 IS NOT NULL" + kOrders, kSumAndQuantity + " WHERE N6 IS NOT NULL" + kTail}},
-      {"order",
-       2,
-       false,
-       [&] {
-         Type(tab.Text7, "3");
-         Type(tab.Text2, "12");
-         Press(tab.Text2, Key::kEnter);
-       },
-       {"sales WHERE NUM = 12 AND TER=3" + kTail, "orders AND KASSA.NUM = 12 AND KASSA.TER=3" + kOrders,
-        kSumAndQuantity + " WHERE NUM = 12 AND TER=3"}},
-  };
-  for (const Case& one : kCases) {
-    SCOPED_TRACE(one.name);
-    if (one.all) {
-      Click(tab.CmdAll);
-    } else {
-      Click(tab.CmdPlus);
-      desktop_.UserAction([&] { tab.Month0.UserPick({2026, 11, 12}); });
-    }
-    Click(tab.CmdDG.at(static_cast<std::size_t>(one.grid)));
-    Sent();
-    one.act();
-    EXPECT_EQ(Sent(), one.sent);
-  }
-}
-
 TEST_F(Sales, ExciseNarrowsTheSoldLinesOfAShiftAndOfAll) {
   Start();
   SalesTab& tab = Tab();
@@ -295,9 +167,11 @@ TEST_F(Sales, TheLastTwoDigitsNameTheTerminalOfAnOrder) {
     Type(tab.Text2, "12");
     Type(tab.Text7, typed);
     Type(tab.Text5, "7");
-    Click(tab.CmdFilCheck);
+    Press(tab.Text2, Key::kEnter);
     EXPECT_EQ(tab.Text5.Text(), "");
-    EXPECT_EQ(Sent().at(0), fmt::format("sales WHERE NUM = 12 AND TER={} ORDER BY DATETIME", used)) << typed;
+    const std::vector<std::string> sent = Sent();
+    EXPECT_EQ(sent.at(0), fmt::format("sales WHERE NUM = 12 AND TER={} ORDER BY DATETIME", used)) << typed;
+    EXPECT_TRUE(sent.at(1).starts_with(fmt::format("orders AND KASSA.NUM = 12 AND KASSA.TER={} ", used))) << sent.at(1);
     EXPECT_EQ(tab.LblInf.Caption(), "заказ № 12");
     EXPECT_EQ(tab.Text7.Text(), typed);
   }
