@@ -227,8 +227,9 @@ class RegisterCheck {
         connection_);
     for (int at = 1; at <= open.RecordCount(); ++at) {
       findings_.Add(Fault::kOpenDocument,
-                    open.At(at, 1).Int() < 0 ? open.At(at, 0).Text()
-                                             : kDocumentKinds.at(static_cast<std::size_t>(open.At(at, 1).Int())).dtype);
+                    open.At(at, 1).Int() < 0
+                        ? open.At(at, 0).Text()
+                        : std::string(kDocumentKinds.at(static_cast<std::size_t>(open.At(at, 1).Int())).dtype));
     }
     Recordset lines;
     lines.Open(

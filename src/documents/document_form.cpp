@@ -17,8 +17,8 @@ namespace {
 
 constexpr Colour kLampPosted = 65280;
 constexpr Colour kLampOpen = 255;
-constexpr const char* kNotSaved = "Документ НЕ сохранён.";
-constexpr const char* kNotAdded = "Строка НЕ добавлена.";
+constexpr std::string_view kNotSaved = "Документ НЕ сохранён.";
+constexpr std::string_view kNotAdded = "Строка НЕ добавлена.";
 
 template <class T>
 void MakeIfDefined(DocumentForm& form, std::optional<T>& control, const char* name) {
@@ -28,7 +28,7 @@ void MakeIfDefined(DocumentForm& form, std::optional<T>& control, const char* na
 }  // namespace
 
 DocumentForm::DocumentForm(Desktop& desktop, DocType type, const DocumentServices& services)
-    : Form(desktop, KindOf(type).form),
+    : Form(desktop, std::string(KindOf(type).form)),
       kind_(KindOf(type)),
       session_(services.session),
       stock_(services.stock),
@@ -171,12 +171,12 @@ void DocumentForm::BroadcastReciever(std::int32_t cod, std::int32_t kol, std::in
   }
 }
 
-bool DocumentForm::SumFits(std::int64_t sum, const char* what) {
+bool DocumentForm::SumFits(std::int64_t sum, std::string_view what) {
   if (!FitsTables(sum)) TellTooLarge(what);
   return FitsTables(sum);
 }
 
-void DocumentForm::TellTooLarge(const char* what) {
+void DocumentForm::TellTooLarge(std::string_view what) {
   TheDesktop().MsgBox(
       fmt::format("Сумма больше {}: в документ она не помещается!\n\r{}",
                   session_.Format().FormatNumber(std::numeric_limits<std::int32_t>::max() / 10 / 100.0, 2), what),
@@ -377,7 +377,7 @@ std::string DocumentForm::NowText() const {
   return session_.Format().DateTimeText(session_.TheClock().Now());
 }
 
-void DocumentForm::Busy(const char* text) {
+void DocumentForm::Busy(std::string_view text) {
   LblInf.Caption = text;
   LblInf.Repaint();
 }

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "core/session.h"
 #include "documents/frm_registr.h"
@@ -126,9 +127,9 @@ class DocumentForm : public Form {
   /// Is a line to be added? Not to a posted document, over which the picker may stay open.
   bool TakesLines();
   /// Does JOURNAL.SUMM hold `sum`? Else the operator is told that `what` hasn't happened.
-  bool SumFits(std::int64_t sum, const char* what);
-  void TellTooLarge(const char* what);
-  void Busy(const char* text);
+  bool SumFits(std::int64_t sum, std::string_view what);
+  void TellTooLarge(std::string_view what);
+  void Busy(std::string_view text);
   std::string Amount(std::int64_t thousandths) const;
   /// Asks quantity and price of a line again; on OK it is added as a new one.
   void AskFor(const KnownProduct& product) { dialog_.AskFor(product, NumberOf(kind_.type)); }

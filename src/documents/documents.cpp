@@ -45,7 +45,7 @@ DocumentForm* Documents::FormOf(std::string_view dtype) {
 void Documents::OpenNew(DocType type) {
   DocumentForm& form = Form(type);
   if (form.DocOpen) {
-    desktop_.MsgBox(form.Kind().open_already);
+    desktop_.MsgBox(std::string(form.Kind().open_already));
     return;
   }
   form.Leave();  // one that couldn't be opened leaves nothing to the new one

@@ -16,17 +16,17 @@ namespace zrt {
 
 namespace {
 
-constexpr const char* kGrid =
+constexpr std::string_view kGrid =
     "SELECT COD As 'Cod',NAME As 'Name',ROUND(KOL/1000,3) As 'Value',ROUND(PRISE/1000,3) As 'Price',"
     "ROUND(COST/1000,3) As 'Summ',REZ As 'Card',ID FROM DOCUMENT WHERE TYP=";
 
 // The aliases stand in backticks: quoted ones are constants to present servers, which would make one row of it all.
-constexpr const char* kSold =
+constexpr std::string_view kSold =
     "SELECT COD As 'Код',NAME,SUM(KOL),ROUND(SUM2/KOL*1000) As 'Цена',SUM(SUM2),REZ As 'ДКарта' FROM PROD WHERE"
     " DATETIME >= '{}' AND DATETIME < '{}' GROUP BY `Код`,`Цена`,`ДКарта` ORDER BY `Код`";
 
 constexpr int kHours = 24;
-constexpr const char* kNotGathered = "Продажи НЕ выбраны.";
+constexpr std::string_view kNotGathered = "Продажи НЕ выбраны.";
 
 std::string TwoDigits(int hour) {
   return Right("0" + std::to_string(hour), 2);

@@ -17,7 +17,7 @@ namespace {
 
 using Align = GridColumn::Align;
 
-constexpr const char* kLines =
+constexpr std::string_view kLines =
     "SELECT COD As 'Cod',NAME As 'Name',ROUND(OST/1000,3) As 'Balance',ROUND(KOL/1000,3) As 'Actual',"
     "ROUND((KOL-OST)/1000,3) As 'Differ',ROUND(PRC/1000,3) As 'Purshase',ROUND(PRCR/1000,3) As 'Retail',"
     "ROUND((KOL-OST)*PRC/1000000,3) As 'DiffPurshase',ROUND((KOL-OST)*PRCR/1000000,3) As 'DiffRetail',ID FROM "
@@ -26,8 +26,8 @@ constexpr const char* kLines =
 
 /// Places of the catalogue by the first digit of their code.
 struct Place {
-  const char* name;
-  const char* condition;
+  std::string_view name;
+  std::string_view condition;
 };
 constexpr std::array<Place, 4> kPlaces = {{{"Бар", " WHERE N2=0"},
                                            {"Кухня1", " WHERE LEFT(N2,1)=1"},
@@ -55,7 +55,7 @@ frmDocIN::frmDocIN(Desktop& desktop, const DocumentServices& services)
 
 void frmDocIN::Form_Load() {
   ComboLoc.AddItem("");
-  for (const Place& place : kPlaces) ComboLoc.AddItem(place.name);
+  for (const Place& place : kPlaces) ComboLoc.AddItem(std::string(place.name));
 }
 
 void frmDocIN::PrepareNew() {

@@ -16,7 +16,7 @@ namespace {
 
 using Align = GridColumn::Align;
 
-constexpr const char* kLines =
+constexpr std::string_view kLines =
     "SELECT COD As 'Cod',NAME As 'Name',ROUND(PRC1/1000,3) As 'OldPrice',"
     "ROUND(PRC2/1000,3) As 'NewPrice',ID FROM DOCPRICE WHERE DOC=";
 /// How much of a new document's note the journal takes: half of what it takes of a saved one.

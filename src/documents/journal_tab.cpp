@@ -20,11 +20,7 @@ using Align = GridColumn::Align;
 }  // namespace
 
 JournalTab::JournalTab(Form& form, Session& session, Documents& documents)
-    : FrameJourn(form, "FrameJourn"),
-      DataGrid6(form, "DataGrid6"),
-      form_(form),
-      session_(session),
-      documents_(documents) {
+    : FormSection(form), session_(session), documents_(documents) {
   DataGrid6.DblClick = [this] { OpenDocument(); };
   DataGrid6.KeyDown = [this](Key& key) {
     if (key.code == Key::kEnter) OpenDocument();
@@ -66,7 +62,7 @@ void JournalTab::OpenDocument() {
   DocumentForm* const form = documents_.FormOf(journal.Field("Document").TextOrEmpty());
   if (form == nullptr) return;
   if (documents_.Form(form->Kind().journal_looks_at).DocOpen) {
-    form_.TheDesktop().MsgBox(form->Kind().open_already_in_journal);
+    TheDesktop().MsgBox(std::string(form->Kind().open_already_in_journal));
     return;
   }
   if (form->IsLoaded() && !LeaveFor(journal.Field("Num").Text(), *form)) return;
@@ -91,16 +87,16 @@ bool JournalTab::LeaveFor(const std::string& number, DocumentForm& form) {
   return !journal.Eof();
 }
 
-bool JournalTab::PasswordIsRight(const char* title) {
-  Desktop& desktop = form_.TheDesktop();
+bool JournalTab::PasswordIsRight(const std::string& title) {
+  Desktop& desktop = TheDesktop();
   if (desktop.AskPassword("Введите пароль системного администратора", title) == kAdministratorPassword) return true;
   desktop.MsgBox("Пароль неверный!", BoxIcon::kCritical);
   return false;
 }
 
 void JournalTab::DeleteOneDoc() {
-  constexpr const char* kTitle = "Удаление ОДНОГО документа";
-  Desktop& desktop = form_.TheDesktop();
+  const std::string kTitle = "Удаление ОДНОГО документа";
+  Desktop& desktop = TheDesktop();
   const std::string answer = desktop.InputBox("Введите номер документа", kTitle);
   if (answer.empty()) return;
   const std::optional<double> number = session_.Format().ParseNumber(answer);
@@ -134,7 +130,7 @@ void JournalTab::DeleteOneDoc() {
 }
 
 void JournalTab::DeleteAllDocs() {
-  Desktop& desktop = form_.TheDesktop();
+  Desktop& desktop = TheDesktop();
   if (desktop.MsgBox("Удалить ВСЕ документы  и очистить регистр остатков?", BoxIcon::kQuestion,
                      BoxButtons::kOkCancel) != BoxAnswer::kOk) {
     return;

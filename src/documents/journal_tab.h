@@ -11,12 +11,12 @@
 namespace zrt {
 
 /// The journal of stock documents in the main window; there only with a stock register.
-class JournalTab {
+class JournalTab : public FormSection {
  public:
   JournalTab(Form& form, Session& session, Documents& documents);
 
-  Frame FrameJourn;
-  DataGrid DataGrid6;
+  Frame FrameJourn{form_, "FrameJourn"};
+  DataGrid DataGrid6{form_, "DataGrid6"};
 
   /// Opens the journal at start, on its newest document. Throws DatabaseError.
   void FirstFill();
@@ -37,11 +37,10 @@ class JournalTab {
   /// `form` leaves what it shows, as closing does, and the journal stands on document `number` again. False when the
   /// form stays or the document is gone.
   bool LeaveFor(const std::string& number, DocumentForm& form);
-  bool PasswordIsRight(const char* title);
+  bool PasswordIsRight(const std::string& title);
   void ShowNewest();
   void FormatJournalGrid();
 
-  Form& form_;
   Session& session_;
   Documents& documents_;
 };

@@ -1,5 +1,7 @@
 #include "documents/line_document.h"
 
+#include <fmt/format.h>
+
 #include <array>
 #include <cstdint>
 #include <optional>
@@ -13,17 +15,17 @@ namespace {
 
 using Align = GridColumn::Align;
 
-constexpr const char* kPlainGrid =
+constexpr std::string_view kPlainGrid =
     "SELECT COD As 'Cod',NAME As 'Name',ROUND(KOL/1000,3) As 'Value',ROUND(PRISE/1000,3) As 'Retail',"
     "ROUND(COST/1000,3) As 'Summ',ID FROM DOCUMENT WHERE TYP=";
-constexpr const char* kIncomingGrid =
+constexpr std::string_view kIncomingGrid =
     "SELECT COD As 'Cod',NAME As 'Name',ROUND(KOL/1000,3) As 'Value',ROUND(PRISE/1000,3) As 'Purchase',"
     "ROUND(COST/1000,3) As 'Summ',ROUND(REZ/1000,3) As 'Retail',ROUND(REZ/PRISE-1,3) As 'Markup',ID FROM DOCUMENT "
     "WHERE TYP=";
 
 }  // namespace
 
-LineDocument::LineDocument(Desktop& desktop, DocType type, const DocumentServices& services, const char* grid)
+LineDocument::LineDocument(Desktop& desktop, DocType type, const DocumentServices& services, std::string_view grid)
     : DocumentForm(desktop, type, services), grid_(grid) {}
 
 void LineDocument::OpenLines(std::int32_t doc) {
@@ -31,7 +33,7 @@ void LineDocument::OpenLines(std::int32_t doc) {
 }
 
 void LineDocument::GetNewTableDoc() {
-  ReadLines(grid_ + std::to_string(store_.Key()));
+  ReadLines(fmt::format("{}{}", grid_, store_.Key()));
 }
 
 void LineDocument::GetTableDoc(std::int32_t doc) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <string_view>
 
 #include "documents/document_form.h"
 
@@ -11,7 +12,7 @@ namespace zrt {
 /// query of the lines up to the value of TYP.
 class LineDocument : public DocumentForm {
  public:
-  LineDocument(Desktop& desktop, DocType type, const DocumentServices& services, const char* grid);
+  LineDocument(Desktop& desktop, DocType type, const DocumentServices& services, std::string_view grid);
 
   void SumRefresh() override;
 
@@ -26,7 +27,7 @@ class LineDocument : public DocumentForm {
   void ChangeLine() override;
 
  private:
-  const char* grid_;
+  std::string_view grid_;
 };
 
 class frmDocPrN final : public LineDocument {

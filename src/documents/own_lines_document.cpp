@@ -1,5 +1,7 @@
 #include "documents/own_lines_document.h"
 
+#include <fmt/format.h>
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -8,12 +10,13 @@
 
 namespace zrt {
 
-OwnLinesDocument::OwnLinesDocument(Desktop& desktop, DocType type, const DocumentServices& services, const char* grid)
+OwnLinesDocument::OwnLinesDocument(Desktop& desktop, DocType type, const DocumentServices& services,
+                                   std::string_view grid)
     : DocumentForm(desktop, type, services), grid_(grid) {}
 
 void OwnLinesDocument::OpenLines(std::int32_t doc) {
   store_.UseDoc(doc);
-  ReadLines(grid_ + std::to_string(store_.Key()));
+  ReadLines(fmt::format("{}{}", grid_, store_.Key()));
 }
 
 void OwnLinesDocument::ChangeLine() {

@@ -13,7 +13,7 @@ namespace zrt {
 class OwnLinesDocument : public DocumentForm {
  protected:
   /// `grid` is the query of the lines up to the number.
-  OwnLinesDocument(Desktop& desktop, DocType type, const DocumentServices& services, const char* grid);
+  OwnLinesDocument(Desktop& desktop, DocType type, const DocumentServices& services, std::string_view grid);
 
   void OpenLines(std::int32_t doc) override;
   void ChangeLine() override;
@@ -28,7 +28,7 @@ class OwnLinesDocument : public DocumentForm {
   std::int32_t LinesDoc() const { return store_.Doc(); }
 
  private:
-  const char* grid_;
+  std::string_view grid_;
 };
 
 }  // namespace zrt

@@ -158,7 +158,7 @@ ReportTable FormTabRun::DocumentTable(const Recordset& documents, std::int32_t c
     const std::optional<Column> column = ColumnOf(kind, kol);
     if (column) moves.at(*column) = Quantity(Add(sums, *column, kol), format);
     const std::int64_t after = documents.At(row, kOstkol).Int();
-    table.rows.push_back({column ? kind->dtype : "", documents.At(row, kDoc).Text(),
+    table.rows.push_back({std::string(column ? kind->dtype : ""), documents.At(row, kDoc).Text(),
                           documents.At(row, kDatedoc).Display(format), Quantity(balance, format), moves[kIncome],
                           moves[kSales], moves[kOtherOut], Quantity(after, format)});
     balance = after;

@@ -56,12 +56,12 @@ enum class LineExtra { kNone, kRetail, kCard };
 /// the load of lines from files, the check of a shop.
 struct DocumentKind {
   DocType type;
-  const char* form;
-  const char* dtype;          ///< JOURNAL.DTYPE, compared exactly
-  const char* new_caption;    ///< window title of a new document
-  const char* saved_caption;  ///< what the title of a saved one begins with
-  const char* open_already;   ///< refusal of a second document from the menu
-  const char* open_already_in_journal;
+  std::string_view form;
+  std::string_view dtype;          ///< JOURNAL.DTYPE, compared exactly
+  std::string_view new_caption;    ///< window title of a new document
+  std::string_view saved_caption;  ///< what the title of a saved one begins with
+  std::string_view open_already;   ///< refusal of a second document from the menu
+  std::string_view open_already_in_journal;
   DocType journal_looks_at;  ///< the kind whose open document makes the journal refuse
 
   // The head.

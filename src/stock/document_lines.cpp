@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <string_view>
 #include <utility>
 
 #include "core/numbers.h"
@@ -11,24 +12,24 @@ namespace zrt {
 
 namespace {
 
-constexpr const char* kTables[] = {"DOCUMENT", "DOCINVENT", "DOCPRICE"};
+constexpr std::string_view kTables[] = {"DOCUMENT", "DOCINVENT", "DOCPRICE"};
 
-const char* TableOf(const DocumentKind& kind) {
+std::string_view TableOf(const DocumentKind& kind) {
   return kTables[static_cast<std::size_t>(kind.lines)];
 }
 
 /// What a product without a name is called when a document is opened again.
-const char* DeletedProduct(const DocumentKind& kind) {
+std::string_view DeletedProduct(const DocumentKind& kind) {
   return kind.type == DocType::kDailyReport ? "----! УДАЛЕННЫЙ ТОВАР !----" : "-----! УДАЛЕННЫЙ ТОВАР !----";
 }
 
 /// The register's rows of a document as lines: code, name, quantity, price, sum and what REZ holds. What takes stock
 /// out gets its signs turned back; the retail price is the catalogue's of this moment, not of the invoice's.
 std::string ReopenQuery(const DocumentKind& kind, std::int32_t doc) {
-  const char* sign = kind.sign < 0 ? "-" : "";
-  const char* extra = kind.extra == LineExtra::kRetail ? ",TOVAR.PRISE*10"
-                      : kind.extra == LineExtra::kCard ? ",REGISTR.KARD"
-                                                       : "";
+  const std::string_view sign = kind.sign < 0 ? "-" : "";
+  const std::string_view extra = kind.extra == LineExtra::kRetail ? ",TOVAR.PRISE*10"
+                                 : kind.extra == LineExtra::kCard ? ",REGISTR.KARD"
+                                                                  : "";
   return fmt::format(
       "SELECT DISTINCT REGISTR.COD As 'Cod',TOVAR.NAME,{0}REGISTR.KOL,ROUND(REGISTR.SUMM/REGISTR.KOL*1000),"
       "{0}REGISTR.SUMM{1} FROM REGISTR LEFT JOIN TOVAR ON REGISTR.COD=TOVAR.COD WHERE TOVAR.COD1=1 AND "
@@ -161,7 +162,7 @@ void DocumentLines::TakeFromRegister(std::int32_t doc) {
   const bool extra = kind_.extra != LineExtra::kNone;
   for (int row = 1; row <= saved.RecordCount(); ++row) {
     const auto number = [&](int field) { return Number(saved.At(row, field)); };
-    const std::string name = saved.At(row, 1).IsNull() ? DeletedProduct(kind_) : saved.At(row, 1).Text();
+    const std::string name = saved.At(row, 1).IsNull() ? std::string(DeletedProduct(kind_)) : saved.At(row, 1).Text();
     session_.Write(fmt::format("INSERT INTO DOCUMENT (COD,NAME,KOL,PRISE,COST,{}TYP) VALUES ({},'{}',{},{},{},{}{})",
                                extra ? "REZ," : "", number(0), name, number(2), number(3), number(4),
                                extra ? number(5) + "," : "", Key()));
@@ -170,7 +171,7 @@ void DocumentLines::TakeFromRegister(std::int32_t doc) {
 
 std::int64_t DocumentLines::Sum() {
   if (kind_.lines == LinesIn::kDocPrice) return 0;
-  const char* sum = kind_.lines == LinesIn::kDocument ? "SUM(COST)" : "SUM((KOL-OST)*PRCR/1000)";
+  const std::string_view sum = kind_.lines == LinesIn::kDocument ? "SUM(COST)" : "SUM((KOL-OST)*PRCR/1000)";
   const Recordset read = session_.ReadOne(fmt::format("SELECT {} FROM {}", sum, These()));
   return read.IsNull(0) ? 0 : read.Field(0).Int();
 }

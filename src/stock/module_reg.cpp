@@ -196,8 +196,8 @@ void ModuleReg::BroadcastToForm(std::int32_t cod, std::int32_t kol, std::int32_t
   if (const auto found = recievers_.find(form_code); found != recievers_.end()) found->second(cod, kol, price);
 }
 
-std::int32_t ModuleReg::FirstInt32(std::string sql) {
-  session_.BindSet(value_, std::move(sql));
+std::int32_t ModuleReg::FirstInt32(const std::string& sql) {
+  session_.BindSet(value_, sql);
   const bool known = value_.RecordCount() > 0 && !value_.IsNull(0);
   const std::int32_t value = known ? ToInt32(value_.Field(0).Number()) : 0;
   value_.Close();

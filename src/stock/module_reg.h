@@ -81,7 +81,7 @@ class ModuleReg {
   /// Balance and what was sold in the 24 hours from `start`, row by row.
   void CopyToTerminals(const Recordset& catalogue, const std::string& start, const Progress& progress);
   void WriteBalances(std::int32_t doc, Recordset& codes, const std::string& date);
-  std::int32_t FirstInt32(std::string sql);
+  std::int32_t FirstInt32(const std::string& sql);
 
   Session& session_;
   Desktop& desktop_;

@@ -239,7 +239,7 @@ class AwkwardTexts : public testing::Test {
 
   /// `action` with each text, the row it is about being made anew by `before`. With `other`, a second text, for a
   /// window of several fields: what ends one literal may begin in the next field.
-  void ForEachText(const char* place, const std::vector<Meant>& meant,
+  void ForEachText(std::string_view place, const std::vector<Meant>& meant,
                    const std::function<void(const std::string& text, const std::string& other)>& action,
                    const std::vector<std::string>& before = {}) {
     const std::vector<std::string>& texts = AwkwardTextList();
