@@ -37,7 +37,7 @@ TEST(Text, CountsCharactersNotBytes) {
   EXPECT_EQ(Mid("Чай", 3), "й");
   EXPECT_EQ(Mid("Чай", 9), "");
   EXPECT_EQ(Trim("  чай\t "), "чай\t");
-  EXPECT_EQ(ToLower("ЁЛКА Gin"), "ёлка gin");
+  EXPECT_EQ(ToLower("ЀЁЛКА № 🍵 Gin"), "ѐёлка № 🍵 gin");
   EXPECT_TRUE(StartsWithNoCase("Молоко", "мОЛ"));
   EXPECT_FALSE(StartsWithNoCase("Мо", "мол"));
 }

@@ -87,15 +87,6 @@ class EveryMode(unittest.TestCase):
             assert_keeps_its_size(self, form)
             stop(self, program, form)
 
-    def test_without_the_stock_register(self):
-        Shop("--mode", "normal", "--now", EVENING)
-        with Program() as program:
-            form = program.form("Form2")
-            self.assertEqual(form.tabs(), [SALES, REPORT, CATALOGUE, PANELS])
-            self.assertEqual(form.menus(), ["Отчёты", "Обработки", "Настройки", "О программе"])
-            assert_keeps_its_size(self, form)
-            stop(self, program, form)
-
     def test_lite(self):
         shop = Shop("--mode", "lite", "--now", EVENING)
         with Program() as program:
