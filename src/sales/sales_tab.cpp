@@ -456,16 +456,16 @@ void SalesTab::OpenOrders(const std::string& pieces) {
        kOrdersLayout);
 }
 
-void SalesTab::Open(Recordset& set, std::string sql, DataGrid& grid, std::span<const ColumnLayout> layout) {
-  session_.BindSet(set, std::move(sql));
+void SalesTab::Open(Recordset& set, const std::string& sql, DataGrid& grid, std::span<const ColumnLayout> layout) {
+  session_.BindSet(set, sql);
   grid.Bind(set);
   grid.Layout(layout);
   Session::ShowLastRow(set);
 }
 
-void SalesTab::ShowTotal(std::string sql) {
+void SalesTab::ShowTotal(const std::string& sql) {
   Recordset& totals = session_.Pool().RsTotals;
-  session_.BindSet(totals, std::move(sql));
+  session_.BindSet(totals, sql);
   const auto shown = [&](int field, int decimals) {
     if (field >= totals.FieldCount() || totals.IsNull(field)) return std::string();
     return session_.Format().FormatNumber(totals.Field(field).Number() / scale::kProd, decimals);

@@ -123,10 +123,10 @@ class SalesTab : public FormSection {
   void OpenDeletions(const std::string& pieces);
   void OpenOrderDetail(const std::string& pieces);
   void OpenOrders(const std::string& pieces);
-  void Open(Recordset& set, std::string sql, DataGrid& grid, std::span<const ColumnLayout> layout);
+  void Open(Recordset& set, const std::string& sql, DataGrid& grid, std::span<const ColumnLayout> layout);
   /// Opens `sql` on RsTotals and shows its first column, thousandths of money, in LblSum, and its second one,
   /// thousandths of a unit, in LblKol. NULL, and a column that isn't there, leave the label empty.
-  void ShowTotal(std::string sql);
+  void ShowTotal(const std::string& sql);
 
   /// Writes the big grid's table into the folder chosen, or says that there is nothing to write. Throws DatabaseError,
   /// FileError, TypeMismatch; no half file is left then.
