@@ -92,12 +92,18 @@ void frmImpTov::CmdRun_Click() {
 
 void frmImpTov::DownloadTovFromXls(const std::string& path) {
   Say("Microsoft Excel");
-  ReplaceCatalogue(ProductSheet(drives_, path, session_.Format()));
+  ReplaceCatalogue(ReadSheet(path));
 }
 
 void frmImpTov::DownloadTovFromOpOff(const std::string& path) {
   Say("Open Office");
-  ReplaceCatalogue(ProductSheet(drives_, path, session_.Format()));
+  ReplaceCatalogue(ReadSheet(path));
+}
+
+ProductSheet frmImpTov::ReadSheet(const std::string& path) {
+  // Nothing has been touched yet: a large file may be left.
+  StopOffer stop(TheDesktop());
+  return {drives_, path, session_.Format(), [&stop] { stop.Step(); }};
 }
 
 void frmImpTov::ReplaceCatalogue(const ProductSheet& sheet) {

@@ -53,6 +53,8 @@ class frmImpTov final : public Form {
   // list says. All throw FileError when the file can't be read, before anything is deleted, and DatabaseError.
   void DownloadTovFromXls(const std::string& path);
   void DownloadTovFromOpOff(const std::string& path);
+  /// The catalogue in a file, which the operator may leave while it is read. Throws FileError, Stopped.
+  ProductSheet ReadSheet(const std::string& path);
   void ReplaceCatalogue(const ProductSheet& sheet);
   void LoadProducts(const ProductSheet& sheet);
 

@@ -54,8 +54,9 @@ std::string TrimAllBlanks(std::string text) {
 
 }  // namespace
 
-ProductSheet::ProductSheet(const DriveMap& drives, std::string drive_path, const RegionalFormat& format)
-    : drive_path_(std::move(drive_path)), format_(format), sheet_(Spreadsheet::Open(drives, drive_path_)) {
+ProductSheet::ProductSheet(const DriveMap& drives, std::string drive_path, const RegionalFormat& format,
+                           const std::function<void()>& between)
+    : drive_path_(std::move(drive_path)), format_(format), sheet_(Spreadsheet::Open(drives, drive_path_, between)) {
   while (!Trim(sheet_.Cell(kFirstRow + count_, column::kName)).empty()) ++count_;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -16,8 +17,10 @@ class ProductSheet {
  public:
   static constexpr std::int64_t kFirstRow = 2;
 
-  /// Reads the file whole. Throws FileError when it is no spreadsheet that can be read.
-  ProductSheet(const DriveMap& drives, std::string drive_path, const RegionalFormat& format);
+  /// Reads the file whole; `between` as for `Spreadsheet::Open`. Throws FileError when it is no spreadsheet that can be
+  /// read.
+  ProductSheet(const DriveMap& drives, std::string drive_path, const RegionalFormat& format,
+               const std::function<void()>& between = {});
 
   /// Products in the file.
   std::int64_t Count() const { return count_; }

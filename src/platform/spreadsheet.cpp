@@ -29,18 +29,18 @@ std::string ReadFile(const std::filesystem::path& path) {
   return bytes;
 }
 
-SpreadsheetCells ReadZipped(std::string_view file) {
+SpreadsheetCells ReadZipped(std::string_view file, const std::function<void()>& between) {
   const ZipFile zip(file);
   // Protected by a password, a document may have no content beside its manifest.
-  return zip.Has("content.xml") || zip.Has("META-INF/manifest.xml") ? ReadOds(zip) : ReadXlsx(zip);
+  return zip.Has("content.xml") || zip.Has("META-INF/manifest.xml") ? ReadOds(zip, between) : ReadXlsx(zip, between);
 }
 
-SpreadsheetCells Read(const std::filesystem::path& path) {
+SpreadsheetCells Read(const std::filesystem::path& path, const std::function<void()>& between) {
   constexpr std::string_view kZip = "PK\x03\x04";
 
   const std::string file = ReadFile(path);
-  if (file.starts_with(kZip)) return ReadZipped(file);
-  if (file.starts_with(kCompoundFileStart) || file.starts_with(kBareWorkbookStart)) return ReadXls(file);
+  if (file.starts_with(kZip)) return ReadZipped(file, between);
+  if (file.starts_with(kCompoundFileStart) || file.starts_with(kBareWorkbookStart)) return ReadXls(file, between);
   throw BadSpreadsheet(SpreadsheetFault::kOtherKind);
 }
 
@@ -66,9 +66,11 @@ std::string Reason(SpreadsheetFault fault) {
 
 }  // namespace
 
-Spreadsheet Spreadsheet::Open(const DriveMap& drives, std::string_view drive_path) {
+Spreadsheet Spreadsheet::Open(const DriveMap& drives, std::string_view drive_path,
+                              const std::function<void()>& between) {
+  if (between) between();
   try {
-    return Spreadsheet(Read(drives.ToNative(drive_path)));
+    return Spreadsheet(Read(drives.ToNative(drive_path), between));
   } catch (const BadSpreadsheet& bad) {
     throw SpreadsheetError(std::string(drive_path), Reason(bad.fault));
   } catch (const std::bad_alloc&) {

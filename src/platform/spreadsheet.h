@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -26,7 +27,9 @@ class Spreadsheet {
   /// The sheet read is the first one that holds cells, hidden or not; sheets of charts and macros don't count. Throws
   /// SpreadsheetError when the file is missing, can't be read, is damaged anywhere on the way to that sheet, encrypted,
   /// too large or of another kind: nothing half-read is handed out.
-  static Spreadsheet Open(const DriveMap& drives, std::string_view drive_path);
+  /// `between` is called at the beginning and every few thousand cells; what it throws ends the reading.
+  static Spreadsheet Open(const DriveMap& drives, std::string_view drive_path,
+                          const std::function<void()>& between = {});
 
   /// The value of a cell as UTF-8 text; `row` and `column` count from 1. "" for an empty cell and for one beyond the
   /// data. Texts come with all their blanks and line feeds, also those that look like numbers. Numbers have fifteen

@@ -196,7 +196,8 @@ double RkNumber(std::uint32_t rk) {
 
 class WorkbookReader {
  public:
-  explicit WorkbookReader(std::string_view workbook) : workbook_(workbook) {}
+  WorkbookReader(std::string_view workbook, const std::function<void()>& between)
+      : workbook_(workbook), cells_(between) {}
 
   SpreadsheetCells Read() {
     const std::optional<std::uint32_t> sheet = ReadGlobals();
@@ -349,14 +350,14 @@ class WorkbookReader {
 
 }  // namespace
 
-SpreadsheetCells ReadXls(std::string_view file) {
-  if (file.starts_with(kBareWorkbookStart)) return WorkbookReader(file).Read();
+SpreadsheetCells ReadXls(std::string_view file, const std::function<void()>& between) {
+  if (file.starts_with(kBareWorkbookStart)) return WorkbookReader(file, between).Read();
 
   const CompoundFile compound(file);
   // A file saved for both versions holds the newer workbook under the first of the names.
   for (const std::string_view name : {"Workbook", "Book"}) {
     const std::optional<std::string> workbook = compound.Stream(name);
-    if (workbook) return WorkbookReader(*workbook).Read();
+    if (workbook) return WorkbookReader(*workbook, between).Read();
   }
   // A newer workbook with a password is packed into a compound file.
   if (compound.Stream("EncryptedPackage")) throw BadSpreadsheet(SpreadsheetFault::kEncrypted);

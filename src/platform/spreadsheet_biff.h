@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string_view>
 
 #include "platform/spreadsheet_cells.h"
@@ -13,6 +14,6 @@ inline constexpr std::string_view kBareWorkbookStart = "\x09\x08";
 /// The first worksheet of an .xls file of the versions 5, 95 and 97 to 2003: a compound file with the workbook in it,
 /// or the workbook alone, as some programs write it. Throws BadSpreadsheet; kOtherKind when the compound file holds
 /// another kind of document.
-SpreadsheetCells ReadXls(std::string_view file);
+SpreadsheetCells ReadXls(std::string_view file, const std::function<void()>& between);
 
 }  // namespace zrt

@@ -8,7 +8,13 @@
 
 namespace zrt {
 
+void SpreadsheetCells::TakeOne() {
+  constexpr unsigned kOften = 4096;
+  if (++taken_ % kOften == 0 && between_) between_();
+}
+
 SpreadsheetCells::Text SpreadsheetCells::Keep(std::string_view text) {
+  TakeOne();
   if (text.size() > kMaxSpreadsheetCellText || text.size() > kMaxSpreadsheetText - texts_.size()) {
     throw BadSpreadsheet(SpreadsheetFault::kTooLarge);
   }
@@ -18,6 +24,7 @@ SpreadsheetCells::Text SpreadsheetCells::Keep(std::string_view text) {
 }
 
 void SpreadsheetCells::Put(std::int64_t row, std::int64_t column, Text text) {
+  TakeOne();
   if (row < 1 || row > kMaxSpreadsheetRows || column < 1 || column > kMaxSpreadsheetColumns) {
     throw BadSpreadsheet(SpreadsheetFault::kDamaged);
   }
@@ -43,6 +50,7 @@ void SpreadsheetCells::Finish() {
     cells_.resize(kept);
     in_order_ = true;
   }
+  between_ = {};  // what it refers to may be gone before the cells are
   cells_.shrink_to_fit();
   texts_.shrink_to_fit();
 }

@@ -3,8 +3,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <exception>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 // What the readers of the three kinds of spreadsheet file fill, and what they share.
@@ -33,6 +35,9 @@ struct BadSpreadsheet : std::exception {
 /// The cells of a sheet that aren't empty: a text each, kept once for all cells that share it.
 class SpreadsheetCells {
  public:
+  /// `between` is called every few thousand texts and cells, for whoever waits; what it throws ends the reading.
+  explicit SpreadsheetCells(std::function<void()> between = {}) : between_(std::move(between)) {}
+
   /// A text that was handed to Keep.
   struct Text {
     std::uint32_t offset = 0;
@@ -66,9 +71,13 @@ class SpreadsheetCells {
     return one.row != other.row ? one.row < other.row : one.column < other.column;
   }
 
+  void TakeOne();
+
   std::string texts_;
   std::vector<Cell> cells_;
   bool in_order_ = true;
+  std::function<void()> between_;
+  unsigned taken_ = 0;
 };
 
 /// A number as Spreadsheet::Cell shows it. Throws BadSpreadsheet: kDamaged for what is no number (infinite).

@@ -268,10 +268,10 @@ class ContentReader final : public XmlReader {
 
 }  // namespace
 
-SpreadsheetCells ReadOds(const ZipFile& zip) {
+SpreadsheetCells ReadOds(const ZipFile& zip, const std::function<void()>& between) {
   const std::string kManifest = "META-INF/manifest.xml";
   if (zip.Has(kManifest)) ManifestReader().Read(zip, kManifest);
-  SpreadsheetCells cells;
+  SpreadsheetCells cells(between);
   ContentReader content(cells);
   content.Read(zip, "content.xml");
   if (!content.IsSpreadsheet()) throw BadSpreadsheet(SpreadsheetFault::kOtherKind);

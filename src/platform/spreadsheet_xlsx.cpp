@@ -262,14 +262,14 @@ class SheetReader final : public RunsReader {
 
 }  // namespace
 
-SpreadsheetCells ReadXlsx(const ZipFile& zip) {
+SpreadsheetCells ReadXlsx(const ZipFile& zip, const std::function<void()>& between) {
   const std::string workbook_name = RelationsReader(zip, "").TargetOfType("/officeDocument");
   if (workbook_name.empty() || !workbook_name.ends_with(".xml")) throw BadSpreadsheet(SpreadsheetFault::kOtherKind);
   WorkbookReader workbook;
   workbook.Read(zip, workbook_name);
 
   const RelationsReader relations(zip, workbook_name);
-  SpreadsheetCells cells;
+  SpreadsheetCells cells(between);
   for (const std::string& id : workbook.SheetIds) {
     const Relation* const sheet = relations.Find(id);
     if (sheet == nullptr) throw BadSpreadsheet(SpreadsheetFault::kDamaged);

@@ -174,6 +174,18 @@ TEST_F(Import, OnlyThePasswordDeletesTheCatalogue) {
   EXPECT_EQ(said_.back(), "загружено 0 товаров");
 }
 
+TEST_F(Import, AReadingThatIsLeftDeletesNothing) {
+  const std::string path = Book({{"5", "Сок", "1000"}});
+  Start("sprav");
+  desktop_.StopAfter = 0;
+  InWindow(app_->Main.Catalogue.CmdImportTov, [&] {
+    desktop_.ExpectInput("Введите пароль администратора:", "357218");
+    Run(path);
+  });
+  desktop_.StopAfter = -1;
+  EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM TOVAR"), "3");
+}
+
 TEST_F(Import, AFileThatIsNoSpreadsheetDeletesNothing) {
   Start("sprav");
   for (const char* bytes : {"", "1;Чай;100\r\n", "PK\x03\x04 half a book", "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1 half"}) {
