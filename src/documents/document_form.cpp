@@ -177,10 +177,10 @@ bool DocumentForm::SumFits(std::int64_t sum, std::string_view what) {
 }
 
 void DocumentForm::TellTooLarge(std::string_view what) {
-  TheDesktop().MsgBox(
-      fmt::format("Сумма больше {}: в документ она не помещается!\n\r{}",
-                  session_.Format().FormatNumber(std::numeric_limits<std::int32_t>::max() / 10 / 100.0, 2), what),
-      BoxIcon::kCritical);
+  constexpr std::int32_t kLargest = std::numeric_limits<std::int32_t>::max() / 10;  // whole hundredths
+  TheDesktop().MsgBox(fmt::format("Сумма больше {}: в документ она не помещается!\n\r{}",
+                                  session_.Format().FormatNumber(kLargest / 100.0, 2), what),
+                      BoxIcon::kCritical);
 }
 
 void DocumentForm::EditLine() {

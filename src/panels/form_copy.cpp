@@ -104,7 +104,7 @@ void FormCopy::NamePanels() {
   for (int row = 1; row <= rows.RecordCount(); ++row) {
     const std::int64_t panel = rows.At(row, 0).Int();
     // The rows behind the panels' hold other settings.
-    if (panel >= 1 && panel <= kMenus * kPanelsPerMenu) {
+    if (panel >= 1 && panel <= std::int64_t{kMenus} * kPanelsPerMenu) {
       stored[static_cast<std::size_t>(panel - 1)] = rows.At(row, 1).TextOrEmpty();
     }
   }
