@@ -302,14 +302,20 @@ class Screen:
     def __enter__(self):
         reading, writing = os.pipe()
         self.server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(writing), "-screen", "0", f"{self.size}x24", "-nolisten", "tcp"],
+            # Without -noreset the server starts anew when its only client leaves: the look for the window manager below
+            # would throw the manager out while it connects.
+            ["Xvfb", "-displayfd", str(writing), "-screen", "0", f"{self.size}x24", "-nolisten", "tcp", "-noreset"],
             pass_fds=(writing,), stderr=subprocess.DEVNULL)
         os.close(writing)
         with os.fdopen(reading) as number:
             os.environ["DISPLAY"] = f":{number.readline().strip()}"
         self.manager = subprocess.Popen(["openbox"])
-        wait_for("the window manager", lambda: subprocess.run(
-            ["xdotool", "get_desktop"], capture_output=True).returncode == 0)
+        try:
+            wait_for("the window manager", lambda: subprocess.run(
+                ["xdotool", "get_desktop"], capture_output=True).returncode == 0)
+        except BaseException:
+            self.__exit__()  # or the server would live on and keep the test's output open
+            raise
         return self
 
     def __exit__(self, *_):
