@@ -21,7 +21,7 @@ QUrl PageUrl(const QString& page) {
 
 QString PageOf(const QWidget& window) {
   for (const QWidget* part : window.findChildren<QWidget*>()) {
-    const QString page = part->property("guidePage").toString();
+    QString page = part->property("guidePage").toString();
     if (!page.isEmpty() && part->isVisible()) return page;
   }
   const QString page = window.property("guidePage").toString();
@@ -34,7 +34,7 @@ class Browser final : public QTextBrowser {
   using QTextBrowser::QTextBrowser;
 
   QVariant loadResource(int type, const QUrl& name) override {
-    const QVariant resource = QTextBrowser::loadResource(type, name);
+    QVariant resource = QTextBrowser::loadResource(type, name);
     if (type != QTextDocument::ImageResource) return resource;
     QImage picture;
     picture.loadFromData(resource.toByteArray());

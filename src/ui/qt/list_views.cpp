@@ -140,7 +140,7 @@ class DirListView final : public ControlView {
     std::string path = entry->text(0).toStdString();
     for (entry = entry->parent(); entry != nullptr; entry = entry->parent()) {
       const std::string folder = entry->text(0).toStdString();
-      path = folder + (folder.ends_with('\\') ? "" : "\\") + path;
+      path.insert(0, folder.ends_with('\\') ? "" : "\\").insert(0, folder);
     }
     return path;
   }

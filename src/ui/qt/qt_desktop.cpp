@@ -146,13 +146,13 @@ BoxAnswer QtDesktop::DoMsgBox(const Message& message) {
 }
 
 std::string QtDesktop::DoInputBox(const std::string& prompt, const std::string& title, const std::string& preset) {
-  const std::string line = AskLine({prompt, title, preset, false}, FrontWindow());
+  std::string line = AskLine({prompt, title, preset, false}, FrontWindow());
   if (QWidget* owner = FrontWindow()) owner->activateWindow();
   return line;
 }
 
 std::string QtDesktop::DoPasswordBox(const std::string& prompt, const std::string& title) {
-  const std::string line = AskLine({prompt, title, {}, true}, FrontWindow());
+  std::string line = AskLine({prompt, title, {}, true}, FrontWindow());
   if (QWidget* owner = FrontWindow()) owner->activateWindow();
   return line;
 }
