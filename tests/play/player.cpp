@@ -361,6 +361,7 @@ void Player::Expect(const Line& line) {
   const std::string& what = Word(line, 1);
   const std::size_t dot = what.rfind('.');
   if (dot == std::string::npos) Fail("CONTROL.PROPERTY is wanted");
+  if (what == "form.Focus") return CheckEqual(what, Word(line, 2), Focused() == nullptr ? "" : Focused()->Name());
   const std::string owner = what.substr(0, dot);
   const Element& element = owner == "form" ? static_cast<const Element&>(CurrentForm()) : Find(owner);
   const std::optional<std::string> value = element.Ask(what.substr(dot + 1));
