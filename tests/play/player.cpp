@@ -198,7 +198,7 @@ class Operator final : public test::HeadlessDesktop {
         {"no-file", {&Operator::CheckNoFile, 2, 2}},
         {"file-write", {.run = &Operator::WriteFile, .least = 2, .most = 2, .takes_block = true}},
         {"lines", {.run = &Operator::CheckLines, .least = 2, .most = 2, .takes_block = true}},
-        {"printed", {.run = &Operator::CheckPrinted, .takes_block = true}},
+        {"printed", {.run = &Operator::CheckPrinted, .most = 2, .takes_block = true}},
         {"workbook", {.run = &Operator::CheckWorkbook, .takes_block = true}},
         {"fault", {&Operator::SetFault, 2, 3}}};
 
@@ -389,6 +389,7 @@ class Operator final : public test::HeadlessDesktop {
 
   void CheckPrinted(const Line& line) {
     if (printer_.Jobs.size() != 1) Fail(std::to_string(printer_.Jobs.size()) + " documents were printed");
+    if (line.words.size() > 1) CheckEqual("points", Word(line, 1), std::to_string(printer_.Jobs.front().points));
     std::vector<std::string> found;
     for (const std::vector<PrintedPiece>& pieces : printer_.Jobs.front().lines) {
       std::string& row = found.emplace_back();

@@ -196,6 +196,20 @@ TEST_F(Products, ACardThatIsRefusedCanBeMended) {
   EXPECT_EQ(Row(2), "1|Вино красное|0|0|95000|0|2|0|1|21|0|150|0|00.00.0000|NULL|2204");
 }
 
+TEST_F(Products, TheBarShowsHowFarTheBalancesAre) {
+  Start();
+  for (const bool fails : {false, true}) {
+    const test::Told told(Tab().ProgressBar1);
+    if (fails) {
+      faults_.FailAt(6);
+      desktop_.ExpectRuntimeError();
+    }
+    Click(Tab().CmdRefrTov);
+    EXPECT_EQ(told.Text, fails ? "Value=0 Visible=True Value=1 Visible=False "
+                               : "Max=4 Visible=True Value=1 Value=2 Value=3 Value=4 Visible=False ");
+  }
+}
+
 // The picker
 
 class Picking : public Products {
