@@ -76,6 +76,9 @@ class ProgramOn : public testing::Test {
 };
 
 /// Under a desktop that the test scripts.
-using ProgramTest = ProgramOn<ScriptedDesktop>;
+class ProgramTest : public ProgramOn<ScriptedDesktop> {
+ protected:
+  using ProgramOn::ProgramOn;
+};
 
 }  // namespace zrt::test
