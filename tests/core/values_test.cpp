@@ -24,7 +24,9 @@ TEST(Text, EveryByteOfTheCodePageComesBack) {
   EXPECT_EQ(ToWindows1251(FromWindows1251(bytes)), bytes);
   EXPECT_EQ(ToWindows1251("Ёжик № 5 «Ы»"), "\xA8\xE6\xE8\xEA \xB9 5 \xAB\xDB\xBB");
   EXPECT_EQ(ToWindows1251("чай ☕ 中"), "\xF7\xE0\xE9 ? ?");
-  EXPECT_EQ(ToWindows1251("\xFFx\xD0"), "?x?");  // no UTF-8 at all, and a letter cut in half
+  // No UTF-8 at all, a letter cut in half, and what only just is or isn't a character.
+  EXPECT_EQ(ToWindows1251("\xFFx\xD0"), "?x?");
+  EXPECT_EQ(ToWindows1251("\xF5\x80\x80\x80|\xC1\x80|\xF4\x8F\xBF\xBF|\xC2\x80|\xEF\xBF\xBD"), "????|??|?|?|?");
 }
 
 TEST(Text, CountsCharactersNotBytes) {

@@ -141,7 +141,8 @@ TEST_F(Sales, WhatEachFilterShowsAndSaves) {
         if (everything) info = "за весь период" + (*one.info == '\0' ? "" : ":" + std::string(one.info));
         EXPECT_EQ(tab.LblInf.Caption(), info);
         if (grid != 0) continue;
-        const std::string path = fmt::format("C:\\Korvina\\Report\\Prod{}_20261112_100000.csv", everything ? "ALL" : one.word);
+        const std::string path =
+            fmt::format("C:\\Korvina\\Report\\Prod{}_20261112_100000.csv", everything ? "ALL" : one.word);
         Click(tab.CmdFileCSV);
         desktop_.Expect("Выгрузка в файл " + path + "\nуспешно завершена!", BoxAnswer::kOk, BoxIcon::kExclamation,
                         "DESKOR");
@@ -189,6 +190,10 @@ TEST_F(LiteSales, WhatEachFilterShows) {
         desktop_.Expect(kNotWhole, BoxAnswer::kOk, BoxIcon::kCritical);
         Click(*one.button);
         EXPECT_EQ(desktop_.Focused(), one.field);
+        Type(*one.field, "1,5");
+        desktop_.Expect("Неправильно введена дата!", BoxAnswer::kOk, BoxIcon::kCritical);
+        Click(*one.button);
+        EXPECT_EQ(tab.LblInfLite.Caption(), kWorking);
         Type(*one.field, one.value);
       }
       Click(whole ? tab.CmdAllLite : *one.button);
@@ -222,15 +227,11 @@ TEST_F(Sales, AFiscalFilterKeepsToThePeriodLastShown) {
   Type(tab.Text7, "1");
   Click(tab.CmdTerm);
   EXPECT_EQ(app_->TheSession.ShiftPeriod.From, "2026-11-02 08:00:00");
-}
-
-TEST_F(Sales, AQueryPutsTheCalendarAway) {
-  Start();
-  for (Button* button : {&Tab().CmdDat, &Tab().CmdAll}) {
-    Click(Tab().CmdPlus);
-    EXPECT_TRUE(Tab().Month0.Visible());
-    Click(*button);
-    EXPECT_FALSE(Tab().Month0.Visible());
+  for (Button* query : {&tab.CmdDat, &tab.CmdAll}) {
+    Click(tab.CmdPlus);
+    EXPECT_TRUE(tab.Month0.Visible());
+    Click(*query);
+    EXPECT_FALSE(tab.Month0.Visible());
   }
 }
 
