@@ -192,6 +192,28 @@ TEST_F(MainWindow, LongWorkLetsTheWindowLiveAndIsStoppedByEscWhereItOffersThat) 
   EXPECT_TRUE(app_->Main.IsVisible());
 }
 
+TEST_F(MainWindow, AWindowThatIsClosedWhileTheProgramWorksClosesAfterwards) {
+  Start();
+  QWindow* main = Find("FrameProd")->window()->windowHandle();
+  app_->About.Show();
+  Settle();
+  const auto close_during = [&](Form& form, QWindow* window, const std::function<void()>& work) {
+    {
+      const Watch watch([&] { window->close(); });
+      desktop_->UserAction(work);
+    }
+    EXPECT_TRUE(form.IsVisible());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !form.IsVisible(); }));
+  };
+  // One long call: what is asked meanwhile goes away with the server's answer.
+  close_during(app_->About, QApplication::activeWindow()->windowHandle(),
+               [&] { app_->TheSession.ReadOne("SELECT SLEEP(1.6)"); });
+  EXPECT_TRUE(app_->Main.IsVisible());
+  close_during(app_->Main, main, [&] {
+    for (int i = 0; i < 300; ++i) app_->TheSession.ReadOne("SELECT SLEEP(0.005)");
+  });
+}
+
 TEST_F(MainWindow, AStartThatWaitsForTheServerIsEndedByEscOrByClosing) {
   database_ = std::make_unique<TestDatabase>(Stage::kPlain);
   Prepare();
