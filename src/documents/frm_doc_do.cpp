@@ -130,7 +130,7 @@ void frmDocDO::Gather(const std::string& from, const std::string& to) {
   RUNButton.Enabled = false;
   mnuRun->Enabled = false;
   Recordset sold;
-  IgnoreFailure([&] { session_.BindSet(sold, fmt::format(fmt::runtime(kSold), from, to)); });
+  IgnoreFailure([&] { session_.BindSet(sold, fmt::format(kSold, from, to)); });
   if (sold.RecordCount() == 0 || sold.IsNull(2) || sold.IsNull(4)) {
     IgnoreFailure([this] { GetNewTableDoc(); });
     LblSum->Caption = "";
