@@ -155,6 +155,10 @@ TEST_F(ReportScreensTest, AProductOfCodeZeroIsAProduct) {
   ASSERT_EQ(spreadsheet_.Books.size(), 1U);
   EXPECT_EQ(spreadsheet_.Books[0].Cells[0].text, "ДВИЖЕНИЕ ТОВАРА 0  ПО ДОКУМЕНТАМ");
   EXPECT_EQ(Look(spreadsheet_.Books[0]), "1-1:20 2-2:6 3-3:18 4-8:11 row 3:23 row 5:23 ");
+  shop_.Sql("INSERT INTO TOVAR (COD,COD1,NAME) VALUES (0,1,'Пакет')");
+  Click(form.CmdRunAll);
+  ASSERT_EQ(spreadsheet_.Books.size(), 2U);
+  EXPECT_EQ(Look(spreadsheet_.Books[1]), "1-1:6 2-2:40 3-7:12 row 3:23 ");
 }
 
 }  // namespace
