@@ -36,7 +36,6 @@ class PatientDesktop final : public HeadlessDesktop {
 enum class Again {
   kSame,      ///< the state of the whole run, on the screen as in the database
   kOnTop,     ///< what was in before the failure, and the whole run's rows besides
-  kTwice,     ///< one more of what a second press does, where the first one's write was in
   kStays,     ///< what the first statements left, where one of them was in: the action finds nothing more to do
   kUnproved,  ///< see the row's promise
 };
@@ -59,6 +58,7 @@ struct Action {
   std::string promise = {};  ///< why it is not kSame
   std::string mend = {};     ///< what the operator does instead of the same once more
   bool whole = true;         ///< zrt_check is content afterwards
+  bool doubles = false;      ///< a write whose answer was lost comes once more, where nobody can tell that it is in
   bool goes_on = false;      ///< a failing statement doesn't stop the action, by design
   std::size_t boxes = 1;     ///< how many may come, beside those of the whole run
   std::string box = {};      ///< what a failure says, where that isn't the box of a run-time error
@@ -82,8 +82,8 @@ class FaultRun {
 
   const DriveMap& Drives() const { return drives_; }
 
-  /// Runs the action once whole, then with each of its statements refused, then with the link cut at each. Reports what
-  /// is wrong as failures of the test. Returns the number of runs.
+  /// Runs the action once whole, then with each of its statements refused, then with the link cut at each, then with
+  /// the link cut before its answer comes. Reports what is wrong as failures of the test. Returns the number of runs.
   int Prove(const Action& action);
 
  private:
@@ -94,11 +94,11 @@ class FaultRun {
   struct Whole {
     std::vector<State> before;
     State end;
-    State twice;
     std::vector<std::string> statements;
     std::vector<std::string> boxes;
     Rows screen;
   };
+  enum class Fault { kRefused, kCut, kAnswerLost };
   class Recorder;
 
   void Restore();
@@ -113,7 +113,7 @@ class FaultRun {
   bool HasFailed() const;
 
   Whole Record(const Action& action);
-  void Break(const Action& action, const Whole& whole, int statement, bool cut);
+  void Break(const Action& action, const Whole& whole, int statement, Fault fault);
   void Repeat(const Action& action, const Whole& whole, const State& left);
   void ExpectWhole(const State& state);
   State Expected(const Action& action, const Whole& whole, const State& left) const;
