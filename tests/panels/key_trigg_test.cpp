@@ -26,61 +26,51 @@ class KeyTrigg : public testing::Test {
   CmdKeyTrigg& key_ = form_.CmdMenu;
 };
 
-TEST_F(KeyTrigg, NothingStoredGivesTheDefaultsAndTheDefaultsAreNotStored) {
+TEST_F(KeyTrigg, WhatIsStoredComesBackAndDefaultsAreNotStored) {
   key_.ReadProperties({});
   EXPECT_EQ(key_.BackColor(), 0x8000000E);
   EXPECT_EQ(key_.ForeColor(), 0x80000012);
   EXPECT_EQ(key_.GrndColor(), 0x8000000F);
-  EXPECT_EQ(key_.SizeWidth(), 15);
-  EXPECT_EQ(key_.SizeHeigth(), 9);
-  EXPECT_EQ(key_.SizeFont(), 10);
+  EXPECT_EQ(key_.SizeWidth() + key_.SizeHeigth() * 100 + key_.SizeFont() * 10000, 100915);
+  EXPECT_EQ(key_.ImgTop() + key_.Img1Left() * 100 + key_.Img2Left() * 10000, 13806020);
   EXPECT_EQ(key_.Trigger(), 1);
-  EXPECT_EQ(key_.FirstImage() + key_.SecondImage(), "");
-  EXPECT_EQ(key_.ImgTop(), 20);
-  EXPECT_EQ(key_.Img1Left(), 60);
-  EXPECT_EQ(key_.Img2Left(), 1380);
-  EXPECT_EQ(key_.Label0(), "");
+  EXPECT_EQ(key_.FirstImage() + key_.SecondImage() + key_.Label0(), "");
   EXPECT_TRUE(key_.WriteProperties().empty());
-}
 
-TEST_F(KeyTrigg, WhatIsStoredComesBack) {
-  const CmdKeyTrigg::StoredProperties all = {{"Caption_1", "Зал"},
-                                             {"Caption_2", "Летняя площадка"},
-                                             {"BackColor", "4294967295"},
-                                             {"ForeColor", "255"},
-                                             {"GrndColor", "0"},
-                                             {"SizeWidth", "-3"},
-                                             {"SizeHeigth", "12"},
-                                             {"SizeFont", "255"},
-                                             {"Trigger", "2"},
-                                             {"Image_1Red", "a"},
-                                             {"Image_2Red", "b"},
-                                             {"Image_1Green", "c"},
-                                             {"Image_2Green", "d"},
-                                             {"ImgTop", "-20"},
-                                             {"Img1Left", "32767"},
-                                             {"Img2Left", "1"}};
-  key_.ReadProperties(all);
-  EXPECT_EQ(key_.WriteProperties(), all);
+  CmdKeyTrigg::StoredProperties stored = {{"Caption_1", "Зал"},
+                                          {"Caption_2", "Летняя площадка"},
+                                          {"BackColor", "4294967295"},
+                                          {"ForeColor", "255"},
+                                          {"GrndColor", "0"},
+                                          {"SizeWidth", "-3"},
+                                          {"SizeHeigth", "12"},
+                                          {"SizeFont", "255"},
+                                          {"Trigger", "2"},
+                                          {"Image_1Red", "a"},
+                                          {"Image_2Red", "b"},
+                                          {"Image_1Green", "c"},
+                                          {"Image_2Green", "d"},
+                                          {"ImgTop", "-20"},
+                                          {"Img1Left", "32767"},
+                                          {"Img2Left", "1"}};
+  key_.ReadProperties(stored);
+  EXPECT_EQ(key_.WriteProperties(), stored);
   EXPECT_EQ(key_.Label0(), "Летняя площадка");
   // One of them back at its default leaves the store, and a default that is stored does no harm.
   key_.SizeHeigth = std::int16_t{9};
-  CmdKeyTrigg::StoredProperties fewer = all;
-  fewer.erase("SizeHeigth");
-  EXPECT_EQ(key_.WriteProperties(), fewer);
-  fewer["Img2Left"] = "1380";
-  key_.ReadProperties(fewer);
-  EXPECT_EQ(key_.Img2Left(), 1380);
+  stored.erase("SizeHeigth");
+  EXPECT_EQ(key_.WriteProperties(), stored);
+  stored["Img2Left"] = "1380";
+  key_.ReadProperties(stored);
   EXPECT_FALSE(key_.WriteProperties().contains("Img2Left"));
-}
 
-TEST_F(KeyTrigg, WhatCannotBeAPropertyIsRefused) {
   EXPECT_THROW(key_.ReadProperties({{"Trigger", "256"}}), OverflowError);
   EXPECT_THROW(key_.ReadProperties({{"ImgTop", "32768"}}), OverflowError);
   EXPECT_THROW(key_.ReadProperties({{"SizeFont", "-1"}}), TypeMismatch);
-  EXPECT_THROW(key_.ReadProperties({{"ForeColor", "red"}}), TypeMismatch);
-  EXPECT_THROW(key_.ReadProperties({{"SizeWidth", "12pt"}}), TypeMismatch);
-  EXPECT_THROW(key_.ReadProperties({{"SizeWidth", ""}}), TypeMismatch);
+  for (const char* no_number : {"red", "12pt", ""}) {
+    EXPECT_THROW(key_.ReadProperties({{"ForeColor", no_number}}), TypeMismatch);
+    EXPECT_THROW(key_.ReadProperties({{"SizeWidth", no_number}}), TypeMismatch);
+  }
 }
 
 TEST_F(KeyTrigg, TheCaptionFollowsTheHalfThatIsOn) {
@@ -101,6 +91,18 @@ TEST_F(KeyTrigg, TheCaptionFollowsTheHalfThatIsOn) {
   EXPECT_EQ(key_.Label0(), "второе");
   key_.Trigger = std::uint8_t{3};
   EXPECT_EQ(key_.Label0(), "новое");
+
+  // Every press is reported, also of the half that is on.
+  std::string halves;
+  key_.Click = [&](std::uint8_t& half) { halves += std::to_string(half) + std::to_string(key_.Trigger()) + " "; };
+  Frame sensor(form_, "FrameSensor");
+  sensor.Visible = true;
+  for (const std::uint8_t half : {std::uint8_t{1}, std::uint8_t{2}, std::uint8_t{2}}) key_.UserPress(half);
+  key_.UserClick();
+  EXPECT_EQ(halves, "11 22 22 11 ");
+  key_.Enabled = false;
+  key_.UserPress(2);
+  EXPECT_EQ(key_.Trigger(), 1);
 }
 
 TEST_F(KeyTrigg, SizesFitSixteenBitsOrFail) {
@@ -113,7 +115,6 @@ TEST_F(KeyTrigg, SizesFitSixteenBitsOrFail) {
   EXPECT_EQ(sizes.shape2_height, 550);
   EXPECT_EQ(sizes.width, 1815);
   EXPECT_EQ(sizes.height, 555);
-
   EXPECT_EQ(KeyTriggSizesOf(272, 545).width, 32655);
   EXPECT_EQ(KeyTriggSizesOf(272, 545).height, 32715);
   EXPECT_EQ(KeyTriggSizesOf(-272, 0).label_width, -32760);
@@ -126,21 +127,6 @@ TEST_F(KeyTrigg, SizesFitSixteenBitsOrFail) {
   EXPECT_THROW(key_.SizeWidth = std::int16_t{273}, OverflowError);
   EXPECT_THROW(key_.SizeHeigth = std::int16_t{546}, OverflowError);
   EXPECT_EQ(key_.Sizes().width, 32655);
-}
-
-TEST_F(KeyTrigg, EveryPressIsReportedAlsoOfTheHalfThatIsOn) {
-  std::string halves;
-  key_.Click = [&](std::uint8_t& half) { halves += std::to_string(half) + std::to_string(key_.Trigger()) + " "; };
-  Frame sensor(form_, "FrameSensor");
-  sensor.Visible = true;
-  key_.UserPress(1);
-  key_.UserPress(2);
-  key_.UserPress(2);
-  key_.UserClick();
-  EXPECT_EQ(halves, "11 22 22 11 ");
-  key_.Enabled = false;
-  key_.UserPress(2);
-  EXPECT_EQ(key_.Trigger(), 1);
 }
 
 }  // namespace

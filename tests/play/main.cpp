@@ -1,32 +1,44 @@
 #include <iostream>
+#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "play/play_file.h"
+#include "core/errors.h"
+#include "play/player.h"
+#include "support/test_database.h"
 
 namespace {
 
+using zrt::test::Stage;
+
 constexpr const char* kUsage =
-    "usage: zrt_play --server HOST --database NAME [--drives FOLDER] [--grids] [--keep-going] FILE...\n";
+    "usage: zrt_play --server HOST --database NAME [--drives FOLDER] [--grids] [--keep-going] FILE...\n"
+    "       zrt_play --stage version0|first_run|plain|register|lite|restricted FILE...\n";
+const std::map<std::string, Stage> kStages = {{"version0", Stage::kVersion0}, {"first_run", Stage::kFirstRun},
+                                              {"plain", Stage::kPlain},       {"register", Stage::kRegister},
+                                              {"lite", Stage::kLite},         {"restricted", Stage::kRestricted}};
 constexpr const char* kAccount = "zrt";
 
 }  // namespace
 
 int main(int argc, char** argv) {
   zrt::DatabaseAddress database{"", kAccount, ""};
-  zrt::play::PlayOptions options;
-  options.output.dump = &std::cout;
+  zrt::play::PlayOptions options{.dump = &std::cout};
+  std::string stage;
   std::vector<std::string> files;
+  const std::map<std::string, std::string*> values = {
+      {"--server", &database.host}, {"--database", &database.schema}, {"--stage", &stage}};
   for (int i = 1; i < argc; ++i) {
     const std::string argument = argv[i];
-    if ((argument == "--server" || argument == "--database") && i + 1 < argc) {
-      (argument == "--server" ? database.host : database.schema) = argv[++i];
+    if (const auto value = values.find(argument); value != values.end() && i + 1 < argc) {
+      *value->second = argv[++i];
     } else if (argument == "--drives" && i + 1 < argc) {
       options.drives = argv[++i];
     } else if (argument == "--grids") {
-      options.output.grids = &std::cout;
+      options.grids = &std::cout;
     } else if (argument == "--keep-going") {
-      options.output.differences = &std::cerr;
+      options.differences = &std::cerr;
     } else if (argument.starts_with("-")) {
       std::cerr << "no such option: " << argument << "\n" << kUsage;
       return 2;
@@ -34,11 +46,19 @@ int main(int argc, char** argv) {
       files.push_back(argument);
     }
   }
-  if (database.host.empty() || database.schema.empty() || files.empty()) {
+  const bool complete = stage.empty() ? !database.host.empty() && !database.schema.empty() : kStages.contains(stage);
+  if (!complete || files.empty()) {
     std::cerr << kUsage;
     return 2;
   }
   bool all_hold = true;
-  for (const std::string& name : files) all_hold = zrt::play::PlayFile(name, database, options) && all_hold;
+  for (const std::string& name : files) {
+    if (stage.empty()) {
+      all_hold = zrt::play::PlayFile(name, database, options) && all_hold;
+    } else {
+      const zrt::test::TestDatabase fresh(kStages.at(stage));
+      all_hold = zrt::play::PlayFile(name, fresh.Address(), options) && all_hold;
+    }
+  }
   return all_hold ? 0 : 1;
 }

@@ -5,14 +5,23 @@
 #include <fnmatch.h>
 
 #include <charconv>
+#include <deque>
 #include <fstream>
 #include <functional>
+#include <iostream>
 #include <map>
+#include <memory>
 #include <sstream>
 #include <string_view>
 
+#include "app/app.h"
 #include "core/errors.h"
 #include "core/text.h"
+#include "play/script.h"
+#include "support/headless_desktop.h"
+#include "support/recording_machine.h"
+#include "support/scripted_faults.h"
+#include "support/temporary_folder.h"
 
 namespace zrt::play {
 
@@ -73,448 +82,488 @@ std::filesystem::path Match(const std::filesystem::path& pattern) {
   return found.front();
 }
 
-}  // namespace
-
-class Player::Faults final : public FaultSource {
+/// The operator of a play: the program's third host. Runs the lines of a script on the real forms and a real server.
+class Operator final : public test::HeadlessDesktop {
  public:
-  void Arm(int statement, bool cut) {
-    left_ = statement;
-    cut_ = cut;
+  Operator(const DatabaseAddress& database, const std::filesystem::path& drives, const PlayOptions& options)
+      : database_(database), drives_(drives), options_(options) {
+    terminal_.Open(MainConnectionString(database_));
   }
-  Verdict BeforeStatement(std::string_view) override {
-    if (left_ == 0 || --left_ > 0) return Verdict::kRun;
-    return cut_ ? Verdict::kCut : Verdict::kFail;
+
+  int Run(const std::vector<Line>& script) {
+    script_ = &script;
+    next_ = 0;
+    while (next_ < script.size()) Step();
+    if (!announced_.boxes.empty() || announced_.error) Fail("the play ends with an announcement");
+    return differences_;
+  }
+
+ protected:
+  BoxAnswer DoMsgBox(const Message& message) override {
+    const Box box = TakeBox(message.text, message.title, false);
+    if (box.icon && *box.icon != message.icon) Fail("the box has another icon: " + message.text);
+    const BoxAnswer answer = kAnswers.at(box.answer);
+    if (!test::Offers(message.buttons, answer)) Fail("the box has no button " + box.answer + ": " + message.text);
+    return answer;
+  }
+
+  std::string DoInputBox(const std::string& prompt, const std::string& title, const std::string&) override {
+    return TakeBox(prompt, title, true).answer;
+  }
+
+  void DoModalLoop(Form& form) override {
+    Form* opener = form_;
+    form_ = &form;
+    modal_.push_back(&form);
+    while (form.IsVisible()) {
+      if (next_ == script_->size()) Fail("the play ends while " + form.Name() + " is open");
+      Step();
+    }
+    modal_.pop_back();
+    form_ = opener;
+  }
+
+  void DoRuntimeError(const std::exception& error) override {
+    // A line that asks for what can't be done is no failure of the program's.
+    if (dynamic_cast<const ScriptError*>(&error) != nullptr) Fail(error.what());
+    if (running_.empty() || !running_.back().error) Fail(std::string("a run-time error: ") + error.what());
+    running_.back().error = false;
   }
 
  private:
-  int left_ = 0;
-  bool cut_ = false;
+  /// An announced box.
+  struct Box {
+    std::string text;  ///< with the prescribed LF CR where it holds a CR, else with plain breaks
+    std::optional<BoxIcon> icon;
+    std::optional<std::string> title;
+    std::string answer;
+    bool input = false;  ///< the answer was quoted: an input box
+  };
+  /// What was announced for one action.
+  struct Announcement {
+    std::deque<Box> boxes;
+    bool error = false;
+  };
+
+  void Step() {
+    const Line& line = script_->at(next_++);
+    try {
+      try {
+        Perform(line);
+      } catch (const Failure& failure) {
+        // An inner line has named itself already.
+        if (failure.text.rfind("line ", 0) == 0) throw;
+        throw Failure{fmt::format("line {}: {}\n  {}", line.number, line.text, failure.text)};
+      } catch (const Error& error) {
+        throw Failure{fmt::format("line {}: {}\n  {}", line.number, line.text, error.what())};
+      }
+    } catch (const Failure& failure) {
+      if (options_.differences == nullptr) throw;
+      ++differences_;
+      *options_.differences << failure.text << "\n";
+      announced_ = {};
+    }
+  }
+
+  void Perform(const Line& line) {
+    struct Action {
+      void (Operator::*run)(const Line&);
+      std::size_t least = 1, most = 1;  ///< words, its own name included
+      bool takes_block = false;
+    };
+    static const std::map<std::string, Action> kActions = {
+        {"start", {&Operator::Start}},
+        {"stop", {&Operator::Stop}},
+        {"close", {&Operator::Close}},
+        {"error", {&Operator::AnnounceError}},
+        {"dump", {&Operator::Dump}},
+        {"clock", {&Operator::SetClock, 3, 3}},
+        {"sql", {&Operator::RunSql, 2, 2}},
+        {"form", {&Operator::UseForm, 2, 2}},
+        {"dialog", {&Operator::Announce, 4, 6}},
+        {"set", {&Operator::Set, 3, 3}},
+        {"tab", {&Operator::Press, 2, 2}},
+        {"menu", {&Operator::Press, 2, 2}},
+        {"click", {&Operator::Press, 2, 2}},
+        {"dblclick", {&Operator::Press, 2, 2}},
+        {"key", {&Operator::Press, 3, 3}},
+        {"row", {&Operator::GoToRow, 3, 3}},
+        {"pick", {&Operator::Pick, 3, 3}},
+        {"drag", {&Operator::Drag, 3, 3}},
+        {"timer", {&Operator::FireTimer, 2, 2}},
+        {"expect", {&Operator::Expect, 3, 3}},
+        {"cell", {&Operator::CheckCell, 5, 5}},
+        {"rows", {.run = &Operator::CheckRows, .least = 2, .most = 2, .takes_block = true}},
+        {"file", {.run = &Operator::CheckFile, .least = 2, .most = 2, .takes_block = true}},
+        {"no-file", {&Operator::CheckNoFile, 2, 2}},
+        {"file-write", {.run = &Operator::WriteFile, .least = 2, .most = 2, .takes_block = true}},
+        {"lines", {.run = &Operator::CheckLines, .least = 2, .most = 2, .takes_block = true}},
+        {"printed", {.run = &Operator::CheckPrinted, .takes_block = true}},
+        {"workbook", {.run = &Operator::CheckWorkbook, .takes_block = true}},
+        {"fault", {&Operator::SetFault, 2, 3}}};
+
+    const auto found = kActions.find(line.words.front());
+    if (found == kActions.end()) Fail("no action is called \"" + line.words.front() + "\"");
+    const Action& action = found->second;
+    if (line.words.size() < action.least) Fail("the action wants more words");
+    if (line.words.size() > action.most)
+      Fail("the action takes no more than " + std::to_string(action.most) + " words");
+    if (!action.takes_block && !line.block.empty()) Fail("the action takes no lines below it");
+    (this->*action.run)(line);
+  }
+
+  void Act(const std::function<void()>& action) {
+    running_.push_back(std::exchange(announced_, {}));
+    const std::size_t depth = running_.size();
+    try {
+      UserAction(action);
+    } catch (const Failure&) {
+      running_.resize(depth - 1);
+      throw;
+    }
+    Announcement left = std::move(running_.back());
+    running_.pop_back();
+    // The action that hides a modal form ends here, but the one that had opened it goes on: what is left was meant for
+    // it.
+    if (!modal_.empty() && !modal_.back()->IsVisible() && !running_.empty()) {
+      auto& outer = running_.back();
+      outer.boxes.insert(outer.boxes.begin(), left.boxes.begin(), left.boxes.end());
+      outer.error = outer.error || left.error;
+      return;
+    }
+    if (!left.boxes.empty()) Fail("this box stayed away: " + left.boxes.front().text);
+    if (left.error) Fail("the run-time error stayed away");
+    if (form_ != nullptr && !form_->IsVisible()) form_ = Front();
+  }
+
+  Box TakeBox(const std::string& text, const std::string& title, bool input) {
+    if (running_.empty() || running_.back().boxes.empty()) Fail("an unannounced box: " + WithPlainBreaks(text));
+    Box box = std::move(running_.back().boxes.front());
+    running_.back().boxes.pop_front();
+    const bool exact = box.text.find('\r') != std::string::npos;
+    CheckEqual("the box", box.text, exact ? text : WithPlainBreaks(text));
+    if (box.input != input) Fail(std::string(input ? "an input box" : "a plain box") + " came: " + text);
+    if (box.title) CheckEqual("the title of the box", *box.title, title);
+    return box;
+  }
+
+  void Start(const Line&) {
+    if (app_) Fail("the program runs already");
+    exit_code_.reset();
+    app_ = std::make_unique<App>(*this, clock_, drives_, AppSettings{database_, "zrt", printer_, spreadsheet_});
+    app_->TheSession.MainConnection.SetFaultSource(&faults_);
+    Act([this] {
+      app_->Start();
+      app_->Splash.Timer1.UserFire();
+    });
+    if (app_->IsRunning()) {
+      form_ = &app_->Main;
+    } else {
+      app_.reset();
+      form_ = nullptr;
+    }
+  }
+
+  void Stop(const Line&) {
+    if (!app_) Fail("the program doesn't run");
+    Act([this] { app_->Main.Close(); });
+    if (exit_code_ != 0) Fail("the program didn't end");
+    form_ = nullptr;
+    app_.reset();
+  }
+
+  void UseForm(const Line& line) {
+    Form* form = FindForm(Word(line, 1));
+    if (form == nullptr) Fail("no such form");
+    if (!form->IsVisible()) Fail("the form isn't shown");
+    if (!modal_.empty() && modal_.back() != form) Fail(modal_.back()->Name() + " is open over it");
+    form_ = form;
+    Act([&] { Activated(*form); });
+  }
+
+  void Announce(const Line& line) {
+    Box box;
+    box.text = Word(line, 1);
+    std::size_t at = 2;
+    if (Word(line, at) != "->" && !line.quoted[at]) {
+      const auto icon = kIcons.find(Word(line, at++));
+      if (icon == kIcons.end()) Fail("no such icon");
+      box.icon = icon->second;
+    }
+    if (line.quoted.at(at)) box.title = Word(line, at++);
+    if (Word(line, at++) != "->") Fail("\"->\" is wanted before the answer");
+    box.answer = Word(line, at);
+    box.input = line.quoted[at];
+    if (at + 1 != line.words.size()) Fail("nothing stands behind the answer");
+    if (!box.input && kAnswers.count(box.answer) == 0) Fail("no such answer");
+    announced_.boxes.push_back(std::move(box));
+  }
+
+  void AnnounceError(const Line&) { announced_.error = true; }
+
+  void RunSql(const Line& line) { terminal_.Execute(Word(line, 1)); }
+
+  void Close(const Line&) {
+    Form& closing = CurrentForm();
+    Act([&] { closing.Close(); });
+  }
+
+  void Set(const Line& line) {
+    Control& control = Usable(Word(line, 1));
+    Act([&] { control.UserSet(Word(line, 2)); });
+  }
+
+  void Press(const Line& line) {
+    const std::string& verb = Word(line, 0);
+    if (verb == "tab") {
+      for (Control* control : CurrentForm().Controls()) {
+        auto* strip = dynamic_cast<TabStrip*>(control);
+        if (strip != nullptr) return Act([&] { strip->UserChoose(Word(line, 1)); });
+      }
+      Fail("the form has no tabs");
+    }
+    Control& control = Usable(Word(line, 1));
+    if (verb == "menu") As<Menu>(control);
+    const std::optional<Key> key = verb == "key" ? std::optional(test::KeyByName(Word(line, 2))) : std::nullopt;
+    Act([&] {
+      if (key) {
+        PressKey(control, *key);
+      } else if (verb == "dblclick") {
+        control.UserDblClick();
+      } else {
+        control.UserClick();
+      }
+    });
+  }
+
+  void GoToRow(const Line& line) {
+    auto& grid = As<DataGrid>(Usable(Word(line, 1)));
+    const int row = Number(line, 2);
+    if (row < 1 || row > grid.Rows()) Fail("the grid has " + std::to_string(grid.Rows()) + " rows");
+    Act([&] { grid.UserRow(row); });
+  }
+
+  void Pick(const Line& line) {
+    auto& month = As<MonthView>(Usable(Word(line, 1)));
+    const std::optional<Date> day = ParseDate(Word(line, 2));
+    if (!day) Fail("no such day");
+    Act([&] { month.UserPick(*day); });
+  }
+
+  void Drag(const Line& line) {
+    auto& source = As<Button>(Usable(Word(line, 1)));
+    auto& target = As<Button>(Usable(Word(line, 2)));
+    Act([&] { source.UserDrag(target); });
+  }
+
+  void FireTimer(const Line& line) {
+    Timer* timer = CurrentForm().FindTimer(Word(line, 1));
+    if (timer == nullptr) Fail("no such timer");
+    if (!timer->Enabled()) Fail("the timer doesn't run");
+    Act([&] { timer->UserFire(); });
+  }
+
+  void Expect(const Line& line) {
+    const std::string& what = Word(line, 1);
+    const std::size_t dot = what.rfind('.');
+    if (dot == std::string::npos) Fail("CONTROL.PROPERTY is wanted");
+    if (what == "form.Focus") return CheckEqual(what, Word(line, 2), Focused() == nullptr ? "" : Focused()->Name());
+    const std::string owner = what.substr(0, dot);
+    const Element& element = owner == "form" ? static_cast<const Element&>(CurrentForm()) : Find(owner);
+    const std::optional<std::string> value = element.Ask(what.substr(dot + 1));
+    if (!value) Fail("no such property");
+    CheckEqual(what, Word(line, 2), *value);
+    if (const auto* grid = dynamic_cast<const DataGrid*>(&element); options_.grids != nullptr && grid != nullptr)
+      PrintGrid(*grid, *options_.grids);
+  }
+
+  void CheckCell(const Line& line) {
+    const auto& grid = As<DataGrid>(Find(Word(line, 1)));
+    CheckEqual("the cell", Word(line, 4), grid.CellText(Number(line, 2), Word(line, 3)));
+  }
+
+  void CheckLines(const Line& line) {
+    const auto& list = As<ListBox>(Find(Word(line, 1)));
+    CheckBlock("the lines", line, list.Items());
+  }
+
+  void CheckPrinted(const Line& line) {
+    if (printer_.Jobs.size() != 1) Fail(std::to_string(printer_.Jobs.size()) + " documents were printed");
+    std::vector<std::string> found;
+    for (const std::vector<PrintedPiece>& pieces : printer_.Jobs.front().lines) {
+      std::string& row = found.emplace_back();
+      for (const PrintedPiece& piece : pieces)
+        row += fmt::format("{}{}:{}", row.empty() ? "" : "|", piece.left, piece.text);
+    }
+    printer_.Jobs.clear();
+    CheckBlock("what was printed", line, found);
+  }
+
+  void CheckWorkbook(const Line& line) {
+    if (spreadsheet_.Books.size() != 1) Fail(std::to_string(spreadsheet_.Books.size()) + " workbooks were opened");
+    const Workbook book = std::move(spreadsheet_.Books.front());
+    spreadsheet_.Books.clear();
+    std::vector<std::string> found;
+    for (const Workbook::TextCell& cell : book.Cells) {
+      found.push_back(fmt::format("{},{}{} {}", cell.row, cell.column, cell.bold ? "*" : "", cell.text));
+    }
+    for (const Workbook::ColumnSpan& span : book.ColumnWidths) {
+      found.push_back(fmt::format("width {}-{} {}", span.first, span.last, span.width));
+    }
+    for (const Workbook::RowHeight& row : book.RowHeights)
+      found.push_back(fmt::format("height {} {}", row.row, row.height));
+    for (const std::string& status : book.StatusBar) found.push_back("status " + status);
+    CheckBlock("the workbook", line, found);
+  }
+
+  static void PrintGrid(const DataGrid& grid, std::ostream& out) {
+    out << grid.Name() << "\t" << grid.Rows() << "\n";
+    const int columns = static_cast<int>(grid.Columns().size());
+    for (int row = 1; row <= grid.Rows(); ++row) {
+      for (int column = 0; column < columns; ++column) out << (column > 0 ? "\t" : "") << grid.CellText(row, column);
+      out << "\n";
+    }
+  }
+
+  void Dump(const Line&) {
+    if (options_.dump == nullptr) return;
+    std::ostream& out = *options_.dump;
+    out << CurrentForm().Name() << ": " << CurrentForm().Caption() << "\n";
+    for (Control* control : CurrentForm().Controls()) {
+      if (!control->IsShown()) continue;
+      if (const auto* label = dynamic_cast<const Label*>(control))
+        out << label->Name() << "\t" << label->Caption() << "\n";
+      if (const auto* box = dynamic_cast<const TextBox*>(control)) out << box->Name() << "\t" << box->Text() << "\n";
+      if (const auto* list = dynamic_cast<const ListBox*>(control)) {
+        out << list->Name() << "\n";
+        for (const std::string& item : list->Items()) out << "\t" << item << "\n";
+      }
+      if (const auto* grid = dynamic_cast<const DataGrid*>(control)) {
+        for (const GridColumn& column : grid->Columns()) out << column.header << "\t";
+        out << "\n";
+        PrintGrid(*grid, out);
+      }
+    }
+  }
+
+  void CheckRows(const Line& line) {
+    Recordset set;
+    set.Open(Word(line, 1), terminal_);
+    std::vector<std::string> found;
+    for (int row = 1; row <= set.RecordCount(); ++row) {
+      std::vector<std::string> cells;
+      for (int field = 0; field < set.FieldCount(); ++field) {
+        const Cell cell = set.At(row, field);
+        cells.push_back(cell.IsNull() ? "NULL" : cell.Text());
+      }
+      found.push_back(fmt::format("{}", fmt::join(cells, "|")));
+    }
+    CheckBlock("the rows", line, found);
+  }
+
+  void CheckFile(const Line& line) {
+    std::ifstream file(Match(drives_.ToNative(Word(line, 1))), std::ios::binary);
+    if (!file) Fail("there is no such file");
+    std::vector<std::string> found;
+    for (std::string row; std::getline(file, row);) {
+      if (file.eof() || row.empty() || row.back() != '\r')
+        Fail("a line of the file doesn't end in CR LF: " + FromWindows1251(row));
+      row.pop_back();
+      found.push_back(FromWindows1251(row));
+    }
+    CheckBlock("the file", line, found);
+  }
+
+  void CheckNoFile(const Line& line) {
+    const std::vector<std::filesystem::path> found = Fitting(drives_.ToNative(Word(line, 1)));
+    if (!found.empty()) Fail("there is " + found.front().string());
+  }
+
+  void WriteFile(const Line& line) {
+    const std::filesystem::path path = drives_.ToNative(Word(line, 1));
+    std::filesystem::create_directories(path.parent_path());
+    std::ofstream file(path, std::ios::binary);
+    for (const std::string& row : line.block) file << ToWindows1251(row) << "\r\n";
+    if (!file.flush()) Fail("the file can't be written");
+  }
+
+  void SetFault(const Line& line) {
+    const bool cut = line.words.size() > 2;
+    if (cut && Word(line, 2) != "cut") Fail("\"cut\" or nothing is wanted");
+    cut ? faults_.CutAt(Number(line, 1)) : faults_.FailAt(Number(line, 1));
+  }
+
+  void SetClock(const Line& line) {
+    const std::optional<DateTime> now = ParseSqlDateTime(Word(line, 1) + " " + Word(line, 2));
+    if (!now) Fail("no such moment");
+    clock_.Set(*now);
+  }
+
+  Form& CurrentForm() const {
+    if (form_ == nullptr) Fail("no form is shown");
+    return *form_;
+  }
+
+  Control& Find(const std::string& name) const {
+    Control* control = CurrentForm().FindControl(name);
+    if (control == nullptr) Fail(CurrentForm().Name() + " has no control " + name);
+    return *control;
+  }
+
+  Control& Usable(const std::string& name) const {
+    Control& control = Find(name);
+    if (!control.IsShown()) Fail(name + " isn't visible");
+    if (!control.IsEnabled()) Fail(name + " is disabled");
+    return control;
+  }
+
+  template <class T>
+  T& As(Control& control) const {
+    auto* right = dynamic_cast<T*>(&control);
+    if (right == nullptr) Fail("the action doesn't fit " + control.Name());
+    return *right;
+  }
+
+  DatabaseAddress database_;
+  DriveMap drives_;
+  PlayOptions options_;
+  test::FixedClock clock_;
+  test::RecordingPrinter printer_;
+  test::RecordingSpreadsheet spreadsheet_;
+  test::ScriptedFaults faults_;
+  std::unique_ptr<App> app_;
+  Connection terminal_;  ///< the way of a terminal to the database
+
+  const std::vector<Line>* script_ = nullptr;
+  std::size_t next_ = 0;
+  int differences_ = 0;
+  Form* form_ = nullptr;
+  std::vector<Form*> modal_;
+  Announcement announced_;
+  std::vector<Announcement> running_;  ///< one for each action under way, the innermost last
 };
 
-Player::Player(DatabaseAddress database, std::filesystem::path drives, const PlayOutput& output)
-    : database_(std::move(database)), drives_(std::move(drives)), output_(output), faults_(std::make_unique<Faults>()) {
-  terminal_.Open(MainConnectionString(database_));
+}  // namespace
+
+int Play(const std::string& text, const DatabaseAddress& database, const PlayOptions& options) {
+  const std::vector<Line> script = ReadScript(text);
+  const test::TemporaryFolder own;
+  return Operator(database, options.drives.value_or(own.Path()), options).Run(script);
 }
 
-Player::~Player() = default;
-
-void Player::Run(const std::vector<Line>& script) {
-  script_ = &script;
-  next_ = 0;
-  while (next_ < script.size()) Step();
-  if (!announced_.boxes.empty() || announced_.error) Fail("the play ends with an announcement");
-}
-
-void Player::Step() {
-  const Line& line = script_->at(next_++);
+bool PlayFile(const std::string& name, const DatabaseAddress& database, const PlayOptions& options) {
   try {
-    try {
-      Perform(line);
-    } catch (const Failure& failure) {
-      // An inner line has named itself already.
-      if (failure.text.rfind("line ", 0) == 0) throw;
-      throw Failure{fmt::format("line {}: {}\n  {}", line.number, line.text, failure.text)};
-    } catch (const Error& error) {
-      throw Failure{fmt::format("line {}: {}\n  {}", line.number, line.text, error.what())};
-    }
+    std::ifstream file(name, std::ios::binary);
+    if (!file) throw FileError(name, "can't be read");
+    std::ostringstream text;
+    text << file.rdbuf();
+    return Play(text.str(), database, options) == 0;
   } catch (const Failure& failure) {
-    if (output_.differences == nullptr) throw;
-    ++differences_;
-    *output_.differences << failure.text << "\n";
-    announced_ = {};
+    std::cerr << name << ", " << failure.text << "\n";
+  } catch (const Error& error) {
+    std::cerr << name << ": " << error.what() << "\n";
   }
-}
-
-void Player::Perform(const Line& line) {
-  struct Action {
-    void (Player::*run)(const Line&);
-    std::size_t least = 1, most = 1;  ///< words, its own name included
-    bool takes_block = false;
-  };
-  static const std::map<std::string, Action> kActions = {
-      {"start", {&Player::Start}},
-      {"stop", {&Player::Stop}},
-      {"close", {&Player::Close}},
-      {"error", {&Player::AnnounceError}},
-      {"dump", {&Player::Dump}},
-      {"clock", {&Player::SetClock, 3, 3}},
-      {"sql", {&Player::RunSql, 2, 2}},
-      {"form", {&Player::UseForm, 2, 2}},
-      {"dialog", {&Player::Announce, 4, 6}},
-      {"set", {&Player::Set, 3, 3}},
-      {"tab", {&Player::Press, 2, 2}},
-      {"menu", {&Player::Press, 2, 2}},
-      {"click", {&Player::Press, 2, 2}},
-      {"dblclick", {&Player::Press, 2, 2}},
-      {"key", {&Player::Press, 3, 3}},
-      {"row", {&Player::GoToRow, 3, 3}},
-      {"pick", {&Player::Pick, 3, 3}},
-      {"drag", {&Player::Drag, 3, 3}},
-      {"timer", {&Player::FireTimer, 2, 2}},
-      {"expect", {&Player::Expect, 3, 3}},
-      {"cell", {&Player::CheckCell, 5, 5}},
-      {"rows", {.run = &Player::CheckRows, .least = 2, .most = 2, .takes_block = true}},
-      {"file", {.run = &Player::CheckFile, .least = 2, .most = 2, .takes_block = true}},
-      {"no-file", {&Player::CheckNoFile, 2, 2}},
-      {"file-write", {.run = &Player::WriteFile, .least = 2, .most = 2, .takes_block = true}},
-      {"lines", {.run = &Player::CheckLines, .least = 2, .most = 2, .takes_block = true}},
-      {"printed", {.run = &Player::CheckPrinted, .takes_block = true}},
-      {"workbook", {.run = &Player::CheckWorkbook, .takes_block = true}},
-      {"fault", {&Player::SetFault, 2, 3}}};
-
-  const auto found = kActions.find(line.words.front());
-  if (found == kActions.end()) Fail("no action is called \"" + line.words.front() + "\"");
-  const Action& action = found->second;
-  if (line.words.size() < action.least) Fail("the action wants more words");
-  if (line.words.size() > action.most) Fail("the action takes no more than " + std::to_string(action.most) + " words");
-  if (!action.takes_block && !line.block.empty()) Fail("the action takes no lines below it");
-  (this->*action.run)(line);
-}
-
-void Player::Act(const std::function<void()>& action) {
-  running_.push_back(std::exchange(announced_, {}));
-  const std::size_t depth = running_.size();
-  try {
-    UserAction(action);
-  } catch (const Failure&) {
-    running_.resize(depth - 1);
-    throw;
-  }
-  Announcement left = std::move(running_.back());
-  running_.pop_back();
-  // The action that hides a modal form ends here, but the one that had opened it goes on: what is left was meant for
-  // it.
-  if (!modal_.empty() && !modal_.back()->IsVisible() && !running_.empty()) {
-    auto& outer = running_.back();
-    outer.boxes.insert(outer.boxes.begin(), left.boxes.begin(), left.boxes.end());
-    outer.error = outer.error || left.error;
-    return;
-  }
-  if (!left.boxes.empty()) Fail("this box stayed away: " + left.boxes.front().text);
-  if (left.error) Fail("the run-time error stayed away");
-  if (form_ != nullptr && !form_->IsVisible()) form_ = Front();
-}
-
-Player::Box Player::TakeBox(const std::string& text, const std::string& title, bool input) {
-  if (running_.empty() || running_.back().boxes.empty()) Fail("an unannounced box: " + WithPlainBreaks(text));
-  Box box = std::move(running_.back().boxes.front());
-  running_.back().boxes.pop_front();
-  const bool exact = box.text.find('\r') != std::string::npos;
-  CheckEqual("the box", box.text, exact ? text : WithPlainBreaks(text));
-  if (box.input != input) Fail(std::string(input ? "an input box" : "a plain box") + " came: " + text);
-  if (box.title) CheckEqual("the title of the box", *box.title, title);
-  return box;
-}
-
-BoxAnswer Player::DoMsgBox(const Message& message) {
-  const Box box = TakeBox(message.text, message.title, false);
-  if (box.icon && *box.icon != message.icon) Fail("the box has another icon: " + message.text);
-  const BoxAnswer answer = kAnswers.at(box.answer);
-  if (!test::Offers(message.buttons, answer)) Fail("the box has no button " + box.answer + ": " + message.text);
-  return answer;
-}
-
-std::string Player::DoInputBox(const std::string& prompt, const std::string& title, const std::string&) {
-  return TakeBox(prompt, title, true).answer;
-}
-
-void Player::DoModalLoop(Form& form) {
-  Form* opener = form_;
-  form_ = &form;
-  modal_.push_back(&form);
-  while (form.IsVisible()) {
-    if (next_ == script_->size()) Fail("the play ends while " + form.Name() + " is open");
-    Step();
-  }
-  modal_.pop_back();
-  form_ = opener;
-}
-
-void Player::DoRuntimeError(const std::exception& error) {
-  // A line that asks for what can't be done is no failure of the program's.
-  if (dynamic_cast<const ScriptError*>(&error) != nullptr) Fail(error.what());
-  if (running_.empty() || !running_.back().error) Fail(std::string("a run-time error: ") + error.what());
-  running_.back().error = false;
-}
-
-void Player::Start(const Line&) {
-  if (app_) Fail("the program runs already");
-  exit_code_.reset();
-  app_ = std::make_unique<App>(*this, clock_, drives_, AppSettings{database_, "zrt", printer_, spreadsheet_});
-  app_->TheSession.MainConnection.SetFaultSource(faults_.get());
-  Act([this] {
-    app_->Start();
-    app_->Splash.Timer1.UserFire();
-  });
-  if (app_->IsRunning()) {
-    form_ = &app_->Main;
-  } else {
-    app_.reset();
-    form_ = nullptr;
-  }
-}
-
-void Player::Stop(const Line&) {
-  if (!app_) Fail("the program doesn't run");
-  Act([this] { app_->Main.Close(); });
-  if (exit_code_ != 0) Fail("the program didn't end");
-  form_ = nullptr;
-  app_.reset();
-}
-
-void Player::UseForm(const Line& line) {
-  Form* form = FindForm(Word(line, 1));
-  if (form == nullptr) Fail("no such form");
-  if (!form->IsVisible()) Fail("the form isn't shown");
-  if (!modal_.empty() && modal_.back() != form) Fail(modal_.back()->Name() + " is open over it");
-  form_ = form;
-  Act([&] { Activated(*form); });
-}
-
-void Player::Announce(const Line& line) {
-  Box box;
-  box.text = Word(line, 1);
-  std::size_t at = 2;
-  if (Word(line, at) != "->" && !line.quoted[at]) {
-    const auto icon = kIcons.find(Word(line, at++));
-    if (icon == kIcons.end()) Fail("no such icon");
-    box.icon = icon->second;
-  }
-  if (line.quoted.at(at)) box.title = Word(line, at++);
-  if (Word(line, at++) != "->") Fail("\"->\" is wanted before the answer");
-  box.answer = Word(line, at);
-  box.input = line.quoted[at];
-  if (at + 1 != line.words.size()) Fail("nothing stands behind the answer");
-  if (!box.input && kAnswers.count(box.answer) == 0) Fail("no such answer");
-  announced_.boxes.push_back(std::move(box));
-}
-
-void Player::AnnounceError(const Line&) {
-  announced_.error = true;
-}
-
-void Player::RunSql(const Line& line) {
-  terminal_.Execute(Word(line, 1));
-}
-
-void Player::Close(const Line&) {
-  Form& closing = CurrentForm();
-  Act([&] { closing.Close(); });
-}
-
-void Player::Set(const Line& line) {
-  Control& control = Usable(Word(line, 1));
-  Act([&] { control.UserSet(Word(line, 2)); });
-}
-
-void Player::Press(const Line& line) {
-  const std::string& verb = Word(line, 0);
-  if (verb == "tab") {
-    for (Control* control : CurrentForm().Controls()) {
-      auto* strip = dynamic_cast<TabStrip*>(control);
-      if (strip != nullptr) return Act([&] { strip->UserChoose(Word(line, 1)); });
-    }
-    Fail("the form has no tabs");
-  }
-  Control& control = Usable(Word(line, 1));
-  if (verb == "menu") As<Menu>(control);
-  const std::optional<Key> key = verb == "key" ? std::optional(test::KeyByName(Word(line, 2))) : std::nullopt;
-  Act([&] {
-    if (key) {
-      PressKey(control, *key);
-    } else if (verb == "dblclick") {
-      control.UserDblClick();
-    } else {
-      control.UserClick();
-    }
-  });
-}
-
-void Player::GoToRow(const Line& line) {
-  auto& grid = As<DataGrid>(Usable(Word(line, 1)));
-  const int row = Number(line, 2);
-  if (row < 1 || row > grid.Rows()) Fail("the grid has " + std::to_string(grid.Rows()) + " rows");
-  Act([&] { grid.UserRow(row); });
-}
-
-void Player::Pick(const Line& line) {
-  auto& month = As<MonthView>(Usable(Word(line, 1)));
-  const std::optional<Date> day = ParseDate(Word(line, 2));
-  if (!day) Fail("no such day");
-  Act([&] { month.UserPick(*day); });
-}
-
-void Player::Drag(const Line& line) {
-  auto& source = As<Button>(Usable(Word(line, 1)));
-  auto& target = As<Button>(Usable(Word(line, 2)));
-  Act([&] { source.UserDrag(target); });
-}
-
-void Player::FireTimer(const Line& line) {
-  Timer* timer = CurrentForm().FindTimer(Word(line, 1));
-  if (timer == nullptr) Fail("no such timer");
-  if (!timer->Enabled()) Fail("the timer doesn't run");
-  Act([&] { timer->UserFire(); });
-}
-
-void Player::Expect(const Line& line) {
-  const std::string& what = Word(line, 1);
-  const std::size_t dot = what.rfind('.');
-  if (dot == std::string::npos) Fail("CONTROL.PROPERTY is wanted");
-  const std::string owner = what.substr(0, dot);
-  const Element& element = owner == "form" ? static_cast<const Element&>(CurrentForm()) : Find(owner);
-  const std::optional<std::string> value = element.Ask(what.substr(dot + 1));
-  if (!value) Fail("no such property");
-  CheckEqual(what, Word(line, 2), *value);
-  if (const auto* grid = dynamic_cast<const DataGrid*>(&element); output_.grids != nullptr && grid != nullptr)
-    PrintGrid(*grid, *output_.grids);
-}
-
-void Player::CheckCell(const Line& line) {
-  const auto& grid = As<DataGrid>(Find(Word(line, 1)));
-  CheckEqual("the cell", Word(line, 4), grid.CellText(Number(line, 2), Word(line, 3)));
-}
-
-void Player::CheckLines(const Line& line) {
-  const auto& list = As<ListBox>(Find(Word(line, 1)));
-  CheckBlock("the lines", line, list.Items());
-}
-
-void Player::CheckPrinted(const Line& line) {
-  if (printer_.Jobs.size() != 1) Fail(std::to_string(printer_.Jobs.size()) + " documents were printed");
-  std::vector<std::string> found;
-  for (const std::vector<PrintedPiece>& pieces : printer_.Jobs.front().lines) {
-    std::string& row = found.emplace_back();
-    for (const PrintedPiece& piece : pieces)
-      row += fmt::format("{}{}:{}", row.empty() ? "" : "|", piece.left, piece.text);
-  }
-  printer_.Jobs.clear();
-  CheckBlock("what was printed", line, found);
-}
-
-void Player::CheckWorkbook(const Line& line) {
-  if (spreadsheet_.Books.size() != 1) Fail(std::to_string(spreadsheet_.Books.size()) + " workbooks were opened");
-  const Workbook book = std::move(spreadsheet_.Books.front());
-  spreadsheet_.Books.clear();
-  std::vector<std::string> found;
-  for (const Workbook::TextCell& cell : book.Cells) {
-    found.push_back(fmt::format("{},{}{} {}", cell.row, cell.column, cell.bold ? "*" : "", cell.text));
-  }
-  for (const Workbook::ColumnSpan& span : book.ColumnWidths) {
-    found.push_back(fmt::format("width {}-{} {}", span.first, span.last, span.width));
-  }
-  for (const Workbook::RowHeight& row : book.RowHeights)
-    found.push_back(fmt::format("height {} {}", row.row, row.height));
-  for (const std::string& status : book.StatusBar) found.push_back("status " + status);
-  CheckBlock("the workbook", line, found);
-}
-
-void Player::PrintGrid(const DataGrid& grid, std::ostream& out) {
-  out << grid.Name() << "\t" << grid.Rows() << "\n";
-  const int columns = static_cast<int>(grid.Columns().size());
-  for (int row = 1; row <= grid.Rows(); ++row) {
-    for (int column = 0; column < columns; ++column) out << (column > 0 ? "\t" : "") << grid.CellText(row, column);
-    out << "\n";
-  }
-}
-
-void Player::Dump(const Line&) {
-  if (output_.dump == nullptr) return;
-  std::ostream& out = *output_.dump;
-  out << CurrentForm().Name() << ": " << CurrentForm().Caption() << "\n";
-  for (Control* control : CurrentForm().Controls()) {
-    if (!control->IsShown()) continue;
-    if (const auto* label = dynamic_cast<const Label*>(control))
-      out << label->Name() << "\t" << label->Caption() << "\n";
-    if (const auto* box = dynamic_cast<const TextBox*>(control)) out << box->Name() << "\t" << box->Text() << "\n";
-    if (const auto* list = dynamic_cast<const ListBox*>(control)) {
-      out << list->Name() << "\n";
-      for (const std::string& item : list->Items()) out << "\t" << item << "\n";
-    }
-    if (const auto* grid = dynamic_cast<const DataGrid*>(control)) {
-      for (const GridColumn& column : grid->Columns()) out << column.header << "\t";
-      out << "\n";
-      PrintGrid(*grid, out);
-    }
-  }
-}
-
-void Player::CheckRows(const Line& line) {
-  Recordset set;
-  set.Open(Word(line, 1), terminal_);
-  std::vector<std::string> found;
-  for (int row = 1; row <= set.RecordCount(); ++row) {
-    std::vector<std::string> cells;
-    for (int field = 0; field < set.FieldCount(); ++field) {
-      const Cell cell = set.At(row, field);
-      cells.push_back(cell.IsNull() ? "NULL" : cell.Text());
-    }
-    found.push_back(fmt::format("{}", fmt::join(cells, "|")));
-  }
-  CheckBlock("the rows", line, found);
-}
-
-void Player::CheckFile(const Line& line) {
-  std::ifstream file(Match(drives_.ToNative(Word(line, 1))), std::ios::binary);
-  if (!file) Fail("there is no such file");
-  std::vector<std::string> found;
-  for (std::string row; std::getline(file, row);) {
-    if (file.eof() || row.empty() || row.back() != '\r')
-      Fail("a line of the file doesn't end in CR LF: " + FromWindows1251(row));
-    row.pop_back();
-    found.push_back(FromWindows1251(row));
-  }
-  CheckBlock("the file", line, found);
-}
-
-void Player::CheckNoFile(const Line& line) {
-  const std::vector<std::filesystem::path> found = Fitting(drives_.ToNative(Word(line, 1)));
-  if (!found.empty()) Fail("there is " + found.front().string());
-}
-
-void Player::WriteFile(const Line& line) {
-  const std::filesystem::path path = drives_.ToNative(Word(line, 1));
-  std::filesystem::create_directories(path.parent_path());
-  std::ofstream file(path, std::ios::binary);
-  for (const std::string& row : line.block) file << ToWindows1251(row) << "\r\n";
-  if (!file.flush()) Fail("the file can't be written");
-}
-
-void Player::SetFault(const Line& line) {
-  const bool cut = line.words.size() > 2;
-  if (cut && Word(line, 2) != "cut") Fail("\"cut\" or nothing is wanted");
-  faults_->Arm(Number(line, 1), cut);
-}
-
-void Player::SetClock(const Line& line) {
-  const std::optional<DateTime> now = ParseSqlDateTime(Word(line, 1) + " " + Word(line, 2));
-  if (!now) Fail("no such moment");
-  clock_.Set(*now);
-}
-
-Form& Player::CurrentForm() const {
-  if (form_ == nullptr) Fail("no form is shown");
-  return *form_;
-}
-
-Control& Player::Find(const std::string& name) const {
-  Control* control = CurrentForm().FindControl(name);
-  if (control == nullptr) Fail(CurrentForm().Name() + " has no control " + name);
-  return *control;
-}
-
-Control& Player::Usable(const std::string& name) const {
-  Control& control = Find(name);
-  if (!control.IsShown()) Fail(name + " isn't visible");
-  if (!control.IsEnabled()) Fail(name + " is disabled");
-  return control;
-}
-
-template <class T>
-T& Player::As(Control& control) const {
-  auto* right = dynamic_cast<T*>(&control);
-  if (right == nullptr) Fail("the action doesn't fit " + control.Name());
-  return *right;
+  return false;
 }
 
 }  // namespace zrt::play

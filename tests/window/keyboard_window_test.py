@@ -34,19 +34,6 @@ class ADayWithoutAMouse(unittest.TestCase):
         form.activate()
         return form
 
-    def walk_to(self, form, name, key="Tab"):
-        """By Tab from wherever the keyboard is."""
-        for _ in range(80):
-            if form.has_focus(name):
-                return
-            self.program.key(key)
-            self.focus(form)
-        self.fail(f"Tab never comes to {name}")
-
-    def focus(self, window):
-        return wait_for("the keyboard somewhere", lambda: next(
-            (part for part in window.all() if part.getState().contains(pyatspi.STATE_FOCUSED)), None))
-
     def read_guide(self, heading):
         self.program.key("F1")
         guide = self.program.form("guide")
@@ -65,18 +52,18 @@ class ADayWithoutAMouse(unittest.TestCase):
         invoice = self.open(("l", 1), "frmDocPrN")
         key("Insert")
         picker = self.program.form("frmPLUpodb")
-        wait_for("the keyboard in the search", lambda: picker.has_focus("TextFind"))
+        picker.wait_for_focus("TextFind")
         key("Down", "Return")
-        wait_for("the keyboard in the quantity", lambda: picker.has_focus("TextKol"))
+        picker.wait_for_focus("TextKol")
         key("1", "KP_Decimal", "5", "Return")
-        wait_for("the keyboard in the price", lambda: picker.has_focus("TextPrice"))
+        picker.wait_for_focus("TextPrice")
         key("ctrl+a", "8", "0", "Return")
         wait_for("the line", lambda: invoice.rows("DataGrid7") == 1)
         self.assertEqual(invoice.caption("LblSum"), "120,00")
         key("Escape")
         self.gone("frmPLUpodb")
         key("Escape")  # what isn't saved isn't left by a slip
-        self.walk_to(invoice, "RUNButton")
+        invoice.walk_to("RUNButton")
         key("space")
         self.program.box().activate()
         key("Return")
@@ -89,10 +76,10 @@ class ADayWithoutAMouse(unittest.TestCase):
         # A sold line is annulled.
         receipt = self.shop.ask("SELECT COD FROM CHECK1")
         annulling = self.open(("comma", 2), "frmDelChek")
-        self.walk_to(annulling, "CmdKas_1")
+        annulling.walk_to("CmdKas_1")
         key("Return")
         wait_for("the receipt", lambda: annulling.rows("DataGrid1") == len(receipt))
-        self.walk_to(annulling, "DataGrid1", "shift+Tab")
+        annulling.walk_to("DataGrid1", "shift+Tab")
         key("Home", "Return")
         wait_for("the line gone", lambda: annulling.rows("DataGrid1") < len(receipt))
         annulling.close()
@@ -108,14 +95,14 @@ class ADayWithoutAMouse(unittest.TestCase):
         key("ctrl+p")
         preview = self.program.box()
         preview.activate()
-        wait_for("the keyboard on the button", lambda: self.focus(preview).name == "Печать")
+        wait_for("the keyboard on the button", lambda: preview.focus().name == "Печать")
         key("ctrl+p")
         printing = Window(self.program, wait_for("the choice of a printer", lambda: next(
             (window for window in self.program.windows() if window.name == "Печать"), None)))
         printing.activate()
         # No printer here: the file's name is asked for, a name at hand stands in its field.
         for _ in range(10):
-            if self.focus(printing).getRole() == pyatspi.ROLE_TEXT:
+            if printing.focus().getRole() == pyatspi.ROLE_TEXT:
                 break
             key("Tab")
         paper = os.path.join(self.program.home.name, "report.pdf")
@@ -151,7 +138,7 @@ class ADayWithoutAMouse(unittest.TestCase):
         self.read_guide("Таблица продаж")
         main.activate()
         key("ctrl+f")
-        wait_for("the filter's field", lambda: main.has_focus("Text1"))
+        main.wait_for_focus("Text1")
 
         # Along the strip, past the tab that opens a window of its own.
         for _ in range(80):
@@ -185,7 +172,7 @@ class ADayWithoutAMouse(unittest.TestCase):
         self.gone("Form9")
 
         # Rows of the catalogue.
-        wait_for("the keyboard in the catalogue", lambda: main.has_focus("DataGrid1_0"))
+        main.wait_for_focus("DataGrid1_0")
         for name in ("F2", "Return", "Insert"):
             key(name)
             card = self.program.form("frmPLU")
@@ -199,7 +186,7 @@ class ADayWithoutAMouse(unittest.TestCase):
             key("Tab", "Tab", "Escape")
             self.gone("frmPLU")
             main.activate()
-            wait_for("the keyboard back", lambda: main.has_focus("DataGrid1_0"))
+            main.wait_for_focus("DataGrid1_0")
         key("Delete")
         self.program.box().activate()
         key("Escape")

@@ -164,6 +164,11 @@ class Window:
             if child.getRole() not in ROLES_WITHOUT_CONTROLS:
                 yield from self.all(child)
 
+    def focus(self):
+        """The part that has the keyboard, waited for."""
+        return wait_for("the keyboard somewhere", lambda: next(
+            (part for part in self.all() if part.getState().contains(pyatspi.STATE_FOCUSED)), None))
+
     def close(self):
         """As by the system's box."""
         self.activate()
@@ -200,6 +205,18 @@ class Form(Window):
 
     def has_focus(self, name):
         return self.control(name).getState().contains(pyatspi.STATE_FOCUSED)
+
+    def wait_for_focus(self, name):
+        wait_for(f"the keyboard in {name}", lambda: self.has_focus(name))
+
+    def walk_to(self, name, key="Tab"):
+        """By Tab from wherever the keyboard is."""
+        for _ in range(80):
+            if self.has_focus(name):
+                return
+            self.program.key(key)
+            self.focus()
+        raise AssertionError(f"{key} never comes to {name}")
 
     def caption(self, name):
         return self.control(name).name
