@@ -58,12 +58,12 @@ struct Action {
   std::string promise = {};  ///< why it is not kSame
   std::string mend = {};     ///< what the operator does instead of the same once more
   bool whole = true;         ///< zrt_check is content afterwards
-  bool doubles = false;      ///< a write whose answer was lost comes once more, where nobody can tell that it is in
   bool goes_on = false;      ///< a failing statement doesn't stop the action, by design
   std::size_t boxes = 1;     ///< how many may come, beside those of the whole run
   std::string box = {};      ///< what a failure says, where that isn't the box of a run-time error
   std::string shows = {};    ///< FORM.LABEL=TEXT that stands there after a failure
   std::string besides = {};  ///< a text of the whole run that may be missing in the end
+  bool doubles = false;      ///< a write whose answer was lost comes once more: nobody can tell that it is in
 
   friend void PrintTo(const Action& action, std::ostream* out) { *out << action.name; }
 };
