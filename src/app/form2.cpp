@@ -175,7 +175,7 @@ void Form2::NameMenus() {
     return;
   }
   const Recordset names = session_.ReadOne("SELECT N1,N2 FROM CONST WHERE COD=7");
-  const auto name = [&](int field, const char* otherwise) {
+  const auto name = [&](int field, std::string_view otherwise) {
     return names.IsNull(field) ? std::string(otherwise) : names.Field(field).Text();
   };
   Panels.NameMenus(name(0, "меню-1"), name(1, "меню-2"));

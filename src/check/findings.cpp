@@ -6,8 +6,8 @@ namespace zrt::check {
 
 namespace {
 
-constexpr const char* kPostAgain = "отмените проведение документа и проведите его снова";
-constexpr const char* kSaveAgain = "откройте документ, проверьте строки и сохраните его снова";
+constexpr std::string_view kPostAgain = "отмените проведение документа и проведите его снова";
+constexpr std::string_view kSaveAgain = "откройте документ, проверьте строки и сохраните его снова";
 
 constexpr std::array<FaultText, static_cast<std::size_t>(Fault::kCount)> kTexts = {{
     {"Нет даты", false, kSaveAgain},
@@ -65,7 +65,7 @@ std::string Findings::Report() const {
     report += fmt::format("{} {}: {}\n", kTexts[i].allowed ? "ЗАМЕЧАНИЕ." : "ОШИБКА.", kTexts[i].title, found.count);
     for (const std::string& where : found.where) report += "    " + where + "\n";
     if (found.count > found.where.size()) report += fmt::format("    и ещё {}\n", found.count - found.where.size());
-    if (*kTexts[i].what != '\0') report += fmt::format("    Что делать: {}.\n", kTexts[i].what);
+    if (!kTexts[i].what.empty()) report += fmt::format("    Что делать: {}.\n", kTexts[i].what);
   }
   return report + (IsWhole() ? "Всё сходится.\n" : "Есть ошибки.\n");
 }

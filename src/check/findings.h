@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace zrt::check {
@@ -40,9 +41,9 @@ enum class Fault {
 
 /// How a fault is told.
 struct FaultText {
-  const char* title;
-  bool allowed;      ///< follows from how the shop works; named, but nothing is broken
-  const char* what;  ///< what the operator does about it; "" when nothing needs doing
+  std::string_view title;
+  bool allowed;           ///< follows from how the shop works; named, but nothing is broken
+  std::string_view what;  ///< what the operator does about it; "" when nothing needs doing
 };
 const FaultText& TextOf(Fault fault);
 

@@ -3,6 +3,7 @@
 #include <iostream>
 #include <map>
 #include <string>
+#include <string_view>
 
 #include "check/shop_check.h"
 #include "core/advice.h"
@@ -11,7 +12,7 @@
 
 namespace {
 
-constexpr const char* kUsage =
+constexpr std::string_view kUsage =
     "Проверка базы магазина: что в ней не сходится. Ничего не меняет.\n"
     "  zrt_check [--host АДРЕС] [--user УЧЁТНАЯ_ЗАПИСЬ] [--database СХЕМА]\n"
     "  zrt_check --version | --help\n"
@@ -24,7 +25,7 @@ constexpr int kWhole = 0, kBroken = 1, kNotLooked = 2;
 int main(int argc, char** argv) {
   const std::string asked = argc == 2 ? argv[1] : "";
   if (asked == "--version" || asked == "--help") {
-    std::cout << (asked == "--help" ? kUsage : "zrt_check " ZRT_VERSION "\n");
+    std::cout << (asked == "--help" ? kUsage : std::string_view("zrt_check " ZRT_VERSION "\n"));
     return kWhole;
   }
   zrt::DatabaseAddress shop{ZRT_DB_HOST, ZRT_DB_USER, ZRT_DB_NAME};

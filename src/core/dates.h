@@ -13,7 +13,7 @@ struct Date {
   int month = 0;
   int day = 0;
 
-  friend auto operator<=>(const Date&, const Date&) = default;
+  friend auto operator<=>(const Date&, const Date&) = default;  // NOLINT(modernize-use-nullptr): compares with 0
 };
 
 /// A moment to the second, in the shop's local time.
@@ -23,7 +23,7 @@ struct DateTime {
   int minute = 0;
   int second = 0;
 
-  friend auto operator<=>(const DateTime&, const DateTime&) = default;
+  friend auto operator<=>(const DateTime&, const DateTime&) = default;  // NOLINT(modernize-use-nullptr): the same
 };
 
 /// The day `days` later (earlier when negative), over ends of months and years.

@@ -21,8 +21,8 @@ constexpr std::string_view kNotSaved = "Документ НЕ сохранён."
 constexpr std::string_view kNotAdded = "Строка НЕ добавлена.";
 
 template <class T>
-void MakeIfDefined(DocumentForm& form, std::optional<T>& control, const char* name) {
-  if (form.Definition().Find(name) != nullptr) control.emplace(form, name);
+void MakeIfDefined(DocumentForm& form, std::optional<T>& control, std::string_view name) {
+  if (form.Definition().Find(name) != nullptr) control.emplace(form, std::string(name));
 }
 
 }  // namespace

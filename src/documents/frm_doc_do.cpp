@@ -131,7 +131,7 @@ void frmDocDO::Gather(const std::string& from, const std::string& to) {
   // From here on gathering goes on whatever fails: one product's line mustn't keep the shift from being closed. That
   // the link is gone is told by the lines, which can't be read then: of a shift that isn't whole nothing is posted.
   Recordset sold;
-  IgnoreFailure([&] { session_.BindSet(sold, fmt::format(fmt::runtime(kSold), from, to)); });
+  IgnoreFailure([&] { session_.BindSet(sold, fmt::format(kSold, from, to)); });
   if (sold.RecordCount() == 0 || sold.IsNull(2) || sold.IsNull(4)) {
     GetNewTableDoc();
     LblSum->Caption = "";

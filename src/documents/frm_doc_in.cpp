@@ -139,7 +139,7 @@ std::string frmDocIN::Question() const {
 
 void frmDocIN::ChangeTo(std::int64_t id, std::string_view answer) {
   const std::int32_t kol = session_.Format().ToScaled(answer, scale::kDocument);
-  const auto shown = [this](const char* column) { return ToThousandths(lines_.Field(column)); };
+  const auto shown = [this](std::string_view column) { return ToThousandths(lines_.Field(column)); };
   NewLine line{.kol = kol, .price = shown("Purshase"), .retail = shown("Retail"), .ost = shown("Balance")};
   const std::int64_t old_cost = ToThousandths(lines_.Field("DiffRetail"));
   store_.Appraise(line);

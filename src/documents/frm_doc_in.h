@@ -43,7 +43,7 @@ class frmDocIN final : public OwnLinesDocument {
   void FormatGrid() override;
   void ChangeTo(std::int64_t id, std::string_view answer) override;
   std::string Question() const override;
-  const char* QuestionTitle() const override { return "Кол-во ФАКТ"; }
+  std::string_view QuestionTitle() const override { return "Кол-во ФАКТ"; }
   /// The note begins with the moment of the count.
   DocumentHead NewHead() const override;
   void TakePresentDate() override;

@@ -21,7 +21,7 @@ class frmDocPRC final : public OwnLinesDocument {
   void FormatGrid() override;
   void ChangeTo(std::int64_t id, std::string_view answer) override;
   std::string Question() const override;
-  const char* QuestionTitle() const override { return "НОВАЯ ЦЕНА"; }
+  std::string_view QuestionTitle() const override { return "НОВАЯ ЦЕНА"; }
   DocumentHead NewHead() const override;
 };
 

@@ -136,7 +136,7 @@ void JournalTab::DeleteAllDocs() {
     return;
   }
   if (!PasswordIsRight("Удаление ВСЕХ документов")) return;
-  for (const char* table : {"JOURNAL", "REGISTR", "DOCUMENT", "DOCINVENT", "DOCPRICE"}) {
+  for (const std::string_view table : {"JOURNAL", "REGISTR", "DOCUMENT", "DOCINVENT", "DOCPRICE"}) {
     session_.Write(fmt::format("DELETE FROM {}", table));
   }
   desktop.MsgBox("Все документы удалены, регистр остатков обнулён!", BoxIcon::kExclamation);

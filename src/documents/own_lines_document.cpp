@@ -22,7 +22,7 @@ void OwnLinesDocument::OpenLines(std::int32_t doc) {
 void OwnLinesDocument::ChangeLine() {
   const std::optional<std::int64_t> id = CurrentId();
   if (!id) return;
-  const std::string answer = TheDesktop().InputBox(Question(), QuestionTitle());
+  const std::string answer = TheDesktop().InputBox(Question(), std::string(QuestionTitle()));
   if (answer.empty()) return;
   if (!session_.Format().IsNumeric(answer)) {
     TheDesktop().MsgBox("введите числовое значение!", BoxIcon::kCritical);

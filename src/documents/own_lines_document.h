@@ -21,7 +21,7 @@ class OwnLinesDocument : public DocumentForm {
   /// Asks for a number in place of what the line has; `answer` is what was entered, a number.
   virtual void ChangeTo(std::int64_t id, std::string_view answer) = 0;
   virtual std::string Question() const = 0;
-  virtual const char* QuestionTitle() const = 0;
+  virtual std::string_view QuestionTitle() const = 0;
 
   /// DOC of the lines that are open; -1 still when a save broke off before they moved.
   std::int32_t LinesDoc() const { return store_.Doc(); }

@@ -91,10 +91,10 @@ std::string ProductSheet::InsertStatement(std::int64_t row, std::int32_t cod, co
       cod, name, prise, barcode, nds, rez, n1, n2, n4, t1, ukt);
 }
 
-std::string ProductSheet::Text(std::int64_t row, int column, std::size_t length, const char* otherwise) const {
+std::string ProductSheet::Text(std::int64_t row, int column, std::size_t length, std::string_view otherwise) const {
   const std::string text = TrimAllBlanks(std::string(sheet_.Cell(row, column)));
   if (std::find(kErrorValues.begin(), kErrorValues.end(), text) != kErrorValues.end()) throw Fault(row, column, text);
-  return text.empty() ? otherwise : Left(text, length);
+  return text.empty() ? std::string(otherwise) : Left(text, length);
 }
 
 template <class Integer>

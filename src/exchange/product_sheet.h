@@ -36,7 +36,7 @@ class ProductSheet {
   std::string InsertStatement(std::int64_t row, std::int32_t cod, const std::string& name) const;
 
  private:
-  std::string Text(std::int64_t row, int column, std::size_t length, const char* otherwise) const;
+  std::string Text(std::int64_t row, int column, std::size_t length, std::string_view otherwise) const;
   template <class Integer>
   Integer Number(std::int64_t row, int column, Integer (*convert)(double)) const;
 

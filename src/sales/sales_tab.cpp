@@ -145,7 +145,8 @@ void SalesTab::FirstFill() {
 
 void SalesTab::FillCombos() {
   for (const std::string& hour : ShiftHours()) Combo1.AddItem(hour);
-  for (const char* excise : {"Всего", "Алкоголь", "Сигареты", "НЕакциз"}) Combo2.AddItem(excise);
+  for (const std::string_view excise : {"Всего", "Алкоголь", "Сигареты", "НЕакциз"})
+    Combo2.AddItem(std::string(excise));
   Combo2.Text = "Всего";
   ExciseFilter = 0;
 }
@@ -517,7 +518,7 @@ void SalesTab::SaveTable() {
 std::string SalesTab::SalesTitle(const std::string& file_name) {
   const RegionalFormat& format = session_.Format();
   const Recordset& lines = session_.Pool().RsSales;
-  const auto of_line = [&](const char* column) { return lines.Field(column).Display(format); };
+  const auto of_line = [&](std::string_view column) { return lines.Field(column).Display(format); };
   const auto first_sale = [&] {
     const Recordset first = session_.ReadOne(std::string(sales::kFirstSold));
     return first.Field("DATETIME").Display(format);

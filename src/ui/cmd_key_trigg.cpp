@@ -95,7 +95,7 @@ void CmdKeyTrigg::ReadProperties(const StoredProperties& stored) {
 CmdKeyTrigg::StoredProperties CmdKeyTrigg::WriteProperties() const {
   StoredProperties stored;
   ForEachStored(*this, [&](const auto& property, const auto& otherwise) {
-    if (property() != otherwise) stored[property.Name()] = property.AsText();
+    if (property() != otherwise) stored.emplace(property.Name(), property.AsText());
   });
   return stored;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <string>
 
@@ -61,7 +62,7 @@ class CmdKeyTrigg final : public Control {
   KeyTriggSizes Sizes() const { return KeyTriggSizesOf(SizeWidth(), SizeHeigth()); }
 
   /// Stored properties by their names; numbers in decimal, colours without a sign.
-  using StoredProperties = std::map<std::string, std::string>;
+  using StoredProperties = std::map<std::string, std::string, std::less<>>;
   /// Assigns every property in its fixed order, its default where `stored` lacks it. Throws TypeMismatch for a text
   /// that is no number, OverflowError for a number that the property can't take; those before it are assigned then.
   void ReadProperties(const StoredProperties& stored);

@@ -14,12 +14,12 @@ namespace {
 /// The definition of a control of one of these classes. "QLabel/picture" means a QLabel whose own property `kind` says
 /// so.
 const ControlDefinition& DefinitionOf(const Form& form, const std::string& name,
-                                      std::initializer_list<const char*> widget_classes) {
+                                      std::initializer_list<std::string_view> widget_classes) {
   const ControlDefinition* found = form.Definition().Find(name);
   if (found == nullptr) throw Error("the definition of form " + form.Name() + " lacks " + name);
   std::string declared = found->widget_class;
   if (const auto kind = found->properties.find("kind"); kind != found->properties.end()) declared += "/" + kind->second;
-  for (const char* fitting : widget_classes) {
+  for (const std::string_view fitting : widget_classes) {
     if (declared == fitting) return *found;
   }
   throw Error("the definition of form " + form.Name() + " declares " + name + " as " + declared);
@@ -40,7 +40,7 @@ std::string PropertyText(const std::vector<Tab>& tabs) {
 
 // Control
 
-Control::Control(Form& form, std::string name, std::initializer_list<const char*> widget_classes)
+Control::Control(Form& form, std::string name, std::initializer_list<std::string_view> widget_classes)
     : Element(std::move(name)), form_(form), definition_(DefinitionOf(form, Name(), widget_classes)) {
   if (!form_.by_name_.emplace(Name(), this).second) throw Error("form " + form.Name() + " has two controls " + Name());
   form_.controls_.push_back(this);
@@ -94,12 +94,12 @@ void Control::UserDblClick() {
   throw ScriptError(Name() + " can't be double-clicked");
 }
 
-std::string Control::Defined(const char* property) const {
+std::string Control::Defined(std::string_view property) const {
   const auto found = definition_.properties.find(property);
   return found == definition_.properties.end() ? std::string() : found->second;
 }
 
-bool Control::DefinedFlag(const char* property, bool otherwise) const {
+bool Control::DefinedFlag(std::string_view property, bool otherwise) const {
   const std::string text = Defined(property);
   return text.empty() ? otherwise : text == "true";
 }

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -77,12 +78,12 @@ class Control : public Element {
   virtual void Forget() {}
 
  protected:
-  Control(Form& form, std::string name, std::initializer_list<const char*> widget_classes);
+  Control(Form& form, std::string name, std::initializer_list<std::string_view> widget_classes);
 
   const ControlDefinition& Definition() const { return definition_; }
   /// Property of the definition as text, "" when it isn't given.
-  std::string Defined(const char* property) const;
-  bool DefinedFlag(const char* property, bool otherwise) const;
+  std::string Defined(std::string_view property) const;
+  bool DefinedFlag(std::string_view property, bool otherwise) const;
 
  private:
   Form& form_;

@@ -25,7 +25,7 @@ std::string PropertyText(const std::vector<std::string>& value) {
   return fmt::format("{}", fmt::join(value, ";"));
 }
 
-PropertyBase::PropertyBase(Element& owner, const char* name) : owner_(owner), name_(name) {
+PropertyBase::PropertyBase(Element& owner, std::string_view name) : owner_(owner), name_(name) {
   owner.properties_.push_back(this);
 }
 
@@ -33,7 +33,7 @@ void PropertyBase::Changed() {
   if (owner_.view_ != nullptr) owner_.view_->Show(*this);
 }
 
-EventBase::EventBase(Element& owner, const char* name) : name_(name) {
+EventBase::EventBase(Element& owner, std::string_view name) : name_(name) {
   owner.events_.push_back(this);
 }
 

@@ -28,12 +28,12 @@ class ElementView {
 /// A named value of an element. Reachable by its name for scripts of the shop's journeys.
 class PropertyBase {
  public:
-  PropertyBase(Element& owner, const char* name);
+  PropertyBase(Element& owner, std::string_view name);
   virtual ~PropertyBase() = default;
   PropertyBase(const PropertyBase&) = delete;
   PropertyBase& operator=(const PropertyBase&) = delete;
 
-  const char* Name() const { return name_; }
+  std::string_view Name() const { return name_; }
   Element& Owner() const { return owner_; }
 
   /// The value as a script writes it: texts as they are, Booleans "True"/"False", numbers in decimal.
@@ -47,7 +47,7 @@ class PropertyBase {
 
  private:
   Element& owner_;
-  const char* name_;
+  std::string_view name_;
 };
 
 /// A property's value as a text, as it is read by name and stored in a form's definition. A property of another type
@@ -70,7 +70,7 @@ std::string PropertyText(const std::vector<std::string>& value);
 template <class T>
 class Property final : public PropertyBase {
  public:
-  Property(Element& owner, const char* name, T initial = T{})
+  Property(Element& owner, std::string_view name, T initial = T{})
       : PropertyBase(owner, name), value_(initial), initial_(std::move(initial)) {}
 
   /// Runs before a value is stored, equal to the present one or not. A failure leaves the present one.
@@ -103,15 +103,15 @@ class Property final : public PropertyBase {
 /// `CmdDat.Click = [this] { CmdDat_Click(); };`
 class EventBase {
  public:
-  EventBase(Element& owner, const char* name);
+  EventBase(Element& owner, std::string_view name);
   virtual ~EventBase() = default;
   EventBase(const EventBase&) = delete;
   EventBase& operator=(const EventBase&) = delete;
 
-  const char* Name() const { return name_; }
+  std::string_view Name() const { return name_; }
 
  private:
-  const char* name_;
+  std::string_view name_;
 };
 
 template <class... Args>

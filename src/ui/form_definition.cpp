@@ -110,7 +110,7 @@ const FormDefinition& FormDefinition::Of(const std::string& name) {
   return read.emplace(name, Read(name, xml)).first->second;
 }
 
-const ControlDefinition* FormDefinition::Find(const std::string& name) const {
+const ControlDefinition* FormDefinition::Find(std::string_view name) const {
   const auto found = index_.find(name);
   return found == index_.end() ? nullptr : &controls_[found->second];
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
@@ -10,9 +11,10 @@ namespace zrt {
 /// One control as a screen's definition declares it.
 struct ControlDefinition {
   std::string name;
-  std::string widget_class;                       ///< "QLabel", "QAction" ...
-  std::string parent;                             ///< name of the enclosing control, "" directly in the window
-  std::map<std::string, std::string> properties;  ///< plain properties by their name in the definition; texts in UTF-8
+  std::string widget_class;  ///< "QLabel", "QAction" ...
+  std::string parent;        ///< name of the enclosing control, "" directly in the window
+  /// Plain properties by their name in the definition; texts in UTF-8.
+  std::map<std::string, std::string, std::less<>> properties;
   std::map<std::string, std::vector<std::string>> lists;  ///< string lists, and "items" of a combo or list box
 };
 
@@ -32,14 +34,14 @@ class FormDefinition {
   const std::string& Name() const { return name_; }
   const std::string& Title() const { return title_; }
 
-  const ControlDefinition* Find(const std::string& name) const;
+  const ControlDefinition* Find(std::string_view name) const;
   const std::vector<ControlDefinition>& Controls() const { return controls_; }
 
  private:
   std::string name_;
   std::string title_;
   std::vector<ControlDefinition> controls_;
-  std::map<std::string, std::size_t> index_;
+  std::map<std::string, std::size_t, std::less<>> index_;
 };
 
 }  // namespace zrt

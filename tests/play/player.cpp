@@ -171,6 +171,7 @@ class Operator final : public test::HeadlessDesktop {
       std::size_t least = 1, most = 1;  ///< words, its own name included
       bool takes_block = false;
     };
+    constexpr std::size_t kMany = 99;
     static const std::map<std::string, Action> kActions = {
         {"start", {&Operator::Start}},
         {"stop", {&Operator::Stop}},
@@ -191,14 +192,14 @@ class Operator final : public test::HeadlessDesktop {
         {"pick", {&Operator::Pick, 3, 3}},
         {"drag", {&Operator::Drag, 3, 3}},
         {"timer", {&Operator::FireTimer, 2, 2}},
-        {"expect", {&Operator::Expect, 3, 3}},
-        {"cell", {&Operator::CheckCell, 5, 5}},
+        {"expect", {&Operator::Expect, 3, kMany}},
+        {"cell", {&Operator::CheckCells, 5, kMany}},
         {"rows", {.run = &Operator::CheckRows, .least = 2, .most = 2, .takes_block = true}},
         {"file", {.run = &Operator::CheckFile, .least = 2, .most = 2, .takes_block = true}},
         {"no-file", {&Operator::CheckNoFile, 2, 2}},
         {"file-write", {.run = &Operator::WriteFile, .least = 2, .most = 2, .takes_block = true}},
         {"lines", {.run = &Operator::CheckLines, .least = 2, .most = 2, .takes_block = true}},
-        {"printed", {.run = &Operator::CheckPrinted, .takes_block = true}},
+        {"printed", {.run = &Operator::CheckPrinted, .most = 2, .takes_block = true}},
         {"workbook", {.run = &Operator::CheckWorkbook, .takes_block = true}},
         {"fault", {&Operator::SetFault, 2, 3}}};
 
@@ -364,22 +365,29 @@ class Operator final : public test::HeadlessDesktop {
   }
 
   void Expect(const Line& line) {
-    const std::string& what = Word(line, 1);
+    if (line.words.size() % 2 == 0) Fail("a value is wanted for each property");
+    for (std::size_t at = 1; at < line.words.size(); at += 2) CheckProperty(line.words[at], line.words[at + 1]);
+  }
+
+  void CheckProperty(const std::string& what, const std::string& expected) {
     const std::size_t dot = what.rfind('.');
     if (dot == std::string::npos) Fail("CONTROL.PROPERTY is wanted");
-    if (what == "form.Focus") return CheckEqual(what, Word(line, 2), Focused() == nullptr ? "" : Focused()->Name());
+    if (what == "form.Focus") return CheckEqual(what, expected, Focused() == nullptr ? "" : Focused()->Name());
     const std::string owner = what.substr(0, dot);
     const Element& element = owner == "form" ? static_cast<const Element&>(CurrentForm()) : Find(owner);
     const std::optional<std::string> value = element.Ask(what.substr(dot + 1));
     if (!value) Fail("no such property");
-    CheckEqual(what, Word(line, 2), *value);
+    CheckEqual(what, expected, *value);
     if (const auto* grid = dynamic_cast<const DataGrid*>(&element); options_.grids != nullptr && grid != nullptr)
       PrintGrid(*grid, *options_.grids);
   }
 
-  void CheckCell(const Line& line) {
+  void CheckCells(const Line& line) {
+    if (line.words.size() % 2 == 0) Fail("a value is wanted for each column");
     const auto& grid = As<DataGrid>(Find(Word(line, 1)));
-    CheckEqual("the cell", Word(line, 4), grid.CellText(Number(line, 2), Word(line, 3)));
+    for (std::size_t at = 3; at < line.words.size(); at += 2) {
+      CheckEqual(line.words[at], line.words[at + 1], grid.CellText(Number(line, 2), line.words[at]));
+    }
   }
 
   void CheckLines(const Line& line) {
@@ -389,6 +397,7 @@ class Operator final : public test::HeadlessDesktop {
 
   void CheckPrinted(const Line& line) {
     if (printer_.Jobs.size() != 1) Fail(std::to_string(printer_.Jobs.size()) + " documents were printed");
+    if (line.words.size() > 1) CheckEqual("points", Word(line, 1), std::to_string(printer_.Jobs.front().points));
     std::vector<std::string> found;
     for (const std::vector<PrintedPiece>& pieces : printer_.Jobs.front().lines) {
       std::string& row = found.emplace_back();

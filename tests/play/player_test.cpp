@@ -46,6 +46,8 @@ TEST_F(Plays, WhatAPlayDoesNotCheckItDoesNotPass) {
       {"start\nerror\ntab nowhere", "no tab"},
       {"start\nerror\ntab prod", "stayed away"},
       {"start\nexpect form.Focus Text1", "form.Focus"},
+      {"start\nexpect form.Caption zrt Text1.Text", "a value is wanted"},
+      {"start\nexpect form.Caption zrt Text1.Text x", "Text1.Text"},
       {"dialog \"a\" -> OK OK", "behind the answer"},
       {"dialog \"a\" loud -> OK", "no such icon"},
       {"file-write \"C:\\\\a.txt\"\n\tline\nno-file \"C:\\\\a*.txt\"", "there is"},

@@ -93,17 +93,20 @@ TEST_F(Products, EachSortAsksTheDatabaseAnew) {
   EXPECT_EQ(grid.Row(), 4) << "a list opens on its last row";
   EXPECT_EQ(grid.CellText(2, "Value"), "-2,500");
   EXPECT_EQ(grid.CellText(2, "Price"), "40,00");
-  const auto width = [&](std::size_t column) { return Tab().DataGrid1[0].Columns()[column].width; };
-  EXPECT_EQ(width(11), 1300);
-  EXPECT_EQ(width(12), 0);
+  const auto widths = [&] {
+    std::string all;
+    for (const GridColumn& column : Tab().DataGrid1[0].Columns()) all += std::to_string(column.width) + " ";
+    return all;
+  };
+  const std::string before_the_codes = "750 3750 1050 1050 525 525 525 525 600 600 600 ";
+  EXPECT_EQ(widths(), before_the_codes + "1300 0 ");
   Click(Tab().CheckUkt);
-  EXPECT_EQ(width(11), 0);
-  EXPECT_EQ(width(12), 1300);
+  EXPECT_EQ(widths(), before_the_codes + "0 1300 ");
   // A new reading keeps the layout.
   shop_.Sql("UPDATE TOVAR SET NAME='Аква' WHERE COD=5");
   Click(Tab().CmdReqr);
   EXPECT_EQ(grid.CellText(1, "Name"), "Аква");
-  EXPECT_EQ(width(12), 1300);
+  EXPECT_EQ(widths(), before_the_codes + "0 1300 ");
 }
 
 TEST_F(Products, ACardShowsWhatTheBaseHolds) {
@@ -194,6 +197,20 @@ TEST_F(Products, ACardThatIsRefusedCanBeMended) {
     Click(Card().OKButton);
   });
   EXPECT_EQ(Row(2), "1|Вино красное|0|0|95000|0|2|0|1|21|0|150|0|00.00.0000|NULL|2204");
+}
+
+TEST_F(Products, TheBarShowsHowFarTheBalancesAre) {
+  Start();
+  for (const bool fails : {false, true}) {
+    const test::Told told(Tab().ProgressBar1);
+    if (fails) {
+      faults_.FailAt(6);
+      desktop_.ExpectRuntimeError();
+    }
+    Click(Tab().CmdRefrTov);
+    EXPECT_EQ(told.Text, fails ? "Value=0 Visible=True Value=1 Visible=False "
+                               : "Max=4 Visible=True Value=1 Value=2 Value=3 Value=4 Visible=False ");
+  }
 }
 
 // The picker

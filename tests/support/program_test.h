@@ -18,14 +18,15 @@
 
 namespace zrt::test {
 
-/// A whole program on a shop and drives of its own, under a desktop that the test scripts. The clock stands on 12
-/// November 2026, ten o'clock.
-class ProgramTest : public testing::Test {
+/// A whole program on a shop and drives of its own, under a desktop of the kind `Host`. The clock stands on 12 November
+/// 2026, ten o'clock.
+template <class Host>
+class ProgramOn : public testing::Test {
  protected:
-  explicit ProgramTest(Stage stage = Stage::kRegister) : shop_(stage) {
+  explicit ProgramOn(Stage stage = Stage::kRegister) : shop_(stage) {
     std::filesystem::create_directories(drives_.ToNative("C:\\Korvina\\Report"));
   }
-  ~ProgramTest() override { app_.reset(); }
+  ~ProgramOn() override { app_.reset(); }
 
   /// Starts the program, chooses `tab` if one is named, and forgets the statements of the start.
   void Start(const std::string& tab = {}) {
@@ -69,9 +70,15 @@ class ProgramTest : public testing::Test {
   DriveMap drives_{folder_};
   RecordingPrinter printer_;
   RecordingSpreadsheet spreadsheet_;
-  ScriptedDesktop desktop_;
+  Host desktop_;
   ScriptedFaults faults_;
   std::unique_ptr<App> app_;
+};
+
+/// Under a desktop that the test scripts.
+class ProgramTest : public ProgramOn<ScriptedDesktop> {
+ protected:
+  using ProgramOn::ProgramOn;
 };
 
 }  // namespace zrt::test

@@ -10,6 +10,23 @@
 
 namespace zrt::test {
 
+/// Keeps what a view is told of a control from here on, as "Property=value ".
+class Told final : public ElementView {
+ public:
+  explicit Told(Element& element) : element_(element) {
+    element.SetView(this);
+    Text.clear();
+  }
+  ~Told() override { element_.SetView(nullptr); }
+  Told(const Told&) = delete;
+  Told& operator=(const Told&) = delete;
+  void Show(const PropertyBase& property) override { Text += property.Name() + ("=" + property.AsText()) + " "; }
+  std::string Text;
+
+ private:
+  Element& element_;
+};
+
 /// The host of unit tests: boxes are announced with their answers before the action that causes them, what the operator
 /// does in a modal form is a function. A box that comes unasked, or stays away, fails the test; so does a run-time
 /// error that the test didn't expect.

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <fstream>
 #include <memory>
@@ -65,7 +66,6 @@ class Template {
     CreateDocumentTables(session, dialog, true);
     connection_.Execute("UPDATE CONST SET N3=NULL WHERE COD=7");
     tables_ = FirstColumn(connection_, "SHOW TABLES");
-    filled_ = {"CONST", "HOTKEYS"};
   }
   ~Template() {
     try {
@@ -82,7 +82,7 @@ class Template {
       if (document && !with_documents) continue;
       connection.Execute(fmt::format("CREATE TABLE {} LIKE {}.{}", table, name_, table));
     }
-    for (const std::string& table : filled_) {
+    for (const char* table : {"CONST", "HOTKEYS"}) {
       connection.Execute(fmt::format("INSERT INTO {} SELECT * FROM {}.{}", table, name_, table));
     }
   }
@@ -91,23 +91,10 @@ class Template {
   std::string name_;
   Connection connection_;
   std::vector<std::string> tables_;
-  std::vector<std::string> filled_;
 };
 
-const char* OperatingMode(Stage stage) {
-  switch (stage) {
-    case Stage::kPlain:
-      return "0";
-    case Stage::kRegister:
-      return "-1";
-    case Stage::kLite:
-      return "1";
-    case Stage::kRestricted:
-      return "2";
-    default:
-      return "NULL";
-  }
-}
+/// The operating mode in the base, stage by stage.
+constexpr std::array kOperatingModes = {"NULL", "NULL", "0", "-1", "1", "2"};
 
 }  // namespace
 
@@ -154,7 +141,8 @@ TestDatabase::TestDatabase(Stage stage) : address_(TestAddress(NewSchemaName()))
   }
   static const Template kTemplate;
   kTemplate.CopyTo(connection_, stage == Stage::kRegister);
-  connection_.Execute(fmt::format("UPDATE CONST SET N3={} WHERE COD=7", OperatingMode(stage)));
+  connection_.Execute(
+      fmt::format("UPDATE CONST SET N3={} WHERE COD=7", kOperatingModes.at(static_cast<std::size_t>(stage))));
 }
 
 TestDatabase::~TestDatabase() {

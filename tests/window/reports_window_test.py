@@ -49,11 +49,6 @@ class Reports(unittest.TestCase):
         os.chmod(script, os.stat(script).st_mode | stat.S_IXUSR)
         return kept
 
-    def answer(self, text, title):
-        box = self.program.box()
-        self.assertEqual((box.text, box.accessible.name), (text, title))
-        box.press("OK")
-
     def lines(self, form):
         return [line.name for line in form.control("List1")]
 
@@ -74,27 +69,10 @@ class Reports(unittest.TestCase):
         form.click("Check2")
         wait_for("a narrow window", lambda: form.accessible.queryComponent().getSize()[0] == narrow)
 
-        form.click("CmdRun")
-        wait_for("the names", lambda: form.is_shown("Text33"))
-        self.assertEqual(form.text("Text11"), "Холодный цех")
-        form.press("CmdSave")
-        self.answer("настройки сохранены", "Системный отчёт")
-        form.activate()
-        self.program.key("Escape")
-        wait_for("the names gone", lambda: not form.is_shown("Frame2"))
-        wait_for("a narrow window", lambda: form.accessible.queryComponent().getSize()[0] == narrow)
-
         form.press("CmdPrint")
         preview = self.program.box()
         preview.activate()
         self.program.key("Escape")
-        form.activate()
-        form.click("CmdPlus1")
-        wait_for("the calendar", lambda: form.is_shown("Month1"))
-        self.program.key(*["Prior"] * 60, "Return")
-        wait_for("five years ago", lambda: form.caption("LDate1").endswith(str((TODAY - datetime.timedelta(1)).year - 5)))
-        form.press("CmdDat1")
-        self.answer("Нет заказов!", "ZASTAVA")
         form.activate()
         self.program.key("Escape")
         wait_for("the window gone", lambda: not self.program.is_open("Form9"))
@@ -137,34 +115,6 @@ class Reports(unittest.TestCase):
             text = file.read()
         self.assertTrue(text.startswith(";;ОТЧЁТ ПО ДИСКОНТНЫМ КАРТАМ\r\n"))
         self.assertIn("№;Код;Штрих;СУММА;", text)
-
-    def test_stock_tables_stand_by_the_register(self):
-        self.start()
-        form = self.open("Остатки товаров", "FormTabOst")
-        self.assertFalse(form.is_shown("Month1"))
-        self.program.key("Escape")
-        wait_for("the window gone", lambda: not self.program.is_open("FormTabOst"))
-        form = self.open("Движение товаров", "FormTabRun")
-        self.assertFalse(form.is_enabled("CmdRun"))
-        form.press("CmdTov")
-        picker = self.program.form("frmPLUpodb")
-        wait_for("the keyboard in the search", lambda: picker.has_focus("TextFind"))
-        picker.set_text("TextFind", "Эспрессо")
-        self.program.key("Return")
-        wait_for("the keyboard on the button", lambda: picker.has_focus("OKButton"))
-        self.program.key("Return")
-        wait_for("the product", lambda: form.is_enabled("CmdRun"))
-        self.assertEqual(form.caption("LblTov"), "Эспрессо")
-
-    def test_a_folder_that_is_not_there_is_named(self):
-        self.start()
-        form = self.open("Продажи по времени", "FormTabTim")
-        os.rmdir(os.path.join(self.program.drives, "C", "Korvina", "Report"))
-        form.press("CmdChk")
-        box = self.program.box()
-        self.assertRegex(box.text, r"^Ошибка выполнения\. Действие прервано\.\nC:\\Korvina\\Report\\Count_\d{8}_\d{6}\.csv$")
-        box.press("OK")
-        self.assertTrue(form.is_enabled("CmdChk"))
 
     def test_table_as_a_workbook(self):
         kept = self.spreadsheet()

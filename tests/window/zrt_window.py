@@ -200,9 +200,6 @@ class Form(Window):
     def is_enabled(self, name):
         return self.control(name).getState().contains(pyatspi.STATE_ENABLED)
 
-    def is_ticked(self, name):
-        return self.control(name).getState().contains(pyatspi.STATE_CHECKED)
-
     def has_focus(self, name):
         return self.control(name).getState().contains(pyatspi.STATE_FOCUSED)
 

@@ -33,7 +33,7 @@ std::string ExecutableName() {
   return name.toStdString();
 }
 
-constexpr const char* kUsage =
+constexpr std::string_view kUsage =
     "ZRT: управление рестораном и магазином.\n"
     "  zrt              открывает программу; сервер, учётная запись и схема заданы при сборке: " ZRT_DB_HOST
     ", " ZRT_DB_USER ", " ZRT_DB_NAME

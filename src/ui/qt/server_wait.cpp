@@ -110,9 +110,16 @@ void QtServerWait::Tick() {
 void QtServerWait::LetLive() {
   const QScopedValueRollback waiting(waiting_, true);
   if (stop_offered_ && !stop_wanted_) ShowNote(QStringLiteral("Идёт работа"));
+  closed_.clear();
   QApplication::processEvents();
   wants_end_ = false;  // no call that one could leave alone
+  CloseLater();
   lived_.start();
+}
+
+void QtServerWait::CloseLater() {
+  // Something that is asked over the window by then keeps it open.
+  if (closed_ != nullptr) QTimer::singleShot(kLifeEvery, closed_, [window = closed_.data()] { window->close(); });
 }
 
 void QtServerWait::OfferStop(bool offered) {
@@ -183,6 +190,7 @@ bool QtServerWait::IsDone(int milliseconds) {
 void QtServerWait::KeepAlive() {
   waiting_ = true;
   wants_end_ = false;
+  closed_.clear();
   while (!IsDone(kBreath)) {
     ShowNote(QStringLiteral("Жду ответа сервера базы данных"));
     QApplication::processEvents();
@@ -202,13 +210,15 @@ void QtServerWait::AskToEnd() {
     box.setDefaultButton(QMessageBox::No);
     QTimer answered;
     connect(&answered, &QTimer::timeout, &box, [&] {
-      if (IsDone(0)) box.done(QMessageBox::No);
+      if (IsDone(0)) box.done(QMessageBox::NoButton);
     });
     answered.start(kBreath);
     question_ = &box;
     ShowCursor(false);
     const int pressed = box.exec();
     question_ = nullptr;
+    if (pressed == QMessageBox::NoButton) CloseLater();
+    closed_.clear();
     if (pressed != QMessageBox::Yes) return ShowCursor(!IsDone(0));
   }
   GiveUp();
@@ -234,6 +244,7 @@ bool QtServerWait::eventFilter(QObject* watched, QEvent* event) {
     stop_wanted_ = true;
   } else if (escape || event->type() == QEvent::Close) {
     wants_end_ = true;
+    if (!escape) closed_ = qobject_cast<QWindow*>(watched);
   }
   event->ignore();
   return true;

@@ -2,6 +2,7 @@
 
 #include <QElapsedTimer>
 #include <QObject>
+#include <QPointer>
 #include <condition_variable>
 #include <functional>
 #include <memory>
@@ -11,6 +12,7 @@
 #include "core/connection.h"
 
 class QWidget;
+class QWindow;
 
 namespace zrt {
 
@@ -19,7 +21,7 @@ namespace zrt {
 /// To the program's logic it is one long call.
 ///
 /// Work that makes many quick calls keeps the windows alive too, a few times a second. Where it offers to be stopped,
-/// the note says so, and the first Esc asks for that.
+/// the note says so, and the first Esc asks for that. A window that is closed meanwhile closes when the work is done.
 ///
 /// After a fifth of a second there is the wait cursor, until the operator's action has ended or asks something; after
 /// a second a note says what is waited for, and Esc or closing the window ends the program: at once while it starts,
@@ -59,6 +61,7 @@ class QtServerWait final : public QObject, public ServerWait {
   bool IsDone(int milliseconds);
   void KeepAlive();
   void LetLive();
+  void CloseLater();
   void ShowNote(const QString& what);
   void AskToEnd();
   void ShowCursor(bool wait);
@@ -75,6 +78,7 @@ class QtServerWait final : public QObject, public ServerWait {
   bool stop_offered_ = false;
   bool stop_wanted_ = false;
   bool wants_end_ = false;       ///< the operator pressed Esc or closed the window
+  QPointer<QWindow> closed_;     ///< the window that he closed meanwhile; it closes once the program may let it
   QWidget* question_ = nullptr;  ///< the only window that takes the operator's input
 
   std::mutex mutex_;

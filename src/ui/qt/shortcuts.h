@@ -4,6 +4,7 @@
 #include <QStringList>
 #include <array>
 #include <functional>
+#include <string_view>
 
 class QTableView;
 class QWidget;
@@ -26,10 +27,10 @@ enum class KeyAction {
 /// A key of the operator's. Which control of a window it means stands in the window's definition: `operatorKey` of a
 /// field or button holds the role, `rowButtons` of a grid what its rows can be done to ("Ins=CmdNew", "CmdCopy", ...).
 struct Shortcut {
-  const char* keys;  ///< as the toolkit spells them; several are separated by ", "
+  std::string_view keys;  ///< as the toolkit spells them; several are separated by ", "
   KeyAction action;
-  const char* role;     ///< for kFind, kPress and kRow; the number for kTab
-  const char* meaning;  ///< for the operator's table of keys
+  std::string_view role;     ///< for kFind, kPress and kRow; the number for kTab
+  std::string_view meaning;  ///< for the operator's table of keys
 };
 
 /// The one table of shortcuts. docs/operating.md and the guide show it.

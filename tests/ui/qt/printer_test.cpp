@@ -63,7 +63,7 @@ std::vector<Word> Printed(const PrintJob& job) {
 constexpr double kPointsPerTwip = 1.0 / 20;
 
 TEST(Paper, PiecesBeginAtTheirPlacesAndJoinWithoutAGap) {
-  PrintJob job{"Системный отчёт", 10, {}};
+  PrintJob job{"Системный отчёт", 12, {}};
   job.lines.push_back({{0, std::string(22, 'W')}, {2100, " " + std::string(8, '8') + " "}, {3100, "НЕЗАКРЫТЫЕ"}});
   job.lines.push_back({{0, std::string(22, '=')}, {2100, std::string(10, '=')}, {3100, std::string(10, '=')}});
   job.lines.push_back({{0, "второй"}});
@@ -76,7 +76,7 @@ TEST(Paper, PiecesBeginAtTheirPlacesAndJoinWithoutAGap) {
   EXPECT_EQ(words[0].top, words[2].top);
   EXPECT_EQ(words[2].text, "НЕЗАКРЫТЫЕ");
   EXPECT_EQ(words[3].text, QString(42, '='));
-  EXPECT_NEAR(words[3].top - words[0].top, 11.5, 0.3);  // 10 points and the room between lines
+  EXPECT_NEAR(words[3].top - words[0].top, 13.8, 0.3);  // 12 points and the room between lines
 }
 
 TEST(Paper, ALongReportTakesAsManyPagesAsItNeedsAndLosesNoLine) {
