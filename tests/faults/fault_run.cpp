@@ -316,8 +316,8 @@ FaultRun::Rows FaultRun::Screen() {
     for (Control* control : form->Controls()) {
       const std::string name = form->Name() + "." + control->Name();
       for (const PropertyBase* property : control->Properties()) {
-        if (kIgnored.contains(property->Name())) continue;
-        screen.push_back(name + "." + property->Name() + " " + Plain(property->AsText()));
+        if (kIgnored.contains(std::string(property->Name()))) continue;
+        screen.push_back(fmt::format("{}.{} {}", name, property->Name(), Plain(property->AsText())));
       }
       const auto* grid = dynamic_cast<const DataGrid*>(control);
       if (grid == nullptr || !grid->IsShown()) continue;

@@ -20,7 +20,9 @@ class Told final : public ElementView {
   ~Told() override { element_.SetView(nullptr); }
   Told(const Told&) = delete;
   Told& operator=(const Told&) = delete;
-  void Show(const PropertyBase& property) override { Text += property.Name() + ("=" + property.AsText()) + " "; }
+  void Show(const PropertyBase& property) override {
+    Text += std::string(property.Name()) + "=" + property.AsText() + " ";
+  }
   std::string Text;
 
  private:
