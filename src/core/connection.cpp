@@ -72,6 +72,7 @@ void Connection::Impl::OpenLink() {
     throw;
   }
   lost = false;
+  ++links;
 }
 
 void Connection::Impl::WaitFor(const std::function<void()>& call) {
@@ -115,7 +116,8 @@ OdbcHandle Connection::Impl::Begin(std::string_view sql) {
 
   const auto verdict = faults == nullptr ? FaultSource::Verdict::kRun : faults->BeforeStatement(sql);
   if (verdict == FaultSource::Verdict::kFail) throw DatabaseError("HY000", 1105, "failed by the fault source");
-  if (verdict == FaultSource::Verdict::kCut) {
+  if (verdict == FaultSource::Verdict::kLoseAnswer) Send(bytes);
+  if (verdict == FaultSource::Verdict::kCut || verdict == FaultSource::Verdict::kLoseAnswer) {
     OdbcHandle statement(SQL_HANDLE_STMT, link.Get());
     SQLExecDirect(statement.Get(), Bytes("KILL CONNECTION_ID()"), SQL_NTS);
   }
@@ -176,6 +178,10 @@ bool Connection::IsOpen() const {
 
 bool Connection::IsLost() const {
   return impl_->lost;
+}
+
+int Connection::Link() const {
+  return impl_->links;
 }
 
 void Connection::AllowReopen() {

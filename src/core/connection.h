@@ -11,11 +11,12 @@ namespace zrt {
 /// For tests only: stands beneath the connection and may fail a statement or cut the link before it is sent.
 class FaultSource {
  public:
-  enum class Verdict { kRun, kFail, kCut };
+  enum class Verdict { kRun, kFail, kCut, kLoseAnswer };
 
   virtual ~FaultSource() = default;
   /// Called before each statement that the program sends. kFail makes it fail as a server would refuse it; kCut breaks
-  /// the link first, so that the statement and all later ones fail as with a dead server.
+  /// the link first, so that the statement and all later ones fail as with a dead server. kLoseAnswer lets the server
+  /// run the statement and breaks the link then.
   virtual Verdict BeforeStatement(std::string_view sql) = 0;
 };
 
@@ -59,6 +60,10 @@ class Connection {
 
   /// True after a statement found the link of an open connection dead, and until it has been opened again.
   bool IsLost() const;
+
+  /// How often a link has been opened. What was read over an earlier one may have been changed by a statement whose
+  /// answer was lost with it.
+  int Link() const;
 
   /// The next statement may open a lost connection again. See the class comment.
   void AllowReopen();

@@ -48,6 +48,7 @@ struct Connection::Impl {
   bool open = false;
   bool lost = false;
   bool may_reopen = false;
+  int links = 0;
   FaultSource* faults = nullptr;
   ServerWait* wait = nullptr;
   int timeout = 0;      ///< seconds

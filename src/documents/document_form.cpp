@@ -53,7 +53,7 @@ DocumentForm::DocumentForm(Desktop& desktop, DocType type, const DocumentService
   Unload = [this] { Form_Unload(); };
   KeyDown = [this](Key& key) {
     // Where there is something to save, leaving is the affair of the button, which asks.
-    const bool nothing_to_lose = DocRun || !DocOpen || (DocId == -1 && !HasLines());
+    const bool nothing_to_lose = DocRun || !DocOpen || (DocId == -1 && lines_.IsOpen() && !HasLines());
     if (key.code == Key::kEscape && nothing_to_lose) Close();
   };
   Month0.KeyDown = [this](Key& key) {
@@ -99,7 +99,11 @@ void DocumentForm::Form_Activate() {
 }
 
 void DocumentForm::OpenDocument() {
-  if (DocId == -1) return PrepareNew();
+  if (DocId == -1) {
+    // What a window left that couldn't tidy up would be posted a second time under the next number.
+    if (!DocOpen) store_.DeleteWorkingCopy();
+    return PrepareNew();
+  }
   const std::string date = DocDate ? session_.Format().DateTimeText(*DocDate) : std::string();
   Caption = fmt::format("{}{} от {}", kind_.saved_caption, DocId, date);
   RunIndicator(DocRun);
@@ -126,6 +130,7 @@ void DocumentForm::ReadLines(const std::string& sql) {
     session_.BindSet(lines_, sql);
     DataGrid7.Bind(lines_);
   }
+  lines_link_ = session_.MainConnection.Link();
   FormatGrid();
   DocOpen = true;
   if (HasLines()) lines_.SetBookmark(row == 0 ? lines_.RecordCount() : std::min(row, lines_.RecordCount()));
@@ -145,7 +150,9 @@ void DocumentForm::ShowAddedLines() {
 void DocumentForm::RequireLines() {
   if (!DocOpen) {
     OpenDocument();
-  } else if (!lines_.IsOpen()) {
+  } else if (DocId != -1 && store_.MoveTo(DocId)) {
+    OpenLines(DocId);
+  } else if (!lines_.IsOpen() || session_.MainConnection.IsLost() || lines_link_ != session_.MainConnection.Link()) {
     RefreshLines();
   }
 }
@@ -161,7 +168,11 @@ void DocumentForm::BroadcastReciever(std::int32_t cod, std::int32_t kol, std::in
   const DocumentLines::Added added = store_.Add(cod, kol, price, DocSum);
   switch (added.outcome) {
     case DocumentLines::Outcome::kAdded:
-      return ShowAddedLines();
+      try {
+        return ShowAddedLines();
+      } catch (const DatabaseError& error) {
+        throw error.Leaving("Строка уже в документе: добавлять её снова не нужно.");
+      }
     case DocumentLines::Outcome::kNoProduct:
       return;
     case DocumentLines::Outcome::kTooLarge:
@@ -185,8 +196,9 @@ void DocumentForm::TellTooLarge(std::string_view what) {
 
 void DocumentForm::EditLine() {
   if (DocRun) return;
+  const std::optional<std::int64_t> seen = CurrentId();
   RequireLines();
-  ChangeLine();
+  if (seen && CurrentId() == seen) ChangeLine();
 }
 
 void DocumentForm::Leave() {
@@ -287,8 +299,9 @@ void DocumentForm::CmdBar_Click() {
 }
 
 void DocumentForm::CmdDel_Click() {
-  RequireLines();
+  // Lines that have to be read first are seen before one of them goes.
   const std::optional<std::int64_t> id = CurrentId();
+  RequireLines();
   if (!id) return;
   store_.Delete(*id);
   RefreshLines();
@@ -312,8 +325,7 @@ void DocumentForm::SaveDocument(bool post) {
   }
   if (TextKlient) DocKlient = TextKlient->Text();
   if (TextPrim) DocPrim = TextPrim->Text();
-  // Lines of a new document that stand under -1 follow their head.
-  if (store_.MoveTo(DocId)) OpenLines(DocId);
+  RequireLines();
   book_.WriteRegister(Head(), lines_);
   if (post) AskAndPost();
 }

@@ -121,8 +121,10 @@ class DocumentForm : public Form {
   void RefreshLines() { ReadLines(lines_sql_); }
   /// The same after lines were added, of which the last becomes the current one.
   void ShowAddedLines();
-  /// Reads what couldn't be read before, the whole document where it never was. Called before anything is done to the
-  /// lines: without them a save would empty the register. Throws DatabaseError.
+  /// Reads what couldn't be read before, the whole document where it never was, and the lines that came over a link
+  /// which is gone: a change whose answer was lost with it may be in. Lines that stand under -1 follow their head
+  /// before. Called before anything is done to the lines: without them a save would empty the register. Throws
+  /// DatabaseError.
   void RequireLines();
   /// Is a line to be added? Not to a posted document, over which the picker may stay open.
   bool TakesLines();
@@ -156,6 +158,7 @@ class DocumentForm : public Form {
   bool InsertHead();
 
   std::string lines_sql_;
+  int lines_link_ = 0;  ///< the link that the lines were read over
   ProductPicker& picker_;
   QuantityDialog& dialog_;
   frmRegistr& movements_;

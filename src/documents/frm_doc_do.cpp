@@ -124,20 +124,21 @@ void frmDocDO::CmdDat_Click() {
 }
 
 void frmDocDO::Gather(const std::string& from, const std::string& to) {
-  // Gathering goes on whatever fails: one product's line mustn't keep the shift from being closed.
-  IgnoreFailure([this] { store_.DeleteWorkingCopy(); });
-  // What was gathered before is gone; nothing of it may be posted under another day.
+  // What was gathered before goes; nothing of it may be posted under another day.
   RUNButton.Enabled = false;
   mnuRun->Enabled = false;
+  store_.DeleteWorkingCopy();
+  // From here on gathering goes on whatever fails: one product's line mustn't keep the shift from being closed. That
+  // the link is gone is told by the lines, which can't be read then: of a shift that isn't whole nothing is posted.
   Recordset sold;
   IgnoreFailure([&] { session_.BindSet(sold, fmt::format(kSold, from, to)); });
   if (sold.RecordCount() == 0 || sold.IsNull(2) || sold.IsNull(4)) {
-    IgnoreFailure([this] { GetNewTableDoc(); });
+    GetNewTableDoc();
     LblSum->Caption = "";
     TheDesktop().MsgBox("Нет продаж!", BoxIcon::kCritical);
     return;
   }
-  if (!SalesFit(sold)) return IgnoreFailure([this] { GetNewTableDoc(); });
+  if (!SalesFit(sold)) return GetNewTableDoc();
   for (; !sold.Eof(); sold.MoveNext()) {
     IgnoreFailure([&] {
       session_.Write(
@@ -146,7 +147,7 @@ void frmDocDO::Gather(const std::string& from, const std::string& to) {
                       Number(sold.Field(4)), Number(sold.Field(5))));
     });
   }
-  IgnoreFailure([this] { GetNewTableDoc(); });
+  GetNewTableDoc();
   LblInf.Caption = "";
   RUNButton.Enabled = true;
   mnuRun->Enabled = true;

@@ -46,10 +46,12 @@ frmDocIN::frmDocIN(Desktop& desktop, const DocumentServices& services)
   CmdClear.Click = [this] { CmdClear_Click(); };
   CmdClearFakt.Click = [this] { CmdClearFakt_Click(); };
   CmdDownlFakt.Click = [this] {
-    RequireLines();
-    LoadCounts();
+    if (IsUnsaved()) LoadCounts();
   };
-  CmdExportFakt.Click = [this] { ExportLines(lines_); };
+  CmdExportFakt.Click = [this] {
+    RequireLines();
+    ExportLines(lines_);
+  };
   Complete();
 }
 
@@ -101,8 +103,13 @@ void frmDocIN::SumRefresh() {
   LblOstR.Caption = Amount(sum(3));
 }
 
-void frmDocIN::CmdDat_Click() {
+bool frmDocIN::IsUnsaved() {
   RequireLines();
+  return LinesDoc() == -1;
+}
+
+void frmDocIN::CmdDat_Click() {
+  if (!IsUnsaved()) return;
   Busy("обработка запроса...");
   std::string sql = "SELECT DISTINCT COD,NAME,PRISE FROM TOVAR";
   for (const Place& place : kPlaces) {
@@ -141,13 +148,13 @@ void frmDocIN::ChangeTo(std::int64_t id, std::string_view answer) {
 }
 
 void frmDocIN::CmdClear_Click() {
-  RequireLines();
+  if (!IsUnsaved()) return;
   store_.DeleteAll();
   RefreshLines();
 }
 
 void frmDocIN::CmdClearFakt_Click() {
-  RequireLines();
+  if (!IsUnsaved()) return;
   // Once would do; once for each line is what it has always been, and does no harm.
   for (int line = 1; line <= lines_.RecordCount(); ++line) session_.Write("UPDATE DOCINVENT SET KOL=0 WHERE DOC=-1");
   RefreshLines();

@@ -51,6 +51,9 @@ class frmDocIN final : public OwnLinesDocument {
 
  private:
   void Form_Load();
+  /// Do the lines still stand under -1? After a save that broke off they move here, and the buttons of a new document
+  /// go out.
+  bool IsUnsaved();
   void CmdDat_Click();
   void CmdClear_Click();
   void CmdClearFakt_Click();

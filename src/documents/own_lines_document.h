@@ -23,8 +23,7 @@ class OwnLinesDocument : public DocumentForm {
   virtual std::string Question() const = 0;
   virtual std::string_view QuestionTitle() const = 0;
 
-  /// DOC of the lines that are open. After a save that broke off before they moved it is -1 still, and they are worked
-  /// on there until the next save.
+  /// DOC of the lines that are open; -1 still when a save broke off before they moved.
   std::int32_t LinesDoc() const { return store_.Doc(); }
 
  private:

@@ -341,14 +341,22 @@ int FaultRun::Prove(const Action& action) {
   const Whole whole = Record(action);
   const int statements = static_cast<int>(whole.statements.size());
   EXPECT_GT(statements, 0) << "the action sends nothing";
-  for (const bool cut : {false, true}) {
+  constexpr std::pair<Fault, const char*> kFaults[] = {
+      {Fault::kRefused, "refused"}, {Fault::kCut, "link cut at"}, {Fault::kAnswerLost, "no answer to"}};
+  int runs = 1;
+  for (const auto& [fault, name] : kFaults) {
     for (int statement = 1; statement <= statements; ++statement) {
-      SCOPED_TRACE(fmt::format("{} {} of {}: {}", cut ? "link cut at" : "refused", statement, statements,
-                               whole.statements[static_cast<std::size_t>(statement - 1)]));
-      Break(action, whole, statement, cut);
+      const std::string& broken = whole.statements[static_cast<std::size_t>(statement - 1)];
+      // A question that gets no answer is one that was never asked.
+      if (fault == Fault::kAnswerLost && !IsWrite(broken)) continue;
+      SCOPED_TRACE(fmt::format("{} {} of {}: {}", name, statement, statements, broken));
+      Action here = action;
+      if (fault == Fault::kAnswerLost && action.doubles) here.again = Again::kOnTop;
+      Break(here, whole, statement, fault);
+      ++runs;
     }
   }
-  return 1 + 2 * statements;
+  return runs;
 }
 
 FaultRun::Whole FaultRun::Record(const Action& action) {
@@ -367,21 +375,20 @@ FaultRun::Whole FaultRun::Record(const Action& action) {
   whole.boxes = desktop_.Boxes;
   whole.end = Look();
   whole.screen = Screen();
-  if (action.again == Again::kTwice) {
-    Do(action.action);
-    whole.twice = Look();
-  }
   return whole;
 }
 
-void FaultRun::Break(const Action& action, const Whole& whole, int statement, bool cut) {
+void FaultRun::Break(const Action& action, const Whole& whole, int statement, Fault fault) {
   const std::string& broken = whole.statements[static_cast<std::size_t>(statement - 1)];
-  const State& expected = whole.before[static_cast<std::size_t>(statement - 1)];
+  const auto ran = static_cast<std::size_t>(fault == Fault::kAnswerLost ? statement : statement - 1);
+  const State& expected = ran < whole.before.size() ? whole.before[ran] : whole.end;
   Restart();
   Do(action.before);
   desktop_.Boxes.clear();
   faults_.Forget();
-  cut ? faults_.CutAt(statement) : faults_.FailAt(statement);
+  if (fault == Fault::kRefused) faults_.FailAt(statement);
+  if (fault == Fault::kCut) faults_.CutAt(statement);
+  if (fault == Fault::kAnswerLost) faults_.LoseAnswerAt(statement);
   Do(action.action);
   ASSERT_GE(faults_.Statements().size(), static_cast<std::size_t>(statement)) << "the statement never came";
 
@@ -413,7 +420,7 @@ void FaultRun::Break(const Action& action, const Whole& whole, int statement, bo
   // Nor does a window that can't tidy up stop what follows it.
   const bool tidies = broken.starts_with("DELETE FROM DOCUMENT WHERE TYP=") &&
                       faults_.Statements().size() > static_cast<std::size_t>(statement);
-  const bool goes_on = action.goes_on || (!cut && (IsGuarded(broken) || tidies));
+  const bool goes_on = action.goes_on || (fault == Fault::kRefused && (IsGuarded(broken) || tidies));
   if (!goes_on) {
     EXPECT_TRUE(left == expected) << "it stands:\n"
                                   << Shown(left) << "where the first statements make:\n"
@@ -472,8 +479,6 @@ FaultRun::State FaultRun::Without(const std::string& text, State state) {
 FaultRun::State FaultRun::Expected(const Action& action, const Whole& whole, const State& left) const {
   const State& start = whole.before.front();
   switch (action.again) {
-    case Again::kTwice:
-      return left == start ? whole.end : whole.twice;
     case Again::kStays:
       return left == start ? whole.end : left;
     case Again::kOnTop: {

@@ -36,7 +36,6 @@ class PatientDesktop final : public HeadlessDesktop {
 enum class Again {
   kSame,      ///< the state of the whole run, on the screen as in the database
   kOnTop,     ///< what was in before the failure, and the whole run's rows besides
-  kTwice,     ///< one more of what a second press does, where the first one's write was in
   kStays,     ///< what the first statements left, where one of them was in: the action finds nothing more to do
   kUnproved,  ///< see the row's promise
 };
@@ -64,6 +63,7 @@ struct Action {
   std::string box = {};      ///< what a failure says, where that isn't the box of a run-time error
   std::string shows = {};    ///< FORM.LABEL=TEXT that stands there after a failure
   std::string besides = {};  ///< a text of the whole run that may be missing in the end
+  bool doubles = false;      ///< a write whose answer was lost comes once more: nobody can tell that it is in
 
   friend void PrintTo(const Action& action, std::ostream* out) { *out << action.name; }
 };
@@ -82,8 +82,8 @@ class FaultRun {
 
   const DriveMap& Drives() const { return drives_; }
 
-  /// Runs the action once whole, then with each of its statements refused, then with the link cut at each. Reports what
-  /// is wrong as failures of the test. Returns the number of runs.
+  /// Runs the action once whole, then with each of its statements refused, then with the link cut at each, then with
+  /// the link cut before its answer comes. Reports what is wrong as failures of the test. Returns the number of runs.
   int Prove(const Action& action);
 
  private:
@@ -94,11 +94,11 @@ class FaultRun {
   struct Whole {
     std::vector<State> before;
     State end;
-    State twice;
     std::vector<std::string> statements;
     std::vector<std::string> boxes;
     Rows screen;
   };
+  enum class Fault { kRefused, kCut, kAnswerLost };
   class Recorder;
 
   void Restore();
@@ -113,7 +113,7 @@ class FaultRun {
   bool HasFailed() const;
 
   Whole Record(const Action& action);
-  void Break(const Action& action, const Whole& whole, int statement, bool cut);
+  void Break(const Action& action, const Whole& whole, int statement, Fault fault);
   void Repeat(const Action& action, const Whole& whole, const State& left);
   void ExpectWhole(const State& state);
   State Expected(const Action& action, const Whole& whole, const State& left) const;

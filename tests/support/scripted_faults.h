@@ -18,6 +18,9 @@ class ScriptedFaults final : public FaultSource {
   /// Before the `nth` statement from now the link to the server breaks.
   void CutAt(int nth) { Arm(nth, Verdict::kCut); }
 
+  /// The `nth` statement from now is run, and the link breaks before its answer comes.
+  void LoseAnswerAt(int nth) { Arm(nth, Verdict::kLoseAnswer); }
+
   /// Every statement sent since the beginning or the last Forget, the failed ones included (UTF-8).
   const std::vector<std::string>& Statements() const { return statements_; }
   void Forget() { statements_.clear(); }
