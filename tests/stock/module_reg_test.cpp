@@ -3,9 +3,6 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstdint>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -233,102 +230,6 @@ TEST_F(Register, WhatTheRegisterAnswers) {
   EXPECT_THROW(stock_.GetOstAtDate(4, Date("13:00:00")), DatabaseError);
   shop_.Sql("UPDATE REGISTR SET SUMM=2147483647,KOL=1 WHERE COD=4");
   EXPECT_THROW(stock_.GetPurchasePrice(4), OverflowError);
-}
-
-// Random work against a list of movements: what the register must hold is computed from that list alone.
-
-struct ModelDocument {
-  int second = -1;  ///< -1 one that isn't saved
-  bool posted = false;
-  std::vector<Line> lines;
-  std::vector<std::int64_t> balances;  ///< OSTKOL of each line
-};
-
-class Model {
- public:
-  std::vector<ModelDocument> documents{14};
-
-  /// Posted documents of the same second or later.
-  std::vector<std::size_t> Later(std::size_t doc) const {
-    std::vector<std::size_t> later;
-    for (std::size_t other = 0; other < documents.size(); ++other) {
-      if (other != doc && documents[other].posted && documents[other].second >= documents[doc].second) {
-        later.push_back(other);
-      }
-    }
-    return later;
-  }
-
-  void Run(std::size_t doc, bool run, bool repost) {
-    if (!documents[doc].lines.empty()) {
-      documents[doc].posted = run;
-      Balance(doc, !run);
-    }
-    if (!repost) return;
-    for (const std::size_t later : Later(doc)) Balance(later, true);
-  }
-
- private:
-  void Balance(std::size_t doc, bool anew) {
-    ModelDocument& document = documents[doc];
-    if (anew) std::fill(document.balances.begin(), document.balances.end(), 0);
-    for (std::size_t line = 0; document.posted && line < document.lines.size(); ++line) {
-      std::int64_t sum = 0;
-      bool moved = false;
-      for (const ModelDocument& other : documents) {
-        if (!other.posted || other.second > document.second) continue;
-        for (const Line& one : other.lines) {
-          if (one.rez != 0 || one.cod != document.lines[line].cod) continue;
-          sum += one.kol;
-          moved = true;
-        }
-      }
-      if (moved) document.balances[line] = sum;
-    }
-  }
-};
-
-TEST_F(Register, RandomWorkAgreesWithAListOfMovements) {
-  std::mt19937 random(20261110);
-  const auto pick = [&](int from, int to) { return std::uniform_int_distribution<int>(from, to)(random); };
-  Model model;
-  for (int step = 0; step < 260; ++step) {
-    const int id = pick(1, static_cast<int>(model.documents.size()));
-    const auto doc = static_cast<std::size_t>(id - 1);
-    ModelDocument& document = model.documents[doc];
-    if (document.second < 0) {
-      document.second = pick(0, 6);  // few seconds: ties are common
-      for (int line = pick(0, 5); line > 0; --line) {
-        document.lines.push_back({pick(1, 4), pick(-3000, 3000), pick(0, 4) == 0 ? 1 : 0});
-      }
-      document.balances.assign(document.lines.size(), 0);
-      Save(id, fmt::format("10:00:{:02}", document.second), document.lines);
-    } else {
-      const bool run = document.posted ? pick(0, 3) == 0 : true;  // a posted one is now and then posted again
-      const std::size_t later = model.Later(doc).size();
-      const bool repost = pick(0, 2) > 0;
-      if (later > 0) {
-        desktop_.Expect(Question(static_cast<int>(later)), repost ? BoxAnswer::kOk : BoxAnswer::kCancel);
-      }
-      stock_.RunDocRegistr(id, run, Date(fmt::format("10:00:{:02}", document.second)));
-      desktop_.CheckAllCame();
-      model.Run(doc, run, repost);
-    }
-
-    Texts rows;
-    Texts heads;
-    for (std::size_t other = 0; other < model.documents.size(); ++other) {
-      const ModelDocument& expected = model.documents[other];
-      if (expected.second < 0) continue;
-      heads.push_back(fmt::format("{} {}", other + 1, expected.posted ? "OK" : "-"));
-      for (std::size_t line = 0; line < expected.lines.size(); ++line) {
-        rows.push_back(fmt::format("{} {}/{}", other + 1, expected.posted && expected.lines[line].rez == 0 ? 1 : 0,
-                                   expected.balances[line]));
-      }
-    }
-    ASSERT_EQ(shop_.Column("SELECT CONCAT(DOC,' ',RUN,'/',OSTKOL) FROM REGISTR ORDER BY DOC,ID"), rows) << step;
-    ASSERT_EQ(shop_.Column("SELECT CONCAT(ID,' ',IFNULL(RUN,'-')) FROM JOURNAL ORDER BY ID"), heads) << step;
-  }
 }
 
 // The catalogue's copy of the balances, over the button in the main window.
