@@ -308,6 +308,7 @@ TEST_F(Picking, AScannedBarcodeIsAskedForLikeAChosenProduct) {
 
   // The grid's way to a product without a barcode shows none, although the base holds "0".
   Type(Picker().TextFind, "вино");
+  EXPECT_EQ(desktop_.Focused(), &Picker().TextFind);
   Press(Picker().DataGrid01, "Enter");
   EXPECT_EQ(Picker().LbllName.Caption(), "  Вино красное  2");
 
