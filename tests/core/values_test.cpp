@@ -24,7 +24,9 @@ TEST(Text, EveryByteOfTheCodePageComesBack) {
   EXPECT_EQ(ToWindows1251(FromWindows1251(bytes)), bytes);
   EXPECT_EQ(ToWindows1251("Ёжик № 5 «Ы»"), "\xA8\xE6\xE8\xEA \xB9 5 \xAB\xDB\xBB");
   EXPECT_EQ(ToWindows1251("чай ☕ 中"), "\xF7\xE0\xE9 ? ?");
-  EXPECT_EQ(ToWindows1251("\xFFx\xD0"), "?x?");  // no UTF-8 at all, and a letter cut in half
+  // No UTF-8 at all, a letter cut in half, and what only just is or isn't a character.
+  EXPECT_EQ(ToWindows1251("\xFFx\xD0"), "?x?");
+  EXPECT_EQ(ToWindows1251("\xF5\x80\x80\x80|\xC1\x80|\xF4\x8F\xBF\xBF|\xC2\x80|\xEF\xBF\xBD"), "????|??|?|?|?");
 }
 
 TEST(Text, CountsCharactersNotBytes) {
@@ -103,28 +105,18 @@ TEST(RegionalFormat, ShowsNumbersTheRussianWay) {
 
 TEST(RegionalFormat, ReadsWhatTheOperatorTypes) {
   const RegionalFormat format;
-  const std::pair<const char*, std::optional<double>> kCases[] = {{"1,5", 1.5},
-                                                                  {"-12", -12.0},
-                                                                  {" 7 ", 7.0},
-                                                                  {"+3", 3.0},
-                                                                  {"1\u00A0234,50", 1234.5},
-                                                                  {",5", 0.5},
-                                                                  {"5,", 5.0},
-                                                                  {"1.5", {}},
-                                                                  {"", {}},
-                                                                  {" ", {}},
-                                                                  {"12a", {}},
-                                                                  {"1e", {}},
-                                                                  {"1,2,3", {}},
-                                                                  {"-", {}},
-                                                                  {",", {}},
-                                                                  {"--1", {}},
-                                                                  {"'1'", {}},
-                                                                  {"0x10", {}},
-                                                                  {"nan", {}},
-                                                                  {"inf", {}},
-                                                                  {"12345678901", 12345678901.0}};
-  for (const auto& [text, value] : kCases) EXPECT_EQ(format.ParseNumber(text), value) << text;
+  const std::pair<const char*, double> kNumbers[] = {{"1,5", 1.5},
+                                                     {"-12", -12},
+                                                     {" 7 ", 7},
+                                                     {"+3", 3},
+                                                     {",5", 0.5},
+                                                     {"5,", 5},
+                                                     {"1\u00A0234,50", 1234.5},
+                                                     {"12345678901", 12345678901}};
+  for (const auto& [text, value] : kNumbers) EXPECT_EQ(format.ParseNumber(text), value) << text;
+  for (const char* text : {"1.5", "", " ", "12a", "1e", "1,2,3", "-", ",", "--1", "'1'", "0x10", "nan", "inf"}) {
+    EXPECT_EQ(format.ParseNumber(text), std::nullopt) << text;
+  }
   EXPECT_THROW(format.ToNumber("1.5"), TypeMismatch);
 }
 

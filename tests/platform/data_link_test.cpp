@@ -43,9 +43,9 @@ TEST_F(DataLink, ReadsWhatWindowsAndPeopleWrite) {
   const std::u16string kWide =
       u"[oledb]\r\n; Everything after this line is an OLE DB initstring\r\nProvider=MSDASQL.1;Persist Security "
       u"Info=False;Extended Properties=\"DRIVER={MySQL ODBC 3.51 "
-      u"Driver};SERVER=10.0.0.5;PORT=3307;DATABASE=резерв;UID=root;PWD=1;OPTION=3;CHARSET=cp1251;\"\r\n";
+      u"Driver};SERVER=10.0.0.5;PORT=3307;DATABASE=резерв;UID=root;PWD=1😀;OPTION=3;CHARSET=cp1251;\"\r\n";
   const std::string kFromWide =
-      "driver={Own Driver}; server=10.0.0.5; port=3307; database=резерв; uid=root; pwd=1; charset=latin1";
+      "driver={Own Driver}; server=10.0.0.5; port=3307; database=резерв; uid=root; pwd=1😀; charset=latin1";
   struct Case {
     const char* name;
     std::string bytes;

@@ -1,4 +1,7 @@
-#include <gtest/gtest.h>
+#include <fmt/format.h>
+
+#include <string>
+#include <vector>
 
 #include "core/errors.h"
 #include "core/text.h"
@@ -6,6 +9,7 @@
 #include "reports/kat_names.h"
 #include "reports/report_period.h"
 #include "reports/report_text.h"
+#include "support/program_test.h"
 
 namespace zrt {
 namespace {
@@ -56,6 +60,105 @@ TEST(Workbook, NeedsAFileThatCanBeWritten) {
   Workbook book;
   book.Cell(1, 1, "текст");
   EXPECT_THROW(book.SaveAs("/no/such/folder/book.xlsx"), FileError);
+}
+
+// Screens
+
+class ReportScreensTest : public test::ProgramTest {
+ protected:
+  /// Opens the screen of a menu entry.
+  void Open(Menu& entry) {
+    Do([&] { entry.UserClick(); });
+  }
+
+  static std::string Look(const Workbook& book) {
+    std::string look;
+    for (const auto& span : book.ColumnWidths) look += fmt::format("{}-{}:{} ", span.first, span.last, span.width);
+    for (const auto& row : book.RowHeights) look += fmt::format("row {}:{} ", row.row, row.height);
+    return look;
+  }
+};
+
+TEST_F(ReportScreensTest, TheFirstLineGoesToPaperWithoutWhatStandsBeyondTheReportsWidth) {
+  Start();
+  Open(app_->Main.mnuSystem);
+  Form9& form = app_->Reports.TextReports;
+  const std::string wide = std::string(42, 'x') + "yz";
+  form.List1.AddItem(wide);
+  form.List1.AddItem(wide);
+  Click(form.CmdPrint);
+  ASSERT_EQ(printer_.Jobs.size(), 1U);
+  const auto& lines = printer_.Jobs.front().lines;
+  ASSERT_EQ(lines.size(), 5U);  // the moment and a blank line above, a blank line below
+  EXPECT_EQ(lines[2], (std::vector<PrintedPiece>{{0, std::string(42, 'x')}}));
+  EXPECT_EQ(lines[3].back(), (PrintedPiece{3100, std::string(10, 'x') + "yz"}));
+}
+
+TEST_F(ReportScreensTest, TheDayOfTheFirstShiftLeadsToTheButtonOfTheLast) {
+  Start();
+  Open(app_->Main.mnuSystem);
+  PeriodChoice& period = app_->Reports.TextReports.Period;
+  Click(period.First.CmdPlus);
+  Do([&] { period.First.Month.UserPick({2026, 11, 10}); });
+  EXPECT_EQ(desktop_.Focused(), &period.Last.CmdPlus);
+}
+
+TEST_F(ReportScreensTest, AReportThatIsStoppedSaysSoAndLeavesNoFile) {
+  Start();
+  shop_.Sql("UPDATE CONST SET N8=8 WHERE COD=5");
+  for (int cod = 1; cod <= 3; ++cod) {
+    shop_.Sql(fmt::format("INSERT INTO TOVAR (COD,NAME,OST,KOL,PRISE,BARCODE) VALUES ({0},'Т{0}',0,0,100,'')", cod));
+  }
+  Open(app_->Main.mnuSystem);
+  Form9& form = app_->Reports.TextReports;
+  Click(form.CmdDat);
+  const std::vector<std::string> whole = form.List1.Items();
+  ASSERT_GT(whole.size(), 6U);
+  desktop_.StopAfter = 4;
+  Click(form.CmdDat);
+  std::vector<std::string> stopped(whole.begin(), whole.begin() + 5);
+  stopped.emplace_back("отчёт остановлен, дальше не считалось");
+  EXPECT_EQ(form.List1.Items(), stopped);
+  desktop_.StopAfter = -1;
+  Click(form.CmdDat);
+  EXPECT_EQ(form.List1.Items(), whole);
+
+  Open(app_->Main.mnuReportSaldo);
+  FormTabOst& table = app_->Reports.Balances;
+  Do([&] { table.Output.Check3->UserTick(true); });
+  desktop_.StopAfter = 1;
+  Click(table.CmdOst);
+  EXPECT_TRUE(spreadsheet_.Books.empty());
+  EXPECT_EQ(table.Output.Label4.Caption(), "остановлено");
+  desktop_.StopAfter = -1;
+  Click(table.CmdOst);
+  ASSERT_EQ(spreadsheet_.Books.size(), 1U);
+  EXPECT_EQ(Look(spreadsheet_.Books[0]), "1-1:4 2-2:6 3-3:40 4-4:18 5-9:9 row 3:23 row 7:23 ");
+  EXPECT_EQ(spreadsheet_.Books[0].Cells.at(9).text, "ЦенаЗак");
+  EXPECT_EQ(spreadsheet_.Books[0].Cells.at(18).text, "-100%");
+}
+
+TEST_F(ReportScreensTest, AProductOfCodeZeroIsAProduct) {
+  Start();
+  shop_.Sql(
+      "INSERT INTO REGISTR (DOC,DOCTYP,COD,KOL,SUMM,OSTKOL,DATEDOC,RUN,REZ) VALUES (1,1,0,2000,0,2000,'2026-11-11 "
+      "10:00:00',1,0)");
+  Open(app_->Main.mnuReportRun);
+  FormTabRun& form = app_->Reports.Movements;
+  Do([&] { form.Output.Check3->UserTick(true); });
+  form.CmdRun.Enabled = true;
+  desktop_.Expect("Не выбран товар!!!", BoxAnswer::kOk);
+  Click(form.CmdRun);
+
+  app_->Stock.BroadcastToForm(0, 0, 0, form_code::kMovementReport);
+  Click(form.CmdRun);
+  ASSERT_EQ(spreadsheet_.Books.size(), 1U);
+  EXPECT_EQ(spreadsheet_.Books[0].Cells[0].text, "ДВИЖЕНИЕ ТОВАРА 0  ПО ДОКУМЕНТАМ");
+  EXPECT_EQ(Look(spreadsheet_.Books[0]), "1-1:20 2-2:6 3-3:18 4-8:11 row 3:23 row 5:23 ");
+  shop_.Sql("INSERT INTO TOVAR (COD,COD1,NAME) VALUES (0,1,'Пакет')");
+  Click(form.CmdRunAll);
+  ASSERT_EQ(spreadsheet_.Books.size(), 2U);
+  EXPECT_EQ(Look(spreadsheet_.Books[1]), "1-1:6 2-2:40 3-7:12 row 3:23 ");
 }
 
 }  // namespace

@@ -138,17 +138,6 @@ class Hands(unittest.TestCase):
         wait_for("another sum", lambda: self.form.caption("LblSum") not in (before, ""))
         self.assertEqual(self.form.caption("LblInf"), yesterday.strftime("%d.%m.%Y"))
 
-    def test_the_keyboard_walks_a_grid(self):
-        self.form.tab(CATALOGUE)
-        wait_for("the keyboard in the catalogue", lambda: self.form.has_focus("DataGrid1_0"))
-        last = self.form.rows("DataGrid1_0") - 1
-        self.program.key("Home")
-        wait_for("the first row", lambda: self.form.row("DataGrid1_0") == 0)
-        self.program.key("Down", "Down", "Up")
-        wait_for("the second row", lambda: self.form.row("DataGrid1_0") == 1)
-        self.program.key("End")
-        wait_for("the last row", lambda: self.form.row("DataGrid1_0") == last)
-
     def test_tab_key_visits_fields_in_reading_order(self):
         self.form.click("Text7")
         for expected in ("CmdTerm", "Text3", "CmdOfc", "Text2", "CmdFilCheck", "Text1", "CmdFiltr", "Text5"):
