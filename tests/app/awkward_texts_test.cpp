@@ -1,6 +1,6 @@
-// What an operator types, loads or finds in the base never destroys what he didn't mean: fifty texts that are awkward
-// in a statement go through the fields and files from which a text reaches one, and after each the rows of all tables
-// are what they were, but for those that the action is about.
+// What an operator types or finds in the base never destroys what he didn't mean: fifty texts that are awkward in a
+// statement go through the fields from which a text reaches one, and after each the rows of all tables are what they
+// were, but for those that the action is about.
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -18,7 +18,6 @@
 #include "check/shop_check.h"
 #include "core/errors.h"
 #include "core/text.h"
-#include "platform/workbook.h"
 #include "support/program_test.h"
 
 namespace zrt {
@@ -311,21 +310,6 @@ TEST_F(AwkwardTexts, OfPanels) {
               });
 }
 
-TEST_F(AwkwardTexts, OfKitchens) {
-  Start("report");
-  Form9& reports = app_->Reports.TextReports;
-  Do([&] { reports.Show(); });
-  ForEachText("names of kitchens", {{"CONST", "COD IN (5,6)"}}, [&](const std::string& text, const std::string& other) {
-    Click(reports.CmdRun);
-    for (auto& kitchen : reports.TextNames) {
-      for (std::size_t i = 0; i < kitchen.size(); ++i) Type(kitchen[i], i % 2 == 0 ? text : other);
-    }
-    Click(reports.CmdSave);
-    Click(reports.CmdBack);
-    for (Button* report : {&reports.CmdDat, &reports.CmdDat1, &reports.CmdDat2}) Click(*report);
-  });
-}
-
 TEST_F(AwkwardTexts, OfSales) {
   Start("prod");
   SalesTab& sales = app_->Main.Sales;
@@ -432,67 +416,6 @@ TEST_F(AwkwardTexts, OfDocuments) {
         kNone);
   }
   for (const std::string& statement : kNone) shop_.Sql(statement);
-}
-
-TEST_F(AwkwardTexts, OfLoadedFiles) {
-  Start("jurn");
-  Documents& documents = app_->StockDocuments;
-  frmImpTov& import = app_->Import;
-  const std::string kFile = "C:\\Korvina\\Report\\loaded";
-  const auto load = [&](Button& opener, const std::string& path) {
-    InModal(opener, [&] {
-      Type(import.TextPath, path);
-      Click(import.CmdRun);
-    });
-  };
-  // A spreadsheet; what is no number of a column gets one that would be.
-  const std::vector<std::string> kGood = {"5", "Сок", "100", "7", "1", "0", "2", "0", "0", "8", "Г"};
-  constexpr std::array<std::size_t, 4> kTextColumns = {1, 3, 9, 10};
-  const auto save_book = [&](const std::vector<std::string>& cells) {
-    Workbook book;
-    book.StatusBar = {""};
-    for (std::size_t i = 0; i < cells.size(); ++i) {
-      if (!cells[i].empty()) book.Cell(2, static_cast<int>(i) + 1, cells[i]);
-    }
-    book.SaveAs(drives_.ToNative(kFile + ".xlsx"));
-  };
-  const std::vector<std::string> kCatalogue = {"DELETE FROM TOVAR", "INSERT INTO TOVAR SELECT * FROM KEPT"};
-  shop_.Sql("CREATE TABLE KEPT AS SELECT * FROM TOVAR");
-  Tab("sprav");
-  ForEachText(
-      "a catalogue", {{"TOVAR"}},
-      [&](const std::string& text, const std::string& other) {
-        std::vector<std::string> cells = kGood;
-        for (std::size_t i = 0; i < kTextColumns.size(); ++i) cells[kTextColumns[i]] = i % 2 == 0 ? text : other;
-        save_book(cells);
-        load(app_->Main.Catalogue.CmdImportTov, kFile + ".xlsx");
-      },
-      kCatalogue);
-  for (const std::string& statement : kCatalogue) shop_.Sql(statement);
-  // Lines of documents: the name is for people, the numbers are taken, a product's name comes from the catalogue.
-  Tab("jurn");
-  const std::vector<std::string> kNoLines = {"DELETE FROM DOCUMENT", "DELETE FROM DOCINVENT"};
-  const std::tuple<Menu*, Button*, DocumentForm*> kLoads[] = {
-      {&app_->Main.mnuDocIN, &documents.Inventory.CmdDownlFakt, &documents.Inventory},
-      {&app_->Main.mnuDocPERplus, &documents.TransferIn.CmdDownl, &documents.TransferIn},
-      {&app_->Main.mnuDocPERminus, &documents.TransferOut.CmdDownl, &documents.TransferOut}};
-  for (const auto& [menu, button, form] : kLoads) {
-    Click(*menu);
-    ForEachText(
-        "lines", {{"DOCUMENT"}, {"DOCINVENT"}, {"TOVAR", "COD=2"}},
-        [&](const std::string& text, const std::string& other) {
-          shop_.Sql("UPDATE TOVAR SET NAME=" + Literal(Left(text, 50)) + " WHERE COD=2");
-          WriteFile(kFile, ToWindows1251("1,\"" + text + "\",1000\r\n2,\" Вино \",2000\r\n"));
-          load(*button, kFile);
-          WriteFile(kFile, ToWindows1251(text + ",\" Чай \"," + other + "\r\n"));
-          load(*button, kFile);
-          WriteFile(kFile, text);
-          load(*button, kFile);
-        },
-        kNoLines);
-    Do([&form = form] { form->Close(); });
-  }
-  shop_.Sql("UPDATE TOVAR SET NAME='Вино' WHERE COD=2");
 }
 
 }  // namespace

@@ -70,17 +70,6 @@ class Demo(unittest.TestCase):
             self.assertEqual(value(keys), before, "keys of an earlier version give way")
         self.assertIn("DATETIME", value("SHOW KEYS FROM PROD"))
 
-    def test_oldest_version_has_the_terminals_columns_alone(self):
-        schema = SCHEMA + "_v0"
-        client(query=f"CREATE DATABASE {schema} DEFAULT CHARACTER SET latin1 COLLATE latin1_bin", schema=None)
-        try:
-            client(script=demo("--version", "0"), schema=schema)
-            self.assertEqual(client(query="SELECT N2 FROM CONST WHERE COD=3", schema=schema), "0")
-            self.assertNotIn("UKT", client(query="SHOW COLUMNS FROM PROD", schema=schema))
-            self.assertGreater(int(client(query="SELECT COUNT(*) FROM PROD", schema=schema)), 2000)
-        finally:
-            client(query=f"DROP DATABASE {schema}", schema=None)
-
     def test_a_terminal_sells_whole_orders(self):
         last = int(value("SELECT MAX(ID) FROM KASSA"))
         stock = int(value("SELECT SUM(KOL) FROM TOVAR"))

@@ -1,4 +1,4 @@
-"""Stock documents in the real window: several kinds side by side, a scanner's digits, a double click on a count, a document
+"""Stock documents in the real window: two kinds side by side, a scanner's digits, a double click on a count, a document
 from the journal by Enter."""
 
 import datetime
@@ -42,9 +42,6 @@ class Documents(unittest.TestCase):
         self.program.answer("Провести документ?")
         wait_for("the posting", lambda: not incoming.is_enabled("RUNButton"))
 
-        # Another kind beside it; a second one of the kind is refused.
-        self.main.menu("Документы", "Приходная накладная")
-        self.program.answer("существует открытая Приходная Накладная!")
         self.main.menu("Документы", "Инвентаризация")
         count = self.program.form("frmDocIN")
         count.press("CmdDat")
@@ -66,7 +63,6 @@ class Documents(unittest.TestCase):
         wait_for("the keyboard in the journal", lambda: self.main.has_focus("DataGrid6"))
         self.program.key("Return")
         again = self.program.form("frmDocPrN")
-        self.assertTrue(again.title.startswith("ПРИХОДНАЯ НАКЛАДНАЯ №"))
         self.assertEqual(again.text("TextKlient"), "ООО Рассвет")
         again.menu("Документ", "Движения документа")
         self.assertEqual(self.program.form("frmRegistr").rows("DataGrid8"), 1)
