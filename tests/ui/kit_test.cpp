@@ -200,6 +200,21 @@ TEST(Desktop, AFailureEndsTheHandlerAndNotTheProgram) {
   EXPECT_EQ(errors, 1);
 }
 
+TEST(DataGrid, LetsGoOfASetThatEnds) {
+  struct GridForm final : Form {
+    explicit GridForm(Desktop& desktop) : Form(desktop, "Form2") {}
+    DataGrid Grid{*this, "DataGrid5"};
+  };
+  ScriptedDesktop desktop;
+  GridForm form(desktop);
+  {
+    Recordset set;
+    form.Grid.Bind(set);
+    EXPECT_EQ(form.Grid.Source(), &set);
+  }
+  EXPECT_EQ(form.Grid.Source(), nullptr);
+}
+
 TEST(Property, TellsTheViewOnlyOfChanges) {
   ScriptedDesktop desktop;
   Probe form(desktop);

@@ -497,6 +497,16 @@ TEST_F(Catalogue, ColumnsFollowTheirLayoutAndTheBindingTheirRecordset) {
   EXPECT_TRUE(table_->isColumnHidden(barcode));
   EXPECT_EQ(table_->columnWidth(ukt), table_->logicalDpiX());  // an inch
 
+  Grid().Caption = "Товары";  // a heading comes and goes with its table
+  const auto is_headed = [this] {
+    return std::ranges::any_of(table_->window()->findChildren<QLabel*>(),
+                               [](const QLabel* label) { return label->text() == "Товары" && label->isVisible(); });
+  };
+  EXPECT_TRUE(is_headed());
+  Grid().Visible = false;
+  EXPECT_FALSE(is_headed());
+  Grid().Visible = true;
+
   app_->TheSession.BindSet(Products(), "SELECT COD As 'Cod' FROM TOVAR WHERE COD<5");
   table_->viewport()->repaint();  // as a box would between opening and binding
   Grid().Bind(Products());
