@@ -145,6 +145,11 @@ void DataGrid::Refresh() {
 std::optional<std::string> DataGrid::Ask(std::string_view property) const {
   if (property == "Rows") return std::to_string(Rows());
   if (property == "Row") return std::to_string(Row());
+  if (property == "Widths") {
+    std::vector<std::string> widths;
+    for (const GridColumn& column : Columns()) widths.push_back(std::to_string(column.width));
+    return PropertyText(widths);
+  }
   return Control::Ask(property);
 }
 

@@ -76,7 +76,7 @@ class DataGrid final : public Control {
   void UserRow(int row);  ///< the operator went to row `row`, from 1
   void UserDblClick() override;
   void Forget() override { Unbind(); }
-  /// Knows also "Rows" and "Row".
+  /// Knows also "Rows", "Row" and "Widths" (twips, column by column).
   std::optional<std::string> Ask(std::string_view property) const override;
 
  private:

@@ -295,13 +295,6 @@ TEST_F(AwkwardTexts, OfPanels) {
                   Type(field, text);
                   Press(field, "Enter");
                 });
-  ForEachText("names that the base holds", {{"CONST"}}, [&](const std::string&, const std::string&) {
-    Do([&] { panels.CmdMenu.UserPress(2); });
-    Do([&] { panels.CmdMenu.UserPress(1); });
-    Do([&] { panels.Option1[1].UserClick(); });
-    Do([&] { panels.Option1[0].UserClick(); });
-    InModal(panels.CmdCopyAll, [] {});
-  });
   FormCopy& copying = app_->PanelCopy;
   ForEachText("the file of the layout", {{"HOTKEYS", "ID>100"}},
               [&](const std::string& text, const std::string& other) {
@@ -310,22 +303,8 @@ TEST_F(AwkwardTexts, OfPanels) {
               });
 }
 
-TEST_F(AwkwardTexts, OfSales) {
+TEST_F(AwkwardTexts, OfReceipts) {
   Start("prod");
-  SalesTab& sales = app_->Main.Sales;
-  ForEachText("the filters", {}, [&](const std::string& text, const std::string& other) {
-    for (Button& table : sales.CmdDG) {
-      Click(table);
-      const std::pair<TextBox*, Button*> kFilters[] = {
-          {&sales.Text7, &sales.CmdTerm},     {&sales.Text3, &sales.CmdOfc},   {&sales.Text1, &sales.CmdFiltr},
-          {&sales.Text2, &sales.CmdFilCheck}, {&sales.Text5, &sales.CmdDKart}, {&sales.Text2, &sales.CmdNOpl}};
-      for (const auto& [field, button] : kFilters) {
-        Type(sales.Text7, other);
-        Type(*field, text);
-        Click(*button);
-      }
-    }
-  });
   // What a till has in an open receipt is logged when it is annulled.
   frmDelChek& annulling = app_->DelChek;
   ForEachText(
@@ -338,14 +317,6 @@ TEST_F(AwkwardTexts, OfSales) {
         Do([&] { annulling.Hide(); });
       },
       {"DELETE FROM CHECK3", "DELETE FROM SPION WHERE TER=3"});
-  // Nothing was sold on the day that stands there at first.
-  frmClear& clearing = app_->Clear;
-  ForEachNumber("the day of a clearing", {}, {&clearing.Text4}, [&](Control& field, const std::string& text) {
-    Click(app_->Main.mnuClearProd);
-    Type(field, text);
-    Click(clearing.CmdDel);
-    Do([&] { clearing.Hide(); });
-  });
 }
 
 TEST_F(AwkwardTexts, OfDocuments) {

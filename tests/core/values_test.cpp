@@ -27,6 +27,10 @@ TEST(Text, EveryByteOfTheCodePageComesBack) {
   // No UTF-8 at all, a letter cut in half, and what only just is or isn't a character.
   EXPECT_EQ(ToWindows1251("\xFFx\xD0"), "?x?");
   EXPECT_EQ(ToWindows1251("\xF5\x80\x80\x80|\xC1\x80|\xF4\x8F\xBF\xBF|\xC2\x80|\xEF\xBF\xBD"), "????|??|?|?|?");
+  // As Windows saves a file: a letter, a sign of two units, half a sign.
+  const std::string units("\x1B\x04\x3C\xD8\x75\xDF\x3C\xD8", 8);
+  EXPECT_EQ(FromUtf16(units, false), "Л🍵?");
+  EXPECT_EQ(FromUtf16(std::string("\x04\x1B\xD8\x3C\xDF\x75\xDF\x75", 8), true), "Л🍵?");
 }
 
 TEST(Text, CountsCharactersNotBytes) {
@@ -105,15 +109,16 @@ TEST(RegionalFormat, ShowsNumbersTheRussianWay) {
 
 TEST(RegionalFormat, ReadsWhatTheOperatorTypes) {
   const RegionalFormat format;
-  const std::pair<const char*, double> kNumbers[] = {{"1,5", 1.5},
-                                                     {"-12", -12},
-                                                     {" 7 ", 7},
-                                                     {"+3", 3},
-                                                     {",5", 0.5},
-                                                     {"5,", 5},
-                                                     {"1\u00A0234,50", 1234.5},
-                                                     {"12345678901", 12345678901}};
-  for (const auto& [text, value] : kNumbers) EXPECT_EQ(format.ParseNumber(text), value) << text;
+  for (const auto& [text, value] : {std::pair{"1,5", 1.5},
+                                    {"-12", -12.0},
+                                    {" 7 ", 7.0},
+                                    {"+3", 3.0},
+                                    {",5", 0.5},
+                                    {"5,", 5.0},
+                                    {"1\u00A0234,50", 1234.5},
+                                    {"12345678901", 12345678901.0}}) {
+    EXPECT_EQ(format.ParseNumber(text), value) << text;
+  }
   for (const char* text : {"1.5", "", " ", "12a", "1e", "1,2,3", "-", ",", "--1", "'1'", "0x10", "nan", "inf"}) {
     EXPECT_EQ(format.ParseNumber(text), std::nullopt) << text;
   }

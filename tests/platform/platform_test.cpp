@@ -145,6 +145,11 @@ TEST_F(Drives, TextFileIsWholeOrNotThere) {
   EXPECT_EQ(bytes(), ToWindows1251("Код;Имя\r\n№1;€ и ?\r\n"));
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 1) << "something is left beside the file";
 
+  TextFileWriter(drives_, "C:\\Отчёт\\new.csv").Close();
+  const mode_t mask = umask(0);
+  umask(mask);
+  EXPECT_EQ(std::filesystem::status(folder / "new.csv").permissions(), std::filesystem::perms(0666 & ~mask));
+
   std::filesystem::create_directory(folder / "folder");
   EXPECT_THROW(TextFileWriter(drives_, "C:\\нет\\x.csv"), FileError);
   EXPECT_THROW(TextFileWriter(drives_, "C:\\Отчёт\\folder"), FileError);

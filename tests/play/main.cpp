@@ -1,6 +1,5 @@
 #include <iostream>
 #include <map>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,7 +12,7 @@ namespace {
 using zrt::test::Stage;
 
 constexpr const char* kUsage =
-    "usage: zrt_play --server HOST --database NAME [--drives FOLDER] [--grids] [--keep-going] FILE...\n"
+    "usage: zrt_play --server HOST --database NAME [--keep-going] FILE...\n"
     "       zrt_play --stage version0|first_run|plain|register|lite|restricted FILE...\n";
 const std::map<std::string, Stage> kStages = {{"version0", Stage::kVersion0}, {"first_run", Stage::kFirstRun},
                                               {"plain", Stage::kPlain},       {"register", Stage::kRegister},
@@ -33,10 +32,6 @@ int main(int argc, char** argv) {
     const std::string argument = argv[i];
     if (const auto value = values.find(argument); value != values.end() && i + 1 < argc) {
       *value->second = argv[++i];
-    } else if (argument == "--drives" && i + 1 < argc) {
-      options.drives = argv[++i];
-    } else if (argument == "--grids") {
-      options.grids = &std::cout;
     } else if (argument == "--keep-going") {
       options.differences = &std::cerr;
     } else if (argument.starts_with("-")) {

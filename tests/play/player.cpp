@@ -6,11 +6,13 @@
 
 #include <charconv>
 #include <deque>
+#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iostream>
 #include <map>
 #include <memory>
+#include <optional>
 #include <sstream>
 #include <string_view>
 
@@ -378,8 +380,6 @@ class Operator final : public test::HeadlessDesktop {
     const std::optional<std::string> value = element.Ask(what.substr(dot + 1));
     if (!value) Fail("no such property");
     CheckEqual(what, expected, *value);
-    if (const auto* grid = dynamic_cast<const DataGrid*>(&element); options_.grids != nullptr && grid != nullptr)
-      PrintGrid(*grid, *options_.grids);
   }
 
   void CheckCells(const Line& line) {
@@ -425,15 +425,6 @@ class Operator final : public test::HeadlessDesktop {
     CheckBlock("the workbook", line, found);
   }
 
-  static void PrintGrid(const DataGrid& grid, std::ostream& out) {
-    out << grid.Name() << "\t" << grid.Rows() << "\n";
-    const int columns = static_cast<int>(grid.Columns().size());
-    for (int row = 1; row <= grid.Rows(); ++row) {
-      for (int column = 0; column < columns; ++column) out << (column > 0 ? "\t" : "") << grid.CellText(row, column);
-      out << "\n";
-    }
-  }
-
   void Dump(const Line&) {
     if (options_.dump == nullptr) return;
     std::ostream& out = *options_.dump;
@@ -450,7 +441,11 @@ class Operator final : public test::HeadlessDesktop {
       if (const auto* grid = dynamic_cast<const DataGrid*>(control)) {
         for (const GridColumn& column : grid->Columns()) out << column.header << "\t";
         out << "\n";
-        PrintGrid(*grid, out);
+        for (int row = 1; row <= grid->Rows(); ++row) {
+          for (int column = 0; column < std::ssize(grid->Columns()); ++column)
+            out << grid->CellText(row, column) << "\t";
+          out << "\n";
+        }
       }
     }
   }
@@ -557,7 +552,7 @@ class Operator final : public test::HeadlessDesktop {
 int Play(const std::string& text, const DatabaseAddress& database, const PlayOptions& options) {
   const std::vector<Line> script = ReadScript(text);
   const test::TemporaryFolder own;
-  return Operator(database, options.drives.value_or(own.Path()), options).Run(script);
+  return Operator(database, own.Path(), options).Run(script);
 }
 
 bool PlayFile(const std::string& name, const DatabaseAddress& database, const PlayOptions& options) {

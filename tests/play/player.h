@@ -1,7 +1,5 @@
 #pragma once
 
-#include <filesystem>
-#include <optional>
 #include <ostream>
 #include <string>
 
@@ -11,8 +9,6 @@ namespace zrt::play {
 
 /// What who plays wants beyond the lines; what isn't set isn't said.
 struct PlayOptions {
-  std::optional<std::filesystem::path> drives = {};  ///< without it an empty drive that is gone afterwards
-  std::ostream* grids = nullptr;        ///< each grid whose number of rows a line expects, for counts of their own
   std::ostream* dump = nullptr;         ///< what `dump` prints
   std::ostream* differences = nullptr;  ///< the failures of lines; the play goes on then
 };
