@@ -59,6 +59,10 @@ TEST_F(DocumentsTest, WhatAnOperatorDoesAfterAFailure) {
     Click(*button);
   }
   EXPECT_EQ(write_off.DataGrid7.Rows(), 3);
+  desktop_.Expect("Провести документ?", BoxAnswer::kOk);
+  faults_.FailAt(7);
+  fails([&] { Click(write_off.RUNButton); });
+  EXPECT_FALSE(write_off.DocRun);  // closing asks
   // A window that can't tidy up leaves nothing to the next document.
   desktop_.Expect("Сохранить документ?", BoxAnswer::kOk);
   faults_.CutAt(7);
