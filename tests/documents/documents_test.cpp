@@ -102,6 +102,7 @@ TEST_F(DocumentsTest, ALineDocumentFromItsFirstLineToItsUnposting) {
     desktop_.ExpectInput("отсканируйте Штрихкод", "4820000000017");
     desktop_.InModal([&](zrt::Form&) {
       EXPECT_EQ(app_->PickDialog.DialPrice, one.offered);
+      EXPECT_EQ(app_->PickDialog.TextKol.Text(), "");
       Type(app_->PickDialog.TextKol, "2");
       Press(app_->PickDialog.TextKol, "Enter");
       if (app_->PickDialog.IsVisible()) Press(*desktop_.Focused(), "Enter");
