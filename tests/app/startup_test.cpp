@@ -14,7 +14,6 @@ namespace {
 using test::ProgramTest;
 using test::Stage;
 using test::TestDatabase;
-using Texts = std::vector<std::string>;
 
 /// A whole program on a base of the newest version, in the normal mode unless a test says otherwise.
 class Startup : public ProgramTest {

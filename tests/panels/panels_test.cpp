@@ -66,6 +66,13 @@ TEST_F(Panels, AKeyIsWrittenWhereItStands) {
 }
 
 TEST_F(Panels, WhatIsTypedAsACode) {
+  // Typed at a key: all but the space, which presses it, is the program's.
+  for (const auto& [key, taken] :
+       {std::pair{Key{Key::kCharacter, "1"}, true}, {Key{Key::kCharacter, " "}, false}, {Key{Key::kDown, {}}, true}}) {
+    Key pressed = key;
+    Do([&] { KeyOf(1).UserKey(pressed); });
+    EXPECT_EQ(pressed.swallow, taken) << key.text;
+  }
   for (const char* typed : {"чай", "1.5", "10x", " "}) {
     Click(KeyOf(1));
     Type(Tab().Text6, typed);
@@ -145,8 +152,12 @@ TEST_F(Panels, TheOnlyMenuHasNoNameAndNothingIsMovedInIt) {
   Click(Tab().Option2[1]);
   Put(3, "10");
   EXPECT_EQ(shop_.Rows(kFilledKeys), (Rows{{"533", "10"}}));
-  desktop_.Expect("Переместить кнопку на указанное место?");
-  Do([&] { KeyOf(3).UserDrag(KeyOf(4)); });
+  {
+    const test::Told target(KeyOf(4));
+    desktop_.Expect("Переместить кнопку на указанное место?");
+    Do([&] { KeyOf(3).UserDrag(KeyOf(4)); });
+    EXPECT_TRUE(target.Text.starts_with("BackColor=16711935 ")) << "marked while the question stands";
+  }
   EXPECT_EQ(shop_.Rows(kFilledKeys), (Rows{{"533", "10"}}));
   Type(Tab().TextName, "Бар");
   faults_.Forget();

@@ -401,7 +401,8 @@ TEST_F(Picking, TheCardAndTheDeletionServeThePickerToo) {
     EXPECT_EQ(Fields(), "");
     EXPECT_TRUE(Picker().IsVisible());
   }
-  Press(Picker().DataGrid01, "Enter");
+  Do([&] { Picker().DataGrid01.UserDblClick(); });
+  EXPECT_NE(Fields(), "");
   Do([&] { desktop_.Activated(app_->Main); });
   EXPECT_EQ(Fields(), "");
   Do([&] { desktop_.Activated(Picker()); });

@@ -12,7 +12,6 @@ namespace {
 
 using test::ProgramTest;
 using test::Stage;
-using Texts = std::vector<std::string>;
 
 constexpr const char* kNotWhole = "Введите целое числовое значение!";
 constexpr const char* kWorking = "обработка запроса...";

@@ -68,6 +68,13 @@ class Probe final : public Form {
   std::string log;
 };
 
+class Forms : public testing::Test {
+ protected:
+  ScriptedDesktop desktop_;
+  Probe back_{desktop_};
+  Probe front_{desktop_};
+};
+
 TEST(Form, EachSideMustHaveWhatTheOtherHas) {
   class LacksOne final : public Form {
    public:
@@ -91,96 +98,70 @@ TEST(Form, EachSideMustHaveWhatTheOtherHas) {
   EXPECT_EQ(desktop.FindForm("frmSplash"), nullptr);  // none of them is left behind
 }
 
-TEST(Form, LoadsOnceActivatesInFrontAndStartsAfreshAfterUnloading) {
-  ScriptedDesktop desktop;
-  Probe back(desktop);
-  Probe front(desktop);
-  const std::string initial = back.lblVersion.Caption();
-  back.Show();
-  EXPECT_EQ(back.log, "LA");
-  back.lblVersion.Caption = "изменено";
-  back.Hide();
-  back.Show();
-  EXPECT_EQ(back.log, "LAA");
-  EXPECT_EQ(back.lblVersion.Caption(), "изменено");
+TEST_F(Forms, LoadsOnceActivatesInFrontAndStartsAfreshAfterUnloading) {
+  const std::string initial = back_.lblVersion.Caption();
+  back_.Show();
+  EXPECT_EQ(back_.log, "LA");
+  back_.lblVersion.Caption = "изменено";
+  back_.Hide();
+  back_.Show();
+  EXPECT_EQ(back_.log, "LAA");
+  EXPECT_EQ(back_.lblVersion.Caption(), "изменено");
 
-  front.Show();
-  EXPECT_EQ(desktop.Front(), &front);
-  front.Close();  // the window behind comes to the front again
-  EXPECT_EQ(front.log, "LAU");
-  EXPECT_EQ(back.log, "LAAA");
-  EXPECT_EQ(desktop.Front(), &back);
+  front_.Show();
+  EXPECT_EQ(desktop_.Front(), &front_);
+  front_.Close();  // the window behind comes to the front again
+  EXPECT_EQ(front_.log, "LAU");
+  EXPECT_EQ(back_.log, "LAAA");
+  EXPECT_EQ(desktop_.Front(), &back_);
 
-  back.Close();
-  EXPECT_EQ(back.lblVersion.Caption(), initial);
-  EXPECT_FALSE(back.IsLoaded());
-  back.Show();
-  EXPECT_EQ(back.log, "LAAAULA");
+  back_.Close();
+  EXPECT_EQ(back_.lblVersion.Caption(), initial);
+  EXPECT_FALSE(back_.IsLoaded());
+  back_.Show();
+  EXPECT_EQ(back_.log, "LAAAULA");
 }
 
-TEST(Form, AFailingLoadLeavesItUnloadedAndAFailingUnloadStillTakesItAway) {
-  ScriptedDesktop desktop;
-  Probe form(desktop);
-  form.Load = [] { throw Error("no table"); };
-  EXPECT_THROW(form.Show(), Error);
-  EXPECT_FALSE(form.IsLoaded());
-  EXPECT_FALSE(form.IsVisible());
+TEST_F(Forms, AFailingLoadLeavesItUnloadedAndAFailingUnloadStillTakesItAway) {
+  front_.Load = [] { throw Error("no table"); };
+  EXPECT_THROW(front_.Show(), Error);
+  EXPECT_FALSE(front_.IsLoaded());
+  EXPECT_FALSE(front_.IsVisible());
 
-  form.Load = [] {};
-  form.Show();
-  form.Unload = [] { throw Error("no server"); };
-  EXPECT_THROW(form.Close(), Error);
-  EXPECT_FALSE(form.IsLoaded());
-  EXPECT_EQ(desktop.Front(), nullptr);
+  front_.Load = [] {};
+  front_.Show();
+  front_.Unload = [] { throw Error("no server"); };
+  EXPECT_THROW(front_.Close(), Error);
+  EXPECT_FALSE(front_.IsLoaded());
+  EXPECT_EQ(desktop_.Front(), nullptr);
 }
 
-TEST(Desktop, StoppingTakesEveryFormAlongWhateverFails) {
-  ScriptedDesktop desktop;
-  Probe main_form(desktop);
-  Probe first(desktop);
-  Probe second(desktop);
-  main_form.Show();
-  first.Show();
+TEST_F(Forms, StoppingTakesEveryFormAlongWhateverFails) {
+  Probe second(desktop_);
+  back_.Show();
+  front_.Show();
   second.Show();
   second.Unload = [] { throw Error("no server"); };
-  EXPECT_THROW(desktop.UnloadAllBut(main_form), Error);
-  EXPECT_FALSE(first.IsLoaded());
+  EXPECT_THROW(desktop_.UnloadAllBut(back_), Error);
+  EXPECT_FALSE(front_.IsLoaded());
   EXPECT_FALSE(second.IsLoaded());
-  EXPECT_TRUE(main_form.IsLoaded());
+  EXPECT_TRUE(back_.IsLoaded());
 }
 
-TEST(Desktop, AWindowThatComesForwardByItselfIsNoNewAction) {
-  ScriptedDesktop desktop;
-  Probe back(desktop);
-  Probe front(desktop);
-  back.Show();
-  front.Show();
+TEST_F(Forms, AWindowThatComesForwardByItselfIsNoNewAction) {
+  back_.Show();
+  front_.Show();
   int actions = 0;
-  desktop.OnUserAction = [&] { ++actions; };
-  back.Activate = [] { throw Error("no server"); };
-  desktop.ExpectRuntimeError();
+  desktop_.OnUserAction = [&] { ++actions; };
+  back_.Activate = [] { throw Error("no server"); };
+  desktop_.ExpectRuntimeError();
   std::string after;
-  desktop.UserAction([&] {
-    front.Hide();
+  desktop_.UserAction([&] {
+    front_.Hide();
     after = "went on";  // the failure of the window behind is its own
   });
   EXPECT_EQ(actions, 1);
   EXPECT_EQ(after, "went on");
-}
-
-TEST(Form, ModalReturnsWhenHidden) {
-  ScriptedDesktop desktop;
-  Probe opener(desktop);
-  Probe form(desktop);
-  opener.Show();
-  std::string order;
-  desktop.InModal([&](Form& shown) {
-    order += "shown";
-    desktop.UserAction([&] { shown.Hide(); });
-  });
-  form.ShowModal();
-  EXPECT_EQ(order, "shown");
-  EXPECT_EQ(opener.log, "LAA");
 }
 
 TEST(Desktop, AFailureEndsTheHandlerAndNotTheProgram) {
@@ -215,17 +196,15 @@ TEST(DataGrid, LetsGoOfASetThatEnds) {
   EXPECT_EQ(form.Grid.Source(), nullptr);
 }
 
-TEST(Property, TellsTheViewOnlyOfChanges) {
-  ScriptedDesktop desktop;
-  Probe form(desktop);
+TEST_F(Forms, TellsTheViewOnlyOfChanges) {
   {
-    const test::Told told(form.lblVersion);
-    form.lblVersion.Caption = "Version 9";
-    form.lblVersion.Caption = "Version 9";
-    form.lblVersion.Visible = false;
+    const test::Told told(front_.lblVersion);
+    front_.lblVersion.Caption = "Version 9";
+    front_.lblVersion.Caption = "Version 9";
+    front_.lblVersion.Visible = false;
     EXPECT_EQ(told.Text, "Caption=Version 9 Visible=False ");
   }
-  form.lblVersion.Caption = "Version 10";  // without a view a control is still a control
+  front_.lblVersion.Caption = "Version 10";  // without a view a control is still a control
 }
 
 }  // namespace

@@ -39,6 +39,7 @@
 #include "app/app.h"
 #include "core/errors.h"
 #include "support/headless_desktop.h"
+#include "support/temporary_folder.h"
 #include "support/test_database.h"
 #include "ui/qt/column_widths.h"
 #include "ui/qt/copying.h"
@@ -698,10 +699,10 @@ TEST_F(MainWindow, FieldsTakeOneLineOfCharactersThatTheBaseHas) {
 }
 
 TEST_F(MainWindow, FoldersOfADriveOpenFromTheTree) {
-  const std::filesystem::path root = std::filesystem::temp_directory_path() / fmt::format("zrt_qt_test_{}", getpid());
-  std::filesystem::create_directories(root / "C" / "Korvina" / "Report" / "2026");
-  std::filesystem::create_directories(root / "D");
-  drives_ = DriveMap(root);
+  const test::TemporaryFolder root;
+  std::filesystem::create_directories(root.Path() / "C" / "Korvina" / "Report" / "2026");
+  std::filesystem::create_directories(root.Path() / "D");
+  drives_ = DriveMap(root.Path());
   Start();
   Sales().Dir1.Visible = true;
   Sales().Drive1.Visible = true;
@@ -714,7 +715,6 @@ TEST_F(MainWindow, FoldersOfADriveOpenFromTheTree) {
   EXPECT_EQ(Sales().Dir1.Path(), "C:\\Korvina\\Report\\2026");
   Sales().Dir1.Path = "D:";
   EXPECT_EQ(tree->currentItem()->text(0), "D:\\");
-  std::filesystem::remove_all(root);
 }
 
 /// A window of the about box's look whose life lies open; its timer and its clicks are what a test makes them.
