@@ -100,8 +100,9 @@ void DocumentForm::Form_Activate() {
 
 void DocumentForm::OpenDocument() {
   if (DocId == -1) {
-    // What a window left that couldn't tidy up would be posted a second time under the next number.
-    if (!DocOpen) store_.DeleteWorkingCopy();
+    // Rows that this form left would be posted a second time under the next number. Only its own go: what a program
+    // that broke off or another place left is shown, and the operator says what becomes of it.
+    if (rows_left_) DeleteWorkingCopy();
     return PrepareNew();
   }
   const std::string date = DocDate ? session_.Format().DateTimeText(*DocDate) : std::string();
@@ -217,12 +218,17 @@ void DocumentForm::CancelButton_Click() {
 }
 
 void DocumentForm::Form_Unload() {
-  // What is left of the working copy goes when the next document of the kind is opened or closed.
-  IgnoreFailure([this] { store_.DeleteWorkingCopy(); });
+  rows_left_ = true;
+  IgnoreFailure([this] { DeleteWorkingCopy(); });
   if (DocOpen) lines_.Close();
   DocOpen = false;
   DocSum = 0;
   book_.Forget();
+}
+
+void DocumentForm::DeleteWorkingCopy() {
+  store_.DeleteWorkingCopy();
+  rows_left_ = false;
 }
 
 void DocumentForm::RunIndicator(bool run) {

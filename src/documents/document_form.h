@@ -156,9 +156,11 @@ class DocumentForm : public Form {
   void CancelButton_Click();
   void AskAndPost();
   bool InsertHead();
+  void DeleteWorkingCopy();
 
   std::string lines_sql_;
-  int lines_link_ = 0;  ///< the link that the lines were read over
+  int lines_link_ = 0;      ///< the link that the lines were read over
+  bool rows_left_ = false;  ///< the window went before it could delete its working copy
   ProductPicker& picker_;
   QuantityDialog& dialog_;
   frmRegistr& movements_;

@@ -154,6 +154,17 @@ TEST_F(Startup, AnUpgradeThatFailsLeavesTheProgramOnTheVersionReached) {
   EXPECT_EQ(app_->TheSession.CurrentMenu, 0);
   EXPECT_EQ(panels.TextMenu.Text(), "Меню1");
   EXPECT_FALSE(panels.TextMenu.Enabled() || panels.CmdMenu.Visible() || panels.CmdCopyAll.Visible());
+  app_.reset();
+
+  // From the third version on there are two menus.
+  TestDatabase newer(Stage::kVersion0);
+  for (int block = 1; block <= 3; ++block)
+    desktop_.Expect("База данных успешно обновлена до версии " + std::to_string(block));
+  desktop_.Expect("Ошибка обновления базы данных!", BoxAnswer::kOk, BoxIcon::kCritical);
+  desktop_.Expect("Создать регистр остатков?", BoxAnswer::kCancel);
+  newer.Sql("ALTER TABLE PROD ADD N8 int");
+  StartOn(newer.Address());
+  EXPECT_EQ(app_->TheSession.CurrentMenu, 1);
 }
 
 TEST_F(Startup, PanelAndMenuNames) {
