@@ -193,7 +193,7 @@ class Operator final : public test::HeadlessDesktop {
         {"row", {&Operator::GoToRow, 3, 3}},
         {"pick", {&Operator::Pick, 3, 3}},
         {"drag", {&Operator::Drag, 3, 3}},
-        {"timer", {&Operator::FireTimer, 2, 2}},
+        {"timer", {&Operator::FireTimer, 2, 3}},
         {"expect", {&Operator::Expect, 3, kMany}},
         {"cell", {&Operator::CheckCells, 5, kMany}},
         {"rows", {.run = &Operator::CheckRows, .least = 2, .most = 2, .takes_block = true}},
@@ -363,6 +363,7 @@ class Operator final : public test::HeadlessDesktop {
     Timer* timer = CurrentForm().FindTimer(Word(line, 1));
     if (timer == nullptr) Fail("no such timer");
     if (!timer->Enabled()) Fail("the timer doesn't run");
+    if (line.words.size() > 2) CheckEqual("its milliseconds", Word(line, 2), timer->Interval.AsText());
     Act([&] { timer->UserFire(); });
   }
 
