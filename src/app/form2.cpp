@@ -269,7 +269,7 @@ void Form2::Check1_Click() {
 }
 
 void Form2::ShowOnly(Frame& frame) {
-  // First away with the old one: were both there for a moment, the window would grow to hold them.
+  // Hide the old one first: were both there for a moment, the window would grow to hold them.
   for (Frame* one :
        {&Catalogue.FrameSprav, &Sales.FrameProd, &Panels.FrameSensor, &Journal.FrameJourn, &KassaLite.FrameKassaLite}) {
     if (one != &frame) one->Visible = false;

@@ -140,7 +140,7 @@ class RegisterCheck {
     for (const Row& row : rows) CheckLink(row, documents);
     const auto newest = std::find_if(rows.rbegin(), rows.rend(), [](const Row& row) { return row.run; });
     if (newest != rows.rend()) {
-      // Of several rows of one moment the server may give any to who asks for the newest.
+      // Of several rows of one moment the server may return any as the newest.
       for (auto row = newest; row != rows.rend() && row->date == newest->date; ++row) {
         if (row->run) newest_[row->cod].push_back(row->ostkol);
       }
@@ -179,7 +179,8 @@ class RegisterCheck {
     }
   }
 
-  /// How many documents of a product move so much; one that isn't posted counts as its contrary, for it may have been.
+  /// How many documents of a product move this quantity; an unposted one counts with the opposite sign, for it may have
+  /// been posted.
   using Moves = std::unordered_map<std::int64_t, int>;
 
   /// A balance that was right until an earlier document came or went, and nobody wanted the later ones posted again,

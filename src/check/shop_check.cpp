@@ -14,7 +14,7 @@ namespace zrt::check {
 
 namespace {
 
-/// The shop has tables of stock documents from the day on which it keeps a register.
+/// The shop has tables of stock documents once it keeps a register.
 bool KeepsRegister(Connection& connection) {
   Recordset tables;
   tables.Open("SHOW TABLES LIKE 'REGISTR'", connection);
@@ -65,7 +65,7 @@ void CheckProducts(Connection& connection, Findings& findings) {
   }
 }
 
-/// Tables that the program declares with a character set of their own keep that one's usual order.
+/// Tables that the program declares with a character set of their own get that set's default collation.
 void CheckCharacterSets(Connection& connection, Findings& findings) {
   const std::string schema = CharacterSetRemedy(connection);
   if (!schema.empty()) findings.Add(Fault::kCharacterSet, schema);

@@ -128,7 +128,7 @@ OdbcHandle Connection::Impl::NewStatement() {
   try {
     return {SQL_HANDLE_STMT, link.Get()};
   } catch (const DatabaseError&) {
-    // Over some roads that is how a link that was cut shows first.
+    // Over some transports a cut link first shows here.
     lost = true;
     throw;
   }

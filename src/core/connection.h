@@ -31,7 +31,7 @@ class ServerWait {
 
 /// The one connection to the shop's database, which the terminals write to at the same time. Thin over unixODBC: no
 /// transactions, no parameters, one statement per call. Text goes out as windows-1251 bytes and comes back from them;
-/// this class and Recordset are the only places that convert.
+/// Connection, Recordset and Snapshot alone convert what goes to and comes from the server.
 ///
 /// A link that breaks is noticed by the statement that fails on it; that statement is reported and not repeated. After
 /// AllowReopen() - called by the host at the beginning of each user action - the next statement opens the connection

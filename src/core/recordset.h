@@ -125,7 +125,7 @@ class Recordset {
   void Find(std::string_view column, std::string_view value, Match match = Match::kEquals);
 
   /// Cell of the current row. Throws Error at Bof, Eof and for a column that isn't there.
-  /// Not of a set that is about to go: its cells would go with it.
+  /// Not on a temporary: the cell would outlive its set.
   Cell Field(int index) const&;
   Cell Field(std::string_view name) const& { return Field(FieldIndex(name)); }
   Cell Field(int index) const&& = delete;

@@ -14,8 +14,8 @@ namespace zrt {
 /// of either server.
 ///
 /// The main connection reads, marks and is the source; the reserve's gets the rows, and is asked for little more than
-/// its last sale. Nothing is copied in a transaction: a
-/// failure ends the copy at its row, and what has been copied by then stays copied and marked.
+/// its last sale. Nothing is copied in a transaction: a failure ends the copy at its row, and what has been copied by
+/// then stays copied and marked.
 class frmExpImp final : public Form {
  public:
   /// `executable`: file name of this program, under which its data link file stands in the settings file.

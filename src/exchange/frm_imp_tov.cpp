@@ -101,7 +101,7 @@ void frmImpTov::DownloadTovFromOpOff(const std::string& path) {
 }
 
 ProductSheet frmImpTov::ReadSheet(const std::string& path) {
-  // Nothing has been touched yet: a large file may be left.
+  // Nothing has been touched yet: the reading of a large file may be stopped.
   StopOffer stop(TheDesktop());
   return {drives_, path, session_.Format(), [&stop] { stop.Step(); }};
 }

@@ -25,7 +25,7 @@ constexpr std::size_t kBarcodeLength = 20;
 constexpr std::size_t kUktLength = 24;
 constexpr std::size_t kGroupLength = 50;
 
-/// What a formula gives that has no value; no product is called so.
+/// What a failed formula gives; no product is called so.
 constexpr std::array<std::string_view, 7> kErrorValues = {"#NULL!", "#DIV/0!", "#VALUE!", "#REF!",
                                                           "#NAME?", "#NUM!",   "#N/A"};
 

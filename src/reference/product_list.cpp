@@ -10,7 +10,7 @@ namespace zrt {
 
 void FindProductByName(TextBox& find, DataGrid& grid, std::string_view name_column) {
   if (find.Text().empty() || grid.Rows() == 0) return;
-  // The search has never taken one, and the operator is told rather than led to another product.
+  // The search never took a quote; an error is better than another product.
   if (find.Text().find('\'') != std::string::npos) throw Error("a name with a quote can't be searched");
   Recordset& products = *grid.Source();
   const int row = products.Bookmark();

@@ -18,7 +18,7 @@ constexpr int kDeletionsKept = 100;
 ClearingForm::ClearingForm(Desktop& desktop, std::string name, Session& session, std::string state_statement)
     : Form(desktop, std::move(name)), session_(session), state_statement_(std::move(state_statement)) {
   Load = [this] {
-    // Counted from the start's day: a day looked at in the calendar mustn't move what goes.
+    // Counted from the day on which the program started: a day merely looked at must not change what is deleted.
     Text4.Text = session_.Format().DateText(AddDays(session_.StartDay, -kDaysKept));
     ShowState();
   };
@@ -37,7 +37,7 @@ ClearingForm::ClearingForm(Desktop& desktop, std::string name, Session& session,
 }
 
 void ClearingForm::Open() {
-  // A window that was put away knows neither the day nor the rows of today.
+  // A hidden window still shows its old day and counts: load it anew.
   if (!IsVisible()) Close();
   Show();
 }

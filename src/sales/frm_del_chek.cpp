@@ -72,7 +72,7 @@ void frmDelChek::AnnulRow() {
   if (!session_.Format().IsNumeric(cod)) return;
   const std::int32_t code = ToInt32(session_.Format().ToNumber(cod));
   RecordSpionStroka(code, DataGrid1.CellText(row, 1), DataGrid1.CellText(row, 2), DataGrid1.CellText(row, 3));
-  // All lines of the product go, though one was logged: a receipt has no other mark by which to tell them apart.
+  // All lines of the product go, though one was logged: a receipt has nothing else to tell its lines apart by.
   DeleteCheckRow(code);
 }
 

@@ -54,8 +54,8 @@ const Filter kByTerminal = {.word = "Term",
                             .ordered = " AND KASSA.TER = {value}",
                             .total = kTotal,
                             .title = "ПРОДАЖИ ПО ТЕРМИНАЛУ №{value} ЗА {date}"};
-// Among the deletions the cashier's number is compared with the order's number, the column KAS. It has always been so
-// and stays so.
+// Among the deletions the cashier's number is compared with the order's number, the column KAS. Kept on
+// purpose: the shops know it so.
 const Filter kByCashier = {.word = "Ofc",
                            .field = Field::kCashier,
                            .sold = " WHERE PERS = {value}",

@@ -70,7 +70,7 @@ extern const std::array<FiscalFilter, 4> kFiscal;
 /// What one filter of the Lite tab puts into the statements. {value} is its field's text.
 struct LiteFilter {
   std::string_view condition;
-  std::string_view suffix;  ///< in LblInfLite, behind the date
+  std::string_view suffix;  ///< in LblInfLite, after the date
 };
 
 extern const LiteFilter kLiteByTerminal;

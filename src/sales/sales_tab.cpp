@@ -25,13 +25,13 @@ namespace {
 using Align = GridColumn::Align;
 
 constexpr std::string_view kWorking = "обработка запроса...";
-/// What LblInf says behind the date for each excise filter.
+/// What LblInf says after the date for each excise filter.
 constexpr std::array<std::string_view, 4> kExciseSuffix = {"", " Алкоголь", " Сигареты", " НЕ акциз"};
 /// What LblInf says of the whole period for each excise filter.
 constexpr std::array<std::string_view, 4> kWholePeriodText = {"за весь период", "за весь период: Алкоголь",
                                                               "за весь период: Сигареты", "за весь период: НЕ акциз"};
-/// What a file's title says for each excise filter. Its words for 2 and 3 aren't those of the screen: the readers of
-/// the files know them so.
+/// What a file's title says for each excise filter. Its words for 2 and 3 aren't those of the screen: whoever
+/// reads the files is used to them.
 constexpr std::array<std::string_view, 4> kExciseInTitle = {"", " (Алкоголь)", " (не Акциз)", ""};
 
 /// Which filters fit a big grid.
@@ -114,8 +114,8 @@ SalesTab::SalesTab(Form& form, Session& session, const DriveMap& drives)
   Dir1.KeyDown = [this](Key& key) { Dir1_KeyDown(key); };
   Drive1.Change = [this] { Drive1_Change(); };
 
-  // The order's number finds its order from every table, as a row of the orders does; the product's has no meaning
-  // where its button is off.
+  // Enter in the order's field calls the handler itself and so works over every table; the product's presses its
+  // button, which may be off.
   Text1.KeyDown = [this](Key& key) { FieldKey(key, [this] { CmdFiltr.UserClick(); }); };
   Text2.KeyDown = [this](Key& key) { FieldKey(key, [this] { CmdFilCheck_Click(); }); };
   Text3.KeyDown = [this](Key& key) { FieldKey(key, [this] { CmdOfc.UserClick(); }); };

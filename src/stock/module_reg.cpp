@@ -155,7 +155,7 @@ std::string ModuleReg::MakeControlNumber() const {
 }
 
 void ModuleReg::RecalcOstAfterShift(Recordset& catalogue, const Progress& progress) {
-  // A list that couldn't be read before is no empty one.
+  // A list that couldn't be read before is not the same as an empty one.
   if (!catalogue.IsOpen()) catalogue.Requery();
   if (catalogue.RecordCount() == 0) return;
   session_.Write("UPDATE TOVAR SET KOL=0");

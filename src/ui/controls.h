@@ -63,7 +63,7 @@ class Control : public Element {
 
   /// Gives the control the keyboard.
   void SetFocus();
-  /// Draws the control's present state at once, before a long statement locks the window.
+  /// Draws the control's present state at once, without waiting for the handler to end.
   void Repaint();
 
   /// A key reached the control. Raises KeyDown; the host honours key.swallow.

@@ -164,7 +164,7 @@ void Desktop::Activated(Form& form) {
 }
 
 void Desktop::Deactivate() {
-  // What the form that is left fails at must not keep the other from coming.
+  // A failure of the form being left must not keep the other from coming.
   if (Form* left = std::exchange(active_, nullptr)) Guard([left] { left->Deactivate.Raise(); });
 }
 

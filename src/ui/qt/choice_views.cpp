@@ -110,7 +110,7 @@ class ComboView final : public ControlView {
       connect(edit, &QLineEdit::cursorPositionChanged, this, [this] { KeepSelection(); });
       connect(edit, &QLineEdit::selectionChanged, this, [this] { KeepSelection(); });
     }
-    // The keyboard is the list's also while a text is typed into it.
+    // The list has the keyboard also while a text is typed into it.
     WatchKeys(widget);
     Start();
   }
@@ -134,7 +134,7 @@ class ComboView final : public ControlView {
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override {
     if (!IsAlive()) return false;
-    // Turning the wheel over a closed list changed the shift's hour unnoticed.
+    // Turning the wheel over a closed list would change the shift's hour unnoticed.
     if (event->type() == QEvent::Wheel) return true;
     return ControlView::eventFilter(watched, event);
   }

@@ -98,7 +98,7 @@ class ButtonView final : public ControlView {
     return true;
   }
 
-  /// The style would tint the colour; a key of a panel must show it pure.
+  /// The style would tint the colour; a key of a panel must show it unchanged.
   void ShowColours() override {
     const std::optional<QColor> back = OwnColour(button_.BackColor());
     if (!back) return widget_->setStyleSheet({});

@@ -102,7 +102,7 @@ GridView::GridView(DataGrid& grid, QTableView* table)
 void GridView::LetGo() {
   grid_.OnRows = nullptr;
   grid_.OnRow = nullptr;
-  // The table goes a moment later than the grid may.
+  // The table may outlive the grid for a moment.
   table_->setModel(nullptr);
 }
 

@@ -10,7 +10,7 @@
 
 namespace zrt {
 
-/// While a view writes to its widget, what the widget reports is no doing of the operator's.
+/// While a view writes to its widget, what the widget reports is not the operator's doing.
 using Quiet = QScopedValueRollback<bool>;
 
 /// Walking along a strip of tabs by the arrow keys passes windows that a tab opens: they appear, and the keyboard stays
