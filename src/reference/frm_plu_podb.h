@@ -51,7 +51,7 @@ class frmPLUpodb final : public Form, public ProductPicker {
 
   std::uint8_t FormCode = 0;   ///< whom to deliver to; see form_code
   std::int32_t PickCod = 0;    ///< the chosen product
-  std::int32_t PickKol = 0;    ///< thousandths
+  std::int32_t PickKol = 0;    ///< thousandths; 0 for a document that asks no quantity, so not what was typed last
   std::int32_t PickPrice = 0;  ///< thousandths
   std::string PickName;
   std::string PickBar;  ///< "" for a product without a barcode

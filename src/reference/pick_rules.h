@@ -15,8 +15,8 @@ namespace zrt {
 Asks AsksOf(std::uint8_t form_code);
 
 /// Quantities and prices are typed in units and delivered in thousandths. They pass through a single-precision number:
-/// beyond seven digits the last ones are rounded off. Ties go to the even thousandth. Throws TypeMismatch,
-/// OverflowError.
+/// beyond seven digits the last ones are rounded off. Ties go to the even thousandth. What is offered for a quantity is
+/// shown by FormatShortest: two decimals would change it. Throws TypeMismatch, OverflowError.
 std::int32_t TypedThousandths(const RegionalFormat& format, std::string_view text);
 
 /// Gives the keyboard to `box`, everything in it selected.

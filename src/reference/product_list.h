@@ -16,7 +16,9 @@ class Desktop;
 /// The search that follows typing: goes to the first product of `grid`, in its present sort, whose column `name_column`
 /// begins with the text of `find`, whatever the case. When none does, the grid stays on the row where it stood and
 /// `find` gets the keyboard. Nothing happens for an empty text and an empty grid. Throws Error for a text with a single
-/// quote, which isn't escaped.
+/// quote, which isn't escaped. Enter in the search takes the row where the grid stands, found or not: a search that a
+/// scanner types into would have to compare the whole barcode, as CmnFindBar_Click does, and keep Enter from choosing
+/// after a miss.
 void FindProductByName(TextBox& find, DataGrid& grid, std::string_view name_column);
 
 /// Goes to the product of this name as if it had been typed into `find`, which is empty afterwards whatever happens.

@@ -37,7 +37,7 @@ enum class Field { kProduct, kOrder, kCashier, kCard, kTerminal };
 inline constexpr std::array kFields = {Field::kProduct, Field::kOrder, Field::kCashier, Field::kCard, Field::kTerminal};
 
 /// What one filter of the sales tab puts into the statements. {value} in a piece is the field's text. An empty piece
-/// leaves its grids as they are.
+/// leaves its grids as they are, but for `sold`, which every filter has.
 struct Filter {
   std::string_view word;            ///< its name in the names of files
   std::optional<Field> field = {};  ///< whose text it narrows by; the filter clears the others

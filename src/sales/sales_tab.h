@@ -30,7 +30,7 @@ class SalesTab : public FormSection {
   DataGrid DataGrid11{form_, "DataGrid11"};                                 ///< deletions
   DataGrid DataGrid2{form_, "DataGrid2"};                                   ///< order detail
   DataGrid DataGrid4{form_, "DataGrid4"};                                   ///< orders
-  Label TextDate{form_, "TextDate"};  ///< day of the shift, dd.mm.yyyy, or "весь период"
+  Label TextDate{form_, "TextDate"};  ///< day of the shift, dd.mm.yyyy, or "весь период"; so in files too
   Button CmdPlus{form_, "CmdPlus"};
   MonthView Month0{form_, "Month0"};
   ComboBox Combo1{form_, "Combo1"};  ///< hour of the shift change

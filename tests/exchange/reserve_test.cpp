@@ -243,7 +243,7 @@ TEST_F(Reserve, NobodyWhoWritesAProductForgetsAColumn) {
                     "TABLE_NAME='TOVAR' AND NOT FIND_IN_SET(COLUMN_NAME,'{}') ORDER BY COLUMN_NAME",
                     all_but));
   };
-  for (const std::string& column : columns(known)) shop_.Sql("UPDATE TOVAR SET " + column + "=8");
+  for (const std::string& column : columns(known)) shop_.Sql("UPDATE TOVAR SET " + column + "='08'");
   const auto values = [&](TestDatabase& base) {
     std::map<std::string, std::string> row;
     for (const std::string& column : columns("ID")) row[column] = base.Value("SELECT " + column + " FROM TOVAR");
