@@ -212,7 +212,8 @@ void FaultRun::Step(const std::string& step) {
   }
   if (words[0] == "day") return clock_.Set({{2026, 11, number(1)}, 12, 0, 0});
   if (words[0] == "entry") {
-    desktop_.Entry = step.substr(std::min(step.size(), std::size_t{6}));
+    const std::string entry = step.substr(std::min(step.size(), std::size_t{6}));
+    desktop_.Entry = entry.starts_with('#') ? IdOf(std::stoi(entry.substr(1))) : entry;
     return;
   }
   const std::size_t mark = step.find_first_of("=>@");
@@ -237,9 +238,15 @@ void FaultRun::Step(const std::string& step) {
   }
 }
 
+std::string FaultRun::IdOf(int number) {
+  // A server's numbers may grow in steps.
+  return shop_.Value(
+      fmt::format("SELECT ID FROM JOURNAL WHERE ID>={} ORDER BY ID LIMIT {},1", kFirstDocument, number - 1));
+}
+
 void FaultRun::OpenDocument(int number) {
   DataGrid& journal = app_->Main.Journal.DataGrid6;
-  const std::string id = std::to_string(std::stoi(kFirstDocument) + number - 1);
+  const std::string id = IdOf(number);
   Step("Form2.TabStrip1=jurn");  // reads it again
   if (HasFailed()) return;
   for (int row = 1; row <= journal.Rows(); ++row) {

@@ -107,6 +107,8 @@ class FaultRun {
   void Restart();
   void Do(std::string_view steps);
   void Step(const std::string& step);
+  /// The number in the journal of the document that was made as the `number`th.
+  std::string IdOf(int number);
   void OpenDocument(int number);
   Control& Find(std::string_view name);
   bool IsGone(std::string_view steps);

@@ -165,7 +165,7 @@ const std::vector<Action> kOtherDocuments = {
     {"daily report, balances to the tills", "Form2.mnuDocDO; frmDocDO.CmdDat; frmDocDO.RUNButton", "frmDocDO.CmdUpd"},
     {"daily report, taken out", "Form2.mnuDocDO; frmDocDO.CmdDat; frmDocDO.RUNButton", "frmDocDO.mnuUnRun",
      Again::kSame, "", "frmDocDO.RUNButton; frmDocDO.mnuUnRun"},
-    {"journal, a document deleted", "Form2.TabStrip1=jurn; entry 910007", "Form2.mnuDelOneDoc", Again::kStays,
+    {"journal, a document deleted", "Form2.TabStrip1=jurn; entry #7", "Form2.mnuDelOneDoc", Again::kStays,
      "a document whose head is gone exists no more", "", false},
     {"journal, all deleted", "Form2.TabStrip1=jurn", "Form2.mnuClearDoc"},
     {"journal, read again", "Form2.TabStrip1=sprav", "Form2.TabStrip1=jurn"},

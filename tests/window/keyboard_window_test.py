@@ -39,6 +39,8 @@ class ADayWithoutAMouse(unittest.TestCase):
         guide = self.program.form("guide")
         guide.activate()
         wait_for(heading, lambda: guide.title == "Руководство: " + heading)
+        heights = [part.queryComponent().getExtents(pyatspi.DESKTOP_COORDS).height for part in guide.accessible]
+        self.assertGreater(max(heights), 200)  # the page, and not only its buttons
         self.program.key("Escape")
         self.gone("guide")
 

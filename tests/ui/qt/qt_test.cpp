@@ -9,6 +9,7 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
+#include <QHeaderView>
 #include <QHelpEvent>
 #include <QInputDialog>
 #include <QLabel>
@@ -449,6 +450,7 @@ TEST_F(Catalogue, GridAndRecordsetShareTheirRow) {
   EXPECT_EQ(table_->model()->index(41, 1).data().toString(), "Товар 00042");
   EXPECT_EQ(table_->model()->index(41, 2).data().toString(), "1,00");
   EXPECT_EQ(table_->model()->index(0, 2).data(Qt::TextAlignmentRole).toInt(), Qt::AlignRight | Qt::AlignVCenter);
+  EXPECT_TRUE(table_->verticalHeader()->isHidden());
 
   Products().SetBookmark(1500);
   Settle();
@@ -823,6 +825,7 @@ TEST_F(Windows, UnloadingInsideItsOwnEventTakesTheWindowAndTheNextShowBeginsAfre
   form.lblVersion.Caption = "1.2.3";
   form.Show();
   QWidget* window = WindowOf(form);
+  EXPECT_LE((window->geometry().center() - window->screen()->availableGeometry().center()).manhattanLength(), 2);
   other.Show();
   const QPointer<QWidget> first = window;
   form.Click = [&] { form.Close(); };
