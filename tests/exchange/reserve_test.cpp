@@ -214,7 +214,11 @@ TEST_F(Reserve, ListsAreReplacedWhole) {
   reserve_.Sql("INSERT INTO KLIENT (COD,NAME) VALUES (99,'Старый')");
   reserve_.Sql("INSERT INTO HOTKEYS (ID,CODE,REZ,LV) VALUES (999,1,1,1)");
   Connect();
-  Press(Screen().CmdTov, "Экспорт справочника товаров успешно завершен!");
+  {
+    const test::Told bar(Screen().ProgressBar);
+    Press(Screen().CmdTov, "Экспорт справочника товаров успешно завершен!");
+    EXPECT_TRUE(bar.Text.ends_with("Max=2 Value=1 Value=2 Value=0 ")) << bar.Text;
+  }
   Press(Screen().CmdOfc, "Экспорт списка официантов успешно завершен!");
   Press(Screen().CmdKeys, "Экспорт сенсорной клавиатуры успешно завершен!");
   for (const char* all :
