@@ -166,6 +166,7 @@ TEST_F(Spreadsheets, XlsxCellsAreFoundHoweverTheyAreWritten) {
         << sheet;
   }
   EXPECT_EQ(Open(Xlsx(R"(<row r="1048576"><c r="XFD1048576"><v>1</v></c></row>)")).Cell(1048576, 16384), "1");
+  EXPECT_EQ(Open(Xlsx(R"(<row r="2"><c r="AZ2"><v>1</v></c></row>)")).Cell(2, 52), "1");
 }
 
 TEST_F(Spreadsheets, NumbersComeWithAllTheirDigits) {

@@ -410,6 +410,10 @@ TEST_F(MainWindow, OptionsExcludeEachOtherWithinTheirArray) {
   Find<QCheckBox>("Check1")->toggle();
   EXPECT_TRUE(app_->Main.Check1.Value());
   Find<QCheckBox>("Check1")->toggle();
+  app_->Main.Check1.Enabled = false;  // what the program refuses isn't shown either
+  Find<QCheckBox>("Check1")->toggle();
+  EXPECT_FALSE(Find<QCheckBox>("Check1")->isChecked());
+  app_->Main.Check1.Enabled = true;
 
   app_->Main.Panels.Option1[6].Choose();
   EXPECT_TRUE(Find<QRadioButton>("Option1_7")->isChecked());
