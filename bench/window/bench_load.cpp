@@ -288,8 +288,8 @@ int Load(BenchProgram& shop, const char* host, const char* schema, int seconds) 
       "| slowest of the terminals' {} statements, alone and beside the operator | {:.3f} s | {:.3f} s |\n", statements,
       alone, together);
   std::cout << fmt::format(
-      "| rounds of the operator, documents posted, lines annulled, cuts of the link | {}, {}, {}, {} |\n", person.rounds,
-      person.documents, annulled, person.cuts);
+      "| rounds of the operator, documents posted, lines annulled, cuts of the link | {}, {}, {}, {} |\n",
+      person.rounds, person.documents, annulled, person.cuts);
   if (!person.memory.empty()) {
     std::cout << fmt::format(
         "| memory after the first round, in the middle, at the end | {:.0f}, {:.0f}, {:.0f} MB |\n",
