@@ -121,6 +121,7 @@ TEST_F(Reserve, ConnectingMarksTheOtherBaseAndKeepsThePath) {
   EXPECT_EQ(reserve_.Value("SELECT N6 FROM CONST WHERE COD=6"), "резервный");
   EXPECT_EQ(shop_.Value("SELECT N6 FROM CONST WHERE COD=6"), "NULL");
   EXPECT_EQ(Screen().LblConn1.Caption(), "Подключено");
+  EXPECT_EQ(Screen().LblConn1.ForeColor(), 0x008000U);
   EXPECT_TRUE(Screen().LblConn1.IsShown());
   EXPECT_FALSE(Screen().CmdConn1.Enabled());
   EXPECT_TRUE(Screen().CmdExp.IsUsable());
