@@ -304,6 +304,7 @@ TEST_F(Database, ABrokenLinkIsReportedAndOpenedAgainAtTheNextActionOnce) {
   connection_.AllowReopen();
   EXPECT_THROW(connection_.Execute(insert + "(3,'')"), DatabaseError);
   EXPECT_TRUE(connection_.IsLost());
+  EXPECT_EQ(connection_.ServerVersion(), "");
   EXPECT_EQ(shop_.Value("SELECT COUNT(*) FROM T"), "0");
 
   shop_.Sql("CREATE DATABASE " + shop_.Address().schema + "_away");

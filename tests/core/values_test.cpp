@@ -27,6 +27,7 @@ TEST(Text, EveryByteOfTheCodePageComesBack) {
   // No UTF-8 at all, a letter cut in half, and what only just is or isn't a character.
   EXPECT_EQ(ToWindows1251("\xFFx\xD0"), "?x?");
   EXPECT_EQ(ToWindows1251("\xF5\x80\x80\x80|\xC1\x80|\xF4\x8F\xBF\xBF|\xC2\x80|\xEF\xBF\xBD"), "????|??|?|?|?");
+  EXPECT_TRUE(IsUtf8("чай") && !IsUtf8("\xF7\xE0\xE9"));
   // As Windows saves a file: a letter, a sign of two units, half a sign.
   const std::string units("\x1B\x04\x3C\xD8\x75\xDF\x3C\xD8", 8);
   EXPECT_EQ(FromUtf16(units, false), "Л🍵?");
@@ -181,6 +182,7 @@ TEST(Advice, EachCauseReadsDifferently) {
   const DatabaseError kCauses[] = {
       {"01000", 0, "[unixODBC][Driver Manager]Can't open lib 'MySQL ODBC 8.0 ANSI Driver' : file not found"},
       {"HY000", 2002, "[ma-3.1.15]Can't connect to server on '192.168.0.10' (115)"},
+      {"HY000", 2005, "[ma-3.1.15]Unknown server host 'shop' (-2)"},
       {"28000", 1045, "[ma-3.1.15]Access denied for user 'zrt'@'192.168.0.7' (using password: YES)"},
       {"42000", 1049, "[ma-3.1.15]Unknown database 'shop'"},
       {"42S02", 1146, "[ma-3.1.15][10.11.19-MariaDB]Table 'shop.CONST' doesn't exist"},

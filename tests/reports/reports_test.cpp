@@ -66,11 +66,6 @@ TEST(Workbook, NeedsAFileThatCanBeWritten) {
 
 class ReportScreensTest : public test::ProgramTest {
  protected:
-  /// Opens the screen of a menu entry.
-  void Open(Menu& entry) {
-    Do([&] { entry.UserClick(); });
-  }
-
   static std::string Look(const Workbook& book) {
     std::string look;
     for (const auto& span : book.ColumnWidths) look += fmt::format("{}-{}:{} ", span.first, span.last, span.width);
@@ -81,7 +76,7 @@ class ReportScreensTest : public test::ProgramTest {
 
 TEST_F(ReportScreensTest, TheFirstLineGoesToPaperWithoutWhatStandsBeyondTheReportsWidth) {
   Start();
-  Open(app_->Main.mnuSystem);
+  Click(app_->Main.mnuSystem);
   Form9& form = app_->Reports.TextReports;
   const std::string wide = std::string(42, 'x') + "yz";
   form.List1.AddItem(wide);
@@ -94,22 +89,13 @@ TEST_F(ReportScreensTest, TheFirstLineGoesToPaperWithoutWhatStandsBeyondTheRepor
   EXPECT_EQ(lines[3].back(), (PrintedPiece{3100, std::string(10, 'x') + "yz"}));
 }
 
-TEST_F(ReportScreensTest, TheDayOfTheFirstShiftLeadsToTheButtonOfTheLast) {
-  Start();
-  Open(app_->Main.mnuSystem);
-  PeriodChoice& period = app_->Reports.TextReports.Period;
-  Click(period.First.CmdPlus);
-  Do([&] { period.First.Month.UserPick({2026, 11, 10}); });
-  EXPECT_EQ(desktop_.Focused(), &period.Last.CmdPlus);
-}
-
 TEST_F(ReportScreensTest, AReportThatIsStoppedSaysSoAndLeavesNoFile) {
   Start();
   shop_.Sql("UPDATE CONST SET N8=8 WHERE COD=5");
   for (int cod = 1; cod <= 3; ++cod) {
     shop_.Sql(fmt::format("INSERT INTO TOVAR (COD,NAME,OST,KOL,PRISE,BARCODE) VALUES ({0},'Т{0}',0,0,100,'')", cod));
   }
-  Open(app_->Main.mnuSystem);
+  Click(app_->Main.mnuSystem);
   Form9& form = app_->Reports.TextReports;
   Click(form.CmdDat);
   const std::vector<std::string> whole = form.List1.Items();
@@ -123,7 +109,7 @@ TEST_F(ReportScreensTest, AReportThatIsStoppedSaysSoAndLeavesNoFile) {
   Click(form.CmdDat);
   EXPECT_EQ(form.List1.Items(), whole);
 
-  Open(app_->Main.mnuReportSaldo);
+  Click(app_->Main.mnuReportSaldo);
   FormTabOst& table = app_->Reports.Balances;
   Do([&] { table.Output.Check3->UserTick(true); });
   desktop_.StopAfter = 1;
@@ -143,7 +129,7 @@ TEST_F(ReportScreensTest, AProductOfCodeZeroIsAProduct) {
   shop_.Sql(
       "INSERT INTO REGISTR (DOC,DOCTYP,COD,KOL,SUMM,OSTKOL,DATEDOC,RUN,REZ) VALUES (1,1,0,2000,0,2000,'2026-11-11 "
       "10:00:00',1,0)");
-  Open(app_->Main.mnuReportRun);
+  Click(app_->Main.mnuReportRun);
   FormTabRun& form = app_->Reports.Movements;
   Do([&] { form.Output.Check3->UserTick(true); });
   form.CmdRun.Enabled = true;
