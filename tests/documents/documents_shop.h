@@ -69,6 +69,28 @@ class DocumentsTest : public ProgramTest {
     desktop_.Expect("Отменить проведение документа?", BoxAnswer::kOk, BoxIcon::kQuestion);
     Click(*form.mnuUnRun);
   }
+  /// The operator was in the main window meanwhile.
+  void ComeBack(Form& form) {
+    for (Form* front : {static_cast<Form*>(&app_->Main), &form}) {
+      desktop_.UserAction([&] { desktop_.Activated(*front); });
+    }
+  }
+  /// The terminals' sales: COD, NAME, KOL, PRISE, SUM2, REZ, DATETIME, TER, NUM.
+  void Sell(const std::string& rows) {
+    shop_.Sql("INSERT INTO PROD (COD,NAME,KOL,PRISE,SUM2,REZ,DATETIME,TER,NUM) VALUES " + rows);
+  }
+  /// Cells of a document's lines, separated by blanks.
+  static Texts Lines(const DocumentForm& form, const Texts& headers) {
+    Texts lines;
+    for (int row = 1; row <= form.DataGrid7.Rows(); ++row) {
+      std::string& line = lines.emplace_back();
+      for (const std::string& header : headers) {
+        line += (line.empty() ? "" : " ") + form.DataGrid7.CellText(row, header);
+      }
+    }
+    return lines;
+  }
+  int LastDocument() { return std::stoi(shop_.Value("SELECT MAX(ID) FROM JOURNAL")); }
   void Now(int day, int hour = 12) { clock_.Set({{2026, 11, day}, hour, 0, 0}); }
 
   Texts Register(int doc) {

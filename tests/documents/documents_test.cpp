@@ -142,8 +142,12 @@ TEST_F(DocumentsTest, ALineDocumentFromItsFirstLineToItsUnposting) {
                           control, sum));
     EXPECT_EQ(faults_.Statements()[2], fmt::format("DELETE FROM REGISTR WHERE DOC={}", id));
 
+    Click(form.CmdPlus);
     Post(form);
     balance += one.sign * 3500;
+    EXPECT_FALSE(form.Month0.Visible());
+    Pick(one.type, 2, 1000, 80000);
+    EXPECT_EQ(form.DataGrid7.Rows(), 5) << "what is posted takes nothing from windows that stay open over it";
     EXPECT_EQ(Register(id), (Texts{row(1, 2000, 2 * one.offered, balance, true, false),
                                    row(1, 1500, 3 * one.price_of_zero / 2, balance, true, false),
                                    row(3, 3000, 30000, rez ? 0 : app_->Stock.GetOstNow(3), !rez, rez)}));
@@ -212,7 +216,7 @@ TEST_F(DocumentsTest, LinesThatAreEqualOrWithoutProductAreGoneWhenReopened) {
   EXPECT_EQ(form.DataGrid7.CellText(1, "Markup"), "") << "no purchase price, no markup";
   EXPECT_EQ(form.DataGrid7.CellText(1, "Retail"), "950,00");
   Leave(form, BoxAnswer::kOk);
-  const int id = std::stoi(shop_.Value("SELECT MAX(ID) FROM JOURNAL"));
+  const int id = LastDocument();
   shop_.Sql("UPDATE TOVAR SET PRISE=99900 WHERE COD=2");
   shop_.Sql("UPDATE TOVAR SET NAME=NULL WHERE COD=1");
   Reopen(id);
@@ -231,8 +235,7 @@ TEST_F(DocumentsTest, ClientAndNoteAreTypedLast) {
   DocumentForm& form = Open(DocType::kIncoming);
   Pick(DocType::kIncoming, 1, 1000, 100000);
   Type(*form.TextPrim, "важно");
-  desktop_.UserAction([&] { desktop_.Activated(app_->Main); });
-  desktop_.UserAction([&] { desktop_.Activated(form); });
+  ComeBack(form);
   EXPECT_EQ(form.TextPrim->Text(), "") << "coming back brings back what was there before";
   EXPECT_EQ(form.DataGrid7.Rows(), 1);
   // The date: the day picked at the present time.
@@ -257,14 +260,7 @@ TEST_F(DocumentsTest, AnInventoryBringsTheRegisterToTheCount) {
   shop_.Sql("UPDATE TOVAR SET N2=12 WHERE COD=4");
   clock_.Set({{2026, 11, 5}, 12, 34, 56});
   auto& form = static_cast<frmDocIN&>(Open(DocType::kInventory));
-  const auto lines = [&] {
-    Texts all;
-    for (int row = 1; row <= form.DataGrid7.Rows(); ++row) {
-      all.push_back(form.DataGrid7.CellText(row, "Name") + " " + form.DataGrid7.CellText(row, "Balance") + " " +
-                    form.DataGrid7.CellText(row, "Actual"));
-    }
-    return all;
-  };
+  const auto lines = [&] { return Lines(form, {"Name", "Balance", "Actual"}); };
   EXPECT_EQ(form.ComboLoc.Items(), (Texts{"", "Бар", "Кухня1", "Кухня2", "Кухня3"}));
   const std::pair<const char*, Texts> kPlaces[] = {{"Бар", {"Чай 10,000 10,000"}},
                                                    {"Кухня1", {"Вино 5,000 5,000", "Вода 3,000 3,000"}},
@@ -299,8 +295,12 @@ TEST_F(DocumentsTest, AnInventoryBringsTheRegisterToTheCount) {
   EXPECT_EQ(form.LblOstR.Caption(), "6\u00A0369,25");  // 8,5*120,50 + 5,5*950 + 3*40
   Type(*form.TextPrim, std::string(30, 'z'));
 
+  Click(form.CmdPlus);
   desktop_.Expect("Поместить документ в конец дня (23:59)?", BoxAnswer::kOk, BoxIcon::kQuestion);
   Post(form);
+  EXPECT_FALSE(form.Month0.Visible());
+  Pick(DocType::kInventory, 3, 1000, 0);
+  EXPECT_EQ(form.DataGrid7.Rows(), 3);
   const int id = form.DocId;
   EXPECT_EQ(Head(id),
             "ИНВЕНТАРИЗАЦИЯ|2026-11-05 23:59:00|294250||сформ 05.11.2026 12:34:56 " + std::string(24, 'z') + "|OK|0");
@@ -346,7 +346,11 @@ TEST_F(DocumentsTest, APriceChangeIsForGood) {
   Click(*form.CmdVar);
   EXPECT_EQ(form.DataGrid7.CurrentText("NewPrice"), "1,02");
   Type(*form.TextPrim, std::string(30, 'n'));
+  Click(form.CmdPlus);
   Post(form);
+  EXPECT_FALSE(form.Month0.Visible());
+  Pick(DocType::kPriceChange, 3, 0, 5000);
+  EXPECT_EQ(form.DataGrid7.Rows(), 5);
   EXPECT_EQ(shop_.Column("SELECT CONCAT(COD,' ',PRISE) FROM TOVAR ORDER BY COD"),
             (Texts{"1 13000", "2 102", "3 10000", "4 500"}));
   EXPECT_TRUE(faults_.Statements().back().starts_with("UPDATE JOURNAL SET RUN='OK'")) << "when all prices are in force";
@@ -361,8 +365,7 @@ TEST_F(DocumentsTest, APriceChangeIsForGood) {
 }
 
 TEST_F(DocumentsTest, ADailyReportClosesTheShift) {
-  shop_.Sql(
-      "INSERT INTO PROD (COD,NAME,KOL,PRISE,SUM2,REZ,DATETIME,TER,NUM) VALUES "
+  Sell(
       "(1,'Чай',2000,120500,241000,0,'2026-11-11 08:00:00',1,1),"
       "(1,'Чай',1000,120500,120500,0,'2026-11-12 07:59:58',1,2),"
       "(1,'Чай',1000,120500,108450,7,'2026-11-11 12:00:00',1,3),"  // on a card, discounted
@@ -379,12 +382,7 @@ TEST_F(DocumentsTest, ADailyReportClosesTheShift) {
   EXPECT_EQ(form.Combo1.Text(), "8");
   EXPECT_FALSE(form.RUNButton.Enabled() || form.mnuRun->Enabled());
   Click(form.CmdDat);
-  Texts lines;
-  for (int row = 1; row <= form.DataGrid7.Rows(); ++row) {
-    lines.push_back(form.DataGrid7.CellText(row, "Cod") + " " + form.DataGrid7.CellText(row, "Value") + " " +
-                    form.DataGrid7.CellText(row, "Price") + " " + form.DataGrid7.CellText(row, "Summ") + " " +
-                    form.DataGrid7.CellText(row, "Card"));
-  }
+  Texts lines = Lines(form, {"Cod", "Value", "Price", "Summ", "Card"});
   std::sort(lines.begin(), lines.end());
   EXPECT_EQ(lines, (Texts{"1 1,000 108,45 108,45 7", "1 3,000 120,50 361,50 0", "2 0,500 950,00 475,00 0",
                           "3 1,000 100,00 100,00 0", "4 -1,000 40,00 -40,00 0"}));
@@ -433,8 +431,7 @@ TEST_F(DocumentsTest, ADailyReportClosesTheShift) {
   Click(form.CmdPlus);
   desktop_.UserAction([&] { form.Month0.UserPick({2026, 10, 1}); });
   EXPECT_EQ(desktop_.Focused(), &form.CmdDat);
-  desktop_.UserAction([&] { desktop_.Activated(app_->Main); });
-  desktop_.UserAction([&] { desktop_.Activated(form); });
+  ComeBack(form);
   EXPECT_EQ(form.TextDate.Caption(), "11.11.2026");
   EXPECT_FALSE(form.RUNButton.Enabled());
   EXPECT_EQ(form.Combo1.Items().size(), 48U);

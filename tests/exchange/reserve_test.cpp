@@ -75,10 +75,6 @@ class Reserve : public ProgramTest {
     if (box != nullptr) desktop_.Expect(box, BoxAnswer::kOk, BoxIcon::kExclamation);
     Click(button);
   }
-  void Fails(Button& button) {
-    desktop_.ExpectRuntimeError();
-    Click(button);
-  }
   TestDatabase reserve_;
   ScriptedFaults reserve_faults_;
 };

@@ -94,6 +94,12 @@ class ProgramOn : public testing::Test, protected Program<Host> {
 class ProgramTest : public ProgramOn<ScriptedDesktop> {
  protected:
   using ProgramOn::ProgramOn;
+
+  /// A click that ends in a run-time error.
+  void Fails(Control& control) {
+    desktop_.ExpectRuntimeError();
+    Click(control);
+  }
 };
 
 }  // namespace zrt::test
