@@ -98,23 +98,15 @@ class Import : public ProgramTest {
 TEST_F(Import, TheWindowSaysWhatItLoads) {
   WriteFile("C:\\Korvina\\Report\\a.txt", "");
   Start("sprav");
-  struct Mode {
-    int mode;
-    const char* pattern;
-    const char* caption;
-    const char* run;
-    bool columns;
-  };
-  for (const Mode& m :
-       {Mode{0, "*.xls*", "Импорт Справочника Товаров из файла .xls", "Переписать Справочник Товаров", true},
-        Mode{1, "*.txt*", "Загрузка инвентаризации из файла .txt", "Загрузить остатки", false},
-        Mode{2, "*.txt*", "Загрузка перемещения из файла .txt", "Загрузить остатки", false},
-        Mode{3, "*.txt*", "Загрузка перемещения из файла .txt", "Загрузить остатки", false}}) {
+  const Texts kTransfer = {"*.txt*", "Загрузка перемещения из файла .txt", "Загрузить остатки"};
+  const Texts kModes[] = {{"*.xls*", "Импорт Справочника Товаров из файла .xls", "Переписать Справочник Товаров"},
+                          {"*.txt*", "Загрузка инвентаризации из файла .txt", "Загрузить остатки"},
+                          kTransfer,
+                          kTransfer};
+  for (int mode = 0; mode < 4; ++mode) {
     desktop_.InModal([&](Form& form) {
-      EXPECT_EQ(Screen().File1.Pattern(), m.pattern);
-      EXPECT_EQ(form.Caption(), m.caption);
-      EXPECT_EQ(Screen().CmdRun.Caption(), m.run);
-      EXPECT_EQ(Screen().Option1[0].IsShown(), m.columns);
+      EXPECT_EQ((Texts{Screen().File1.Pattern(), form.Caption(), Screen().CmdRun.Caption()}), kModes[mode]);
+      EXPECT_EQ(Screen().Option1[0].IsShown(), mode == 0);
       EXPECT_EQ(Screen().File1.Path(), kFolder);
       desktop_.Expect("Файл НЕ выбран!");
       Click(Screen().CmdRun);
@@ -125,7 +117,7 @@ TEST_F(Import, TheWindowSaysWhatItLoads) {
       EXPECT_EQ(Screen().TextPath.Text(), "D:\\b.txt");
       form.Close();
     });
-    Do([&] { Screen().Open(m.mode); });
+    Do([&] { Screen().Open(mode); });
   }
 }
 

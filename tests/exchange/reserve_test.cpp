@@ -116,6 +116,17 @@ TEST_F(Reserve, ConnectingMarksTheOtherBaseAndKeepsThePath) {
   EXPECT_TRUE(Screen().CmdExp.IsUsable());
   EXPECT_EQ(Screen().LblEnd.Caption(), "12.11.2026");
   EXPECT_TRUE(app_->TheSession.ConnReserveOpen);
+  // A window opened anew connects anew.
+  Do([this] { Screen().Close(); });
+  Click(app_->Main.mnuExport);
+  EXPECT_FALSE(Screen().Frame2.Enabled());
+  for (const std::string& bytes : {std::string("no link any more"), LinkTo(reserve_.Address())}) {
+    WriteFile(kLink, bytes);
+    Type(Screen().TxtUDL1, kLink);
+    Click(Screen().CmdConn1);
+    EXPECT_EQ(app_->TheSession.ConnReserveOpen, bytes.starts_with("["));
+    EXPECT_EQ(app_->TheSession.ConnReserve.IsOpen(), bytes.starts_with("["));
+  }
   Do([this] { app_->Main.Close(); });
   EXPECT_FALSE(app_->TheSession.ConnReserveOpen);
   EXPECT_FALSE(app_->TheSession.ConnReserve.IsOpen());
@@ -154,21 +165,6 @@ TEST_F(Reserve, ABaseThatCantBeReachedOrMarkedIsPassedOverInSilence) {
     app_.reset();
   }
   EXPECT_EQ(shop_.Value("SELECT N5 IS NULL FROM CONST WHERE COD=6"), "0");  // the path is kept all the same
-}
-
-TEST_F(Reserve, AWindowOpenedAnewConnectsAnew) {
-  Connect();
-  Do([this] { Screen().Close(); });
-  Click(app_->Main.mnuExport);
-  EXPECT_FALSE(Screen().Frame2.Enabled());
-  WriteFile(kLink, "no link any more");
-  Type(Screen().TxtUDL1, kLink);
-  Click(Screen().CmdConn1);
-  EXPECT_FALSE(app_->TheSession.ConnReserveOpen);
-  EXPECT_FALSE(app_->TheSession.ConnReserve.IsOpen());
-  WriteFile(kLink, LinkTo(reserve_.Address()));
-  Click(Screen().CmdConn1);
-  EXPECT_TRUE(Screen().Frame2.Enabled());
 }
 
 TEST_F(Reserve, ThePathIsKeptWithItsFirstBackSlashProtected) {

@@ -42,14 +42,6 @@ void CreateSchema(Connection& connection, const std::string& name) {
   connection.Execute("USE " + name);
 }
 
-std::vector<std::string> FirstColumn(Connection& connection, const std::string& statement) {
-  Recordset set;
-  set.Open(statement, connection);
-  std::vector<std::string> column;
-  for (int row = 1; row <= set.RecordCount(); ++row) column.push_back(set.At(row, 0).TextOrEmpty());
-  return column;
-}
-
 /// A schema of version 4 with all tables, made by the program's own upgrade once per process.
 class Template {
  public:
@@ -65,7 +57,7 @@ class Template {
     UpgradeDatabase(session, dialog, version);
     CreateDocumentTables(session, dialog, true);
     connection_.Execute("UPDATE CONST SET N3=NULL WHERE COD=7");
-    tables_ = FirstColumn(connection_, "SHOW TABLES");
+    tables_.Open("SHOW TABLES", connection_);
   }
   ~Template() {
     try {
@@ -76,7 +68,8 @@ class Template {
   }
 
   void CopyTo(Connection& connection, bool with_documents) const {
-    for (const std::string& table : tables_) {
+    for (int row = 1; row <= tables_.RecordCount(); ++row) {
+      const std::string table = tables_.At(row, 0).Text();
       const bool document =
           std::find(std::begin(kDocumentTables), std::end(kDocumentTables), table) != std::end(kDocumentTables);
       if (document && !with_documents) continue;
@@ -90,7 +83,7 @@ class Template {
  private:
   std::string name_;
   Connection connection_;
-  std::vector<std::string> tables_;
+  Recordset tables_;
 };
 
 /// The operating mode in the base, stage by stage.
@@ -103,18 +96,10 @@ DatabaseAddress TestAddress(const std::string& schema) {
 }
 
 std::string Numbers(int count) {
-  const std::string digits =
-      "(SELECT 0 d UNION ALL SELECT 1 UNION ALL SELECT 2 UNION ALL SELECT 3 UNION ALL SELECT 4 UNION ALL SELECT 5 "
-      "UNION ALL SELECT 6 UNION ALL SELECT 7 UNION ALL SELECT 8 UNION ALL SELECT 9)";
-  std::string sum = "1";
-  std::string tables;
-  int power = 1;
-  for (int place = 0; power < count; ++place, power *= 10) {
-    sum += fmt::format("+{}*p{}.d", power, place);
-    tables += fmt::format("{}{} p{}", place == 0 ? "" : ",", digits, place);
-  }
-  return fmt::format("(SELECT * FROM (SELECT {} AS seq FROM {}) every WHERE seq<={} ORDER BY seq) numbers", sum, tables,
-                     count);
+  return fmt::format(
+      "(SELECT @row:=@row+1 AS seq FROM (SELECT @row:=0) zero,information_schema.COLLATIONS a,"
+      "information_schema.COLLATIONS b,information_schema.COLLATIONS c LIMIT {}) numbers",
+      count);
 }
 
 void RunSqlFile(const std::string& path, Connection& connection) {
