@@ -99,23 +99,11 @@ class Operator {
   void ReadReports() {
     Form9& reports = app_.Reports.TextReports;
     Do([&] { reports.Show(); });
-    for (Button* report : {&reports.CmdDat, &reports.CmdDat1, &reports.CmdDat2}) {
-      bool whole = false;
-      Until([&] { return whole; },
-            [&] {
-              report->UserClick();
-              whole = true;
-            });
-    }
+    for (Button* report : {&reports.CmdDat, &reports.CmdDat1, &reports.CmdDat2}) UntilWhole(*report);
     Do([&] { reports.Close(); });
     // Balances and what was sold today, for the terminals: rows that they write themselves meanwhile.
     Do([this] { app_.Main.TabStrip1.UserChoose("sprav"); });
-    bool told = false;
-    Until([&] { return told; },
-          [&] {
-            app_.Main.Catalogue.CmdRefrTov.UserClick();
-            told = true;
-          });
+    UntilWhole(app_.Main.Catalogue.CmdRefrTov);
   }
 
   std::string Told() const {
@@ -139,6 +127,11 @@ class Operator {
       Do(press);
     }
     if (!done()) throw Error("he gives up:\n" + Told());
+  }
+
+  void UntilWhole(Button& button) {
+    desktop_.Failed = true;
+    Until([this] { return !desktop_.Failed; }, [&] { button.UserClick(); });
   }
 
   PersistentDesktop desktop_;

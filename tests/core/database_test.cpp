@@ -9,6 +9,7 @@
 
 #include "core/errors.h"
 #include "core/session.h"
+#include "support/fixed_clock.h"
 #include "support/scripted_faults.h"
 #include "support/test_database.h"
 
@@ -334,15 +335,6 @@ TEST_F(Database, RowsThatBreakOffAreAFailure) {
   EXPECT_TRUE(connection_.IsLost());
 }
 
-TEST_F(Database, AFailedStatementLeavesTheLinkAlone) {
-  faults_.FailAt(2);
-  connection_.Execute("INSERT INTO T (N) VALUES (1)");
-  EXPECT_THROW(connection_.Execute("INSERT INTO T (N) VALUES (2)"), DatabaseError);
-  connection_.Execute("INSERT INTO T (N) VALUES (3)");
-  EXPECT_EQ(shop_.Value("SELECT GROUP_CONCAT(N) FROM T"), "1,3");
-  EXPECT_FALSE(connection_.IsLost());
-}
-
 TEST_F(Database, AClosedConnectionIsGoneFromTheServer) {
   set_.Open("SELECT CONNECTION_ID()", connection_);
   const std::string left = "SELECT COUNT(*) FROM information_schema.PROCESSLIST WHERE ID=" + set_.Field(0).Text();
@@ -353,9 +345,7 @@ TEST_F(Database, AClosedConnectionIsGoneFromTheServer) {
 }
 
 TEST_F(Database, ThreeWaysOfASession) {
-  struct NoClock final : Clock {
-    DateTime Now() const override { return {}; }
-  } clock;
+  const test::FixedClock clock;
   Session session(shop_.Address(), clock, {});
   EXPECT_THROW(session.Pool(), DatabaseError);
   EXPECT_THROW(session.Write("DELETE FROM T"), DatabaseError);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "core/errors.h"
+#include "support/fixed_clock.h"
 #include "support/scripted_faults.h"
 #include "support/test_database.h"
 
@@ -18,11 +19,6 @@ namespace {
 using test::ScriptedFaults;
 using test::Stage;
 using test::TestDatabase;
-
-class StandingClock final : public Clock {
- public:
-  DateTime Now() const override { return {{2026, 11, 12}, 10, 0, 0}; }
-};
 
 class RecordingDialog final : public SchemaDialog {
  public:
@@ -58,7 +54,7 @@ class Schema : public testing::Test {
   }
 
   TestDatabase shop_;
-  StandingClock clock_;
+  test::FixedClock clock_;
   ScriptedFaults faults_;
   Session session_;
   RecordingDialog dialog_;

@@ -105,14 +105,17 @@ class DocumentsTest : public ProgramTest {
                     "JOURNAL WHERE ID={}",
                     doc));
   }
-  /// Brings `kol` thousandths of the product in at `price` thousandths each, posted on that day.
-  void Receive(int cod, int kol, int price, int day) {
-    Now(day, 8 + cod);  // no two in one second
-    DocumentForm& form = Open(DocType::kIncoming);
-    Pick(DocType::kIncoming, cod, kol, price);
+  /// A document of one line, posted.
+  void Give(DocType type, int cod, int kol, int price, int day, int hour = 12) {
+    Now(day, hour);
+    DocumentForm& form = Open(type);
+    Pick(type, cod, kol, price);
+    if (type == DocType::kInventory) desktop_.Expect("Поместить документ в конец дня (23:59)?", BoxAnswer::kCancel);
     Post(form);
     Leave(form, BoxAnswer::kOk);
   }
+  /// Brings `kol` thousandths of the product in at `price` thousandths each, no two products in one second.
+  void Receive(int cod, int kol, int price, int day) { Give(DocType::kIncoming, cod, kol, price, day, 8 + cod); }
 };
 
 }  // namespace zrt::test

@@ -47,15 +47,9 @@ void HeadlessDesktop::PressKey(Control& control, Key key) {
 }
 
 bool Offers(BoxButtons buttons, BoxAnswer answer) {
-  switch (buttons) {
-    case BoxButtons::kOk:
-      return answer == BoxAnswer::kOk;
-    case BoxButtons::kOkCancel:
-      return answer == BoxAnswer::kOk || answer == BoxAnswer::kCancel;
-    case BoxButtons::kYesNo:
-      return answer == BoxAnswer::kYes || answer == BoxAnswer::kNo;
-  }
-  return false;
+  const bool says_yes_or_no = answer == BoxAnswer::kYes || answer == BoxAnswer::kNo;
+  if (says_yes_or_no || buttons == BoxButtons::kYesNo) return says_yes_or_no && buttons == BoxButtons::kYesNo;
+  return answer == BoxAnswer::kOk || buttons == BoxButtons::kOkCancel;
 }
 
 Key KeyByName(const std::string& name) {

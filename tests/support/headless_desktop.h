@@ -3,22 +3,11 @@
 #include <optional>
 #include <string>
 
-#include "core/clock.h"
+#include "support/fixed_clock.h"
 #include "ui/data_grid.h"
 #include "ui/desktop.h"
 
 namespace zrt::test {
-
-/// A clock that stands where a test puts it.
-class FixedClock final : public Clock {
- public:
-  explicit FixedClock(DateTime now = {{2026, 11, 12}, 10, 0, 0}) : now_(now) {}
-  DateTime Now() const override { return now_; }
-  void Set(const DateTime& now) { now_ = now; }
-
- private:
-  DateTime now_;
-};
 
 /// A host without windows: forms are shown by being marked so, the keyboard's place is remembered, and keys do to the
 /// controls what a toolkit's widgets do. Boxes and modal forms are answered by the two hosts built on it.

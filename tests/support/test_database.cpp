@@ -12,6 +12,7 @@
 
 #include "core/errors.h"
 #include "core/schema.h"
+#include "support/fixed_clock.h"
 
 namespace zrt::test {
 namespace {
@@ -23,11 +24,6 @@ std::string NewSchemaName() {
   static int count = 0;
   return fmt::format("zrt_test_{}_{}", getpid(), ++count);
 }
-
-class StandingClock final : public Clock {
- public:
-  DateTime Now() const override { return {{2026, 11, 12}, 10, 0, 0}; }
-};
 
 /// Lets the upgrade run through; the register is wanted, on a server of today.
 class SilentDialog final : public SchemaDialog {
@@ -49,7 +45,7 @@ class Template {
     connection_.Open(MainConnectionString(TestAddress("")));
     CreateSchema(connection_, name_);
     RunSqlFile(kBaseSchema, connection_);
-    const StandingClock clock;
+    const FixedClock clock;
     Session session(TestAddress(name_), clock, {});
     session.Connect();
     SilentDialog dialog;
