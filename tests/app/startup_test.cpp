@@ -46,20 +46,6 @@ TEST_F(Startup, StatementsGoOutInTheirOrder) {
             "TOTALSKID KLIENT HOTKEYS,TOVAR CONST1 ");
 }
 
-TEST_F(Startup, EndsOnTheCurrentShiftWithTheFirstPanel) {
-  Start();
-  EXPECT_TRUE(app_->IsRunning());
-  EXPECT_TRUE(app_->Main.IsVisible());
-  EXPECT_FALSE(app_->Splash.IsLoaded());
-  // The hour isn't set: the shift is the calendar day.
-  EXPECT_EQ(app_->TheSession.ShiftPeriod.To, "2026-11-12 23:59:59");
-  EXPECT_EQ(app_->Main.Sales.Combo1.Items().size(), 24U);
-  EXPECT_EQ(app_->Main.Sales.Combo2.Text(), "Всего");
-  EXPECT_TRUE(app_->Main.Panels.Option1[0].Value() && app_->Main.Panels.Option2[0].Value());
-  EXPECT_EQ(app_->TheSession.Pool().RsPanels.Bookmark(), 1);
-  EXPECT_EQ(app_->TheSession.UdlPath, "C:\\KORVINA.udl");
-}
-
 TEST_F(Startup, WithoutAServerItSaysSoAndEndsWithAnError) {
   DatabaseAddress nowhere = shop_.Address(), stranger = nowhere, elsewhere = nowhere;
   nowhere.host = "127.0.0.254";
@@ -167,22 +153,11 @@ TEST_F(Startup, AnUpgradeThatFailsLeavesTheProgramOnTheVersionReached) {
   EXPECT_EQ(app_->TheSession.CurrentMenu, 1);
 }
 
-TEST_F(Startup, PanelAndMenuNames) {
-  for (const char* name : {"T9=NULL WHERE COD=1", "T9='' WHERE COD=2", "T9='Бар' WHERE COD=12",
-                           "T9='другое меню' WHERE COD=13", "N1='Летнее' WHERE COD=7"}) {
-    shop_.Sql(fmt::format("UPDATE CONST SET {}", name));
-  }
-  Start();
-  const PanelTab& panels = app_->Main.Panels;
-  EXPECT_EQ(panels.Option1[0].Caption(), "Панель № 1");
-  EXPECT_EQ(panels.Option1[1].Caption(), "Панель № 2");
-  EXPECT_EQ(panels.Option1[11].Caption(), "Бар");
-  EXPECT_EQ(panels.TextName.Text(), "");
-  EXPECT_EQ(panels.TextMenu.Text(), "Летнее");
-  EXPECT_EQ(panels.CmdMenu.Caption_2(), "меню-2");
-}
-
 TEST_F(Startup, TheDataLinkOfThisProgramComesFromTheSettingsFile) {
+  Start();
+  EXPECT_EQ(app_->TheSession.UdlPath, "C:\\KORVINA.udl");
+  EXPECT_FALSE(app_->Splash.IsLoaded());
+  app_.reset();
   WriteFile(std::string(kSettingsFile), "kassa,C:\\kassa.udl\r\nzrt,C:\\shop.udl\r\n");
   Start();
   EXPECT_EQ(app_->TheSession.UdlPath, "C:\\shop.udl");

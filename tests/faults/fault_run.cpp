@@ -4,8 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
 #include <set>
 
 #include "check/shop_check.h"
@@ -95,7 +93,6 @@ class FaultRun::Recorder final : public FaultSource {
 };
 
 FaultRun::FaultRun() {
-  std::filesystem::create_directories(drives_.ToNative("C:\\Korvina\\Report"));
   tables_ = shop_.Column("SHOW TABLES");
   for (const std::string& table : tables_) {
     columns_[table] = shop_.Value(
@@ -108,16 +105,8 @@ FaultRun::FaultRun() {
     tables_.push_back(reserve_.Address().schema + "." + table);
     columns_[tables_.back()] = columns_.at(table);
   }
-  std::filesystem::create_directories(drives_.ToNative("C:\\Korvina"));
-  std::ofstream(drives_.ToNative(kReserveLink)) << fmt::format(
-      "[oledb]\r\n; Everything after this line is an OLE DB initstring\r\nProvider=MSDASQL.1;Extended "
-      "Properties=\"DRIVER={{MySQL ODBC 3.51 Driver}};SERVER={};DATABASE={};UID={};PWD=41730926\"\r\n",
-      reserve_.Address().host, reserve_.Address().schema, reserve_.Address().account);
+  WriteFile(kReserveLink, LinkTo(reserve_.Address()));
   shop_.Sql(fmt::format("ALTER TABLE JOURNAL AUTO_INCREMENT={}", kFirstDocument));
-}
-
-FaultRun::~FaultRun() {
-  app_.reset();
 }
 
 void FaultRun::Furnish(const std::vector<std::string>& statements, const std::vector<std::string>& steps) {

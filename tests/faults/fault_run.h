@@ -2,18 +2,12 @@
 
 #include <cstddef>
 #include <map>
-#include <memory>
 #include <ostream>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "app/app.h"
-#include "support/headless_desktop.h"
-#include "support/recording_machine.h"
-#include "support/scripted_faults.h"
-#include "support/temporary_folder.h"
-#include "support/test_database.h"
+#include "support/program_test.h"
 
 namespace zrt::test {
 
@@ -72,10 +66,9 @@ struct Action {
 inline constexpr const char* kReserveLink = "C:\\Korvina\\reserve.udl";
 
 /// A shop with a program and a reserve server on it that can be brought back to where it was in milliseconds.
-class FaultRun {
+class FaultRun : protected Program<PatientDesktop> {
  public:
   FaultRun();
-  ~FaultRun();
 
   /// Does steps that must not fail, and keeps the shop as it is afterwards as the one that every run begins with.
   void Furnish(const std::vector<std::string>& statements, const std::vector<std::string>& steps);
@@ -128,18 +121,9 @@ class FaultRun {
   /// Numbers of documents go up from run to run: they stand as their place in the journal.
   std::string Plain(std::string text) const;
 
-  TestDatabase shop_{Stage::kRegister};
   TestDatabase kept_{Stage::kRegister};
-  TestDatabase reserve_{Stage::kPlain};  ///< on the same server, which a link file leads to
-  FixedClock clock_{{{2026, 11, 12}, 12, 0, 0}};
-  TemporaryFolder folder_;
-  DriveMap drives_{folder_.Path()};
-  RecordingPrinter printer_;
-  RecordingSpreadsheet spreadsheet_;
-  PatientDesktop desktop_;
-  ScriptedFaults faults_;
-  FaultSource* source_ = &faults_;  ///< what stands below the program's connection
-  std::unique_ptr<App> app_;
+  TestDatabase reserve_{Stage::kPlain};           ///< on the same server, which a link file leads to
+  FaultSource* source_ = &faults_;                ///< what stands below the program's connection
   std::vector<std::string> tables_;               ///< the shop's by their names, the reserve's with their schema
   std::map<std::string, std::string> columns_;    ///< of each table, without the numbers that the server gives
   std::map<std::string, std::string> checksums_;  ///< of the tables as they were kept

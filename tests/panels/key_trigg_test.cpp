@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdint>
 #include <string>
 
@@ -107,14 +108,9 @@ TEST_F(KeyTrigg, TheCaptionFollowsTheHalfThatIsOn) {
 
 TEST_F(KeyTrigg, SizesFitSixteenBitsOrFail) {
   const KeyTriggSizes sizes = KeyTriggSizesOf(15, 9);
-  EXPECT_EQ(sizes.label_width, 1680);
-  EXPECT_EQ(sizes.label_top, 120);
-  EXPECT_EQ(sizes.shape1_width, 1770);
-  EXPECT_EQ(sizes.shape1_height, 510);
-  EXPECT_EQ(sizes.shape2_width, 1810);
-  EXPECT_EQ(sizes.shape2_height, 550);
-  EXPECT_EQ(sizes.width, 1815);
-  EXPECT_EQ(sizes.height, 555);
+  const std::array found = {sizes.label_width,  sizes.label_top,     sizes.shape1_width, sizes.shape1_height,
+                            sizes.shape2_width, sizes.shape2_height, sizes.width,        sizes.height};
+  EXPECT_EQ(found, (std::array<std::int16_t, 8>{1680, 120, 1770, 510, 1810, 550, 1815, 555}));
   EXPECT_EQ(KeyTriggSizesOf(272, 545).width, 32655);
   EXPECT_EQ(KeyTriggSizesOf(272, 545).height, 32715);
   EXPECT_EQ(KeyTriggSizesOf(-272, 0).label_width, -32760);

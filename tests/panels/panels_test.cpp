@@ -146,8 +146,6 @@ TEST_F(Panels, ALevelIsPaintedByWhatStandsOnIt) {
 TEST_F(Panels, TheOnlyMenuHasNoNameAndNothingIsMovedInIt) {
   app_->TheSession.CurrentMenu = 0;
   Tab().UseSingleMenu();
-  EXPECT_FALSE(Tab().CmdCopyAll.Visible() || Tab().CmdMenu.Visible() || Tab().TextMenu.Enabled());
-  EXPECT_EQ(Tab().TextMenu.Text(), "Меню1");
   Click(Tab().Option1[4]);
   Click(Tab().Option2[1]);
   Put(3, "10");

@@ -149,22 +149,20 @@ class Operator final : public test::HeadlessDesktop {
 
   void Step() {
     const Line& line = script_->at(next_++);
+    std::string said;
     try {
-      try {
-        Perform(line);
-      } catch (const Failure& failure) {
-        // An inner line has named itself already.
-        if (failure.text.rfind("line ", 0) == 0) throw;
-        throw Failure{fmt::format("line {}: {}\n  {}", line.number, line.text, failure.text)};
-      } catch (const Error& error) {
-        throw Failure{fmt::format("line {}: {}\n  {}", line.number, line.text, error.what())};
-      }
+      return Perform(line);
     } catch (const Failure& failure) {
-      if (options_.differences == nullptr) throw;
-      ++differences_;
-      *options_.differences << failure.text << "\n";
-      announced_ = {};
+      said = failure.text;
+    } catch (const Error& error) {
+      said = error.what();
     }
+    // An inner line has named itself already.
+    if (!said.starts_with("line ")) said = fmt::format("line {}: {}\n  {}", line.number, line.text, said);
+    if (options_.differences == nullptr) throw Failure{said};
+    ++differences_;
+    *options_.differences << said << "\n";
+    announced_ = {};
   }
 
   void Perform(const Line& line) {
@@ -185,7 +183,7 @@ class Operator final : public test::HeadlessDesktop {
         {"form", {&Operator::UseForm, 2, 2}},
         {"dialog", {&Operator::Announce, 4, 6}},
         {"set", {&Operator::Set, 3, 3}},
-        {"tab", {&Operator::Press, 2, 2}},
+        {"tab", {&Operator::ChooseTab, 2, 2}},
         {"menu", {&Operator::Press, 2, 2}},
         {"click", {&Operator::Press, 2, 2}},
         {"dblclick", {&Operator::Press, 2, 2}},
@@ -211,6 +209,7 @@ class Operator final : public test::HeadlessDesktop {
     if (line.words.size() < action.least) Fail("the action wants more words");
     if (line.words.size() > action.most)
       Fail("the action takes no more than " + std::to_string(action.most) + " words");
+    if (action.most == kMany && line.words.size() % 2 == 0) Fail("a value is wanted behind each name");
     if (!action.takes_block && !line.block.empty()) Fail("the action takes no lines below it");
     (this->*action.run)(line);
   }
@@ -316,27 +315,20 @@ class Operator final : public test::HeadlessDesktop {
     Act([&] { control.UserSet(Word(line, 2)); });
   }
 
+  void ChooseTab(const Line& line) {
+    for (Control* control : CurrentForm().Controls()) {
+      auto* strip = dynamic_cast<TabStrip*>(control);
+      if (strip != nullptr) return Act([&] { strip->UserChoose(Word(line, 1)); });
+    }
+    Fail("the form has no tabs");
+  }
+
   void Press(const Line& line) {
     const std::string& verb = Word(line, 0);
-    if (verb == "tab") {
-      for (Control* control : CurrentForm().Controls()) {
-        auto* strip = dynamic_cast<TabStrip*>(control);
-        if (strip != nullptr) return Act([&] { strip->UserChoose(Word(line, 1)); });
-      }
-      Fail("the form has no tabs");
-    }
     Control& control = Usable(Word(line, 1));
     if (verb == "menu") As<Menu>(control);
     const std::optional<Key> key = verb == "key" ? std::optional(test::KeyByName(Word(line, 2))) : std::nullopt;
-    Act([&] {
-      if (key) {
-        PressKey(control, *key);
-      } else if (verb == "dblclick") {
-        control.UserDblClick();
-      } else {
-        control.UserClick();
-      }
-    });
+    Act([&] { key ? PressKey(control, *key) : verb == "dblclick" ? control.UserDblClick() : control.UserClick(); });
   }
 
   void GoToRow(const Line& line) {
@@ -368,7 +360,6 @@ class Operator final : public test::HeadlessDesktop {
   }
 
   void Expect(const Line& line) {
-    if (line.words.size() % 2 == 0) Fail("a value is wanted for each property");
     for (std::size_t at = 1; at < line.words.size(); at += 2) CheckProperty(line.words[at], line.words[at + 1]);
   }
 
@@ -384,7 +375,6 @@ class Operator final : public test::HeadlessDesktop {
   }
 
   void CheckCells(const Line& line) {
-    if (line.words.size() % 2 == 0) Fail("a value is wanted for each column");
     const auto& grid = As<DataGrid>(Find(Word(line, 1)));
     for (std::size_t at = 3; at < line.words.size(); at += 2) {
       CheckEqual(line.words[at], line.words[at + 1], grid.CellText(Number(line, 2), line.words[at]));
@@ -432,9 +422,9 @@ class Operator final : public test::HeadlessDesktop {
     out << CurrentForm().Name() << ": " << CurrentForm().Caption() << "\n";
     for (Control* control : CurrentForm().Controls()) {
       if (!control->IsShown()) continue;
-      if (const auto* label = dynamic_cast<const Label*>(control))
-        out << label->Name() << "\t" << label->Caption() << "\n";
-      if (const auto* box = dynamic_cast<const TextBox*>(control)) out << box->Name() << "\t" << box->Text() << "\n";
+      for (const char* property : {"Caption", "Text"}) {
+        if (const auto value = control->Ask(property)) out << control->Name() << "\t" << *value << "\n";
+      }
       if (const auto* list = dynamic_cast<const ListBox*>(control)) {
         out << list->Name() << "\n";
         for (const std::string& item : list->Items()) out << "\t" << item << "\n";

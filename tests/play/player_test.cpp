@@ -36,7 +36,8 @@ TEST_F(Plays, WhatAPlayDoesNotCheckItDoesNotPass) {
       "start\ntab sprav\nclick CmdNew\nset TextPrise 0\ndialog \"Розничная цена не может быть равной ";
   const std::pair<std::string, const char*> kPlays[] = {
       {"start now", "no more than 1 words"},
-      {"start\nset TextDate 1 2", "no more than 3 words"},
+      {"start\ntab prod 2", "no more than 2 words"},
+      {"start\nset Text1 1 Text2", "wants more words"},
       {"clock 2026-11-12", "wants more words"},
       {"start\n\tone line too many", "takes no lines below it"},
       {"fault 3x", "a number is wanted"},
@@ -44,7 +45,7 @@ TEST_F(Plays, WhatAPlayDoesNotCheckItDoesNotPass) {
       {"sql \"a\\tb\"", "stand in a text"},
       {"start\ntab prod\nerror\nclick LblSum", "can't be clicked"},
       {"start\nerror\ntab nowhere", "no tab"},
-      {"start\nerror\ntab prod", "stayed away"},
+      {"start\nerror tab prod", "stayed away"},
       {"start\nexpect form.Focus Text1", "form.Focus"},
       {"start\nexpect form.Caption zrt Text1.Text", "a value is wanted"},
       {"start\nexpect form.Caption zrt Text1.Text x", "Text1.Text"},
@@ -52,6 +53,8 @@ TEST_F(Plays, WhatAPlayDoesNotCheckItDoesNotPass) {
       {"dialog \"a\" loud -> OK", "no such icon"},
       {"file-write \"C:\\\\a.txt\"\n\tline\nno-file \"C:\\\\a*.txt\"", "there is"},
       {"rows \"SELECT 1\"\n\t2", "expected"},
+      {"rows \"SELECT 1\" 1 1", "expected"},
+      {"start\nclick CmdDG_1 CmdNowhere", "no control CmdNowhere"},
       // The question's title, and its prescribed LF CR told from a plain break.
       {shop + "dialog \"Введите номер документа\" \"Удаление\" -> \"\"\nmenu mnuDelOneDoc", "the title"},
       {shop + "dialog \"Введите номер документа\" -> OK\nmenu mnuDelOneDoc", "an input box came"},

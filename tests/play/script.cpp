@@ -47,6 +47,23 @@ void SplitWords(Line& line) {
   }
 }
 
+/// Adds a line of several actions as these, one after another: what opens a window leaves the rest to that.
+void AddActions(std::vector<Line>& script, Line line) {
+  const std::string verb = line.words.front();
+  const std::size_t own = verb == "error" ? 1 : verb == "click" ? 2 : verb == "set" ? 3 : line.words.size();
+  script.push_back(line);
+  if (verb == "rows" && line.words.size() > 2) {
+    script.back().block.assign(line.words.begin() + 2, line.words.end());
+    script.back().words.resize(2);
+  }
+  if (line.words.size() <= own) return;
+  script.back().words.resize(own);
+  const int from = verb == "error" ? 0 : 1;  // the others keep their verb
+  line.words.erase(line.words.begin() + from, line.words.begin() + static_cast<int>(own));
+  line.quoted.erase(line.quoted.begin() + from, line.quoted.begin() + static_cast<int>(own));
+  AddActions(script, std::move(line));
+}
+
 }  // namespace
 
 std::vector<Line> ReadScript(const std::string& text) {
@@ -64,7 +81,7 @@ std::vector<Line> ReadScript(const std::string& text) {
       }
       Line line{number, raw, {}, {}, {}};
       if (!raw.empty() && raw.front() != '#') SplitWords(line);
-      if (!line.words.empty()) script.push_back(std::move(line));
+      if (!line.words.empty()) AddActions(script, std::move(line));
     } catch (const Error& error) {
       throw Error("line " + std::to_string(number) + ": " + error.what());
     }

@@ -14,9 +14,9 @@ struct Line {
   std::vector<std::string> block;  ///< following lines that begin with a tab, without it
 };
 
-/// Splits the text of a play. Empty lines and lines that begin with # are left out; a text with blanks stands in double
-/// quotes, with \" \n \r and \\ inside. Throws Error with the line's number for a quote that isn't closed, another
-/// escape, or a block without an action.
+/// Splits the text of a play. A line of several actions gives one for each; empty lines and lines that begin with # are
+/// left out; a text with blanks stands in double quotes, with \" \n \r and \\ inside. Throws Error with the line's
+/// number for a quote that isn't closed, another escape, or a block without an action.
 std::vector<Line> ReadScript(const std::string& text);
 
 }  // namespace zrt::play

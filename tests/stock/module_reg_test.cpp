@@ -1,17 +1,12 @@
 #include "stock/module_reg.h"
 
 #include <fmt/format.h>
-#include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
-#include "app/app.h"
 #include "core/errors.h"
-#include "support/scripted_desktop.h"
-#include "support/scripted_faults.h"
-#include "support/temporary_folder.h"
-#include "support/test_database.h"
+#include "support/program_test.h"
 
 namespace zrt {
 namespace {
@@ -234,7 +229,7 @@ TEST_F(Register, WhatTheRegisterAnswers) {
 
 // The catalogue's copy of the balances, over the button in the main window.
 
-class Catalogue : public testing::Test {
+class Catalogue : public test::ProgramTest {
  protected:
   Catalogue() {
     shop_.Sql("UPDATE CONST SET N8=8 WHERE COD=5");
@@ -249,37 +244,25 @@ class Catalogue : public testing::Test {
         "INSERT INTO PROD (COD,KOL,PRISE,DATETIME,TER,NUM) VALUES (1,1000,1,'2026-11-12 08:00:00',1,1),"
         "(1,500,1,'2026-11-13 07:59:59',1,2),(1,50,1,'2026-11-13 08:00:00',1,3),(1,5,1,'2026-11-12 07:59:59',1,4),"
         "(2,2000,1,'2026-11-12 12:00:00',1,5)");
-    app_.Start();
-    desktop_.UserAction([this] { app_.Splash.Timer1.UserFire(); });
-    desktop_.UserAction([this] { app_.Main.TabStrip1.UserChoose("sprav"); });
+    Start("sprav");
   }
 
-  void Press() {
-    desktop_.UserAction([this] { app_.Main.Catalogue.CmdRefrTov.UserClick(); });
-  }
+  void Refresh() { Click(app_->Main.Catalogue.CmdRefrTov); }
   Texts Stock() { return shop_.Column("SELECT CONCAT(COD,' ',OST,' ',KOL) FROM TOVAR ORDER BY ID"); }
-
-  TestDatabase shop_{Stage::kRegister};
-  FixedClock clock_;
-  test::TemporaryFolder folder_;
-  DriveMap drives_{folder_.Path()};
-  ScriptedDesktop desktop_;
-  ScriptedFaults faults_;
-  App app_{desktop_, clock_, drives_, AppSettings{shop_.Address(), "zrt"}};
 };
 
 TEST_F(Catalogue, BalancesAndSalesOfTheShiftReachTheTerminals) {
   clock_.Set({{2026, 11, 12}, 15, 0, 0});
-  Press();
+  Refresh();
   // Both rows of a code, and products without stock like all others.
   EXPECT_EQ(Stock(), (Texts{"1 9000 1500", "1 9000 1500", "2 4000 2000", "3 0 0"}));
-  EXPECT_FALSE(app_.Main.Catalogue.ProgressBar1.Visible());
-  EXPECT_EQ(app_.Main.Catalogue.ProgressBar1.Max(), 3);
-  EXPECT_EQ(app_.Main.Catalogue.DataGrid1[0].CellText(3, "Value"), "7,500");
+  EXPECT_FALSE(app_->Main.Catalogue.ProgressBar1.Visible());
+  EXPECT_EQ(app_->Main.Catalogue.ProgressBar1.Max(), 3);
+  EXPECT_EQ(app_->Main.Catalogue.DataGrid1[0].CellText(3, "Value"), "7,500");
 
   // Nobody has chosen the hour yet: the day begins at midnight.
   shop_.Sql("UPDATE CONST SET N8=NULL WHERE COD=5");
-  Press();
+  Refresh();
   EXPECT_EQ(Stock()[0], "1 9000 1005");
   shop_.Sql("UPDATE CONST SET N8=8 WHERE COD=5");
 
@@ -287,20 +270,20 @@ TEST_F(Catalogue, BalancesAndSalesOfTheShiftReachTheTerminals) {
   // is only put to zero.
   clock_.Set({{2026, 11, 14}, 3, 0, 0});
   shop_.Sql("INSERT INTO TOVAR (COD,COD1,NAME,OST,KOL,PRISE) VALUES (9,1,'Новинка',70,80,100)");
-  app_.TheSession.MainConnection.SetFaultSource(&faults_);
-  Press();
+  faults_.Forget();
+  Refresh();
   EXPECT_EQ(Stock(), (Texts{"1 9000 0", "1 9000 0", "2 4000 0", "3 0 0", "9 70 0"}));
   EXPECT_EQ(faults_.Statements().size(), 2 + 3 * 3 + 1U);
 
   // A failure on the way leaves no bar behind; an empty catalogue has nothing to refresh.
   faults_.FailAt(5);
   desktop_.ExpectRuntimeError();
-  Press();
-  EXPECT_FALSE(app_.Main.Catalogue.ProgressBar1.Visible());
+  Refresh();
+  EXPECT_FALSE(app_->Main.Catalogue.ProgressBar1.Visible());
   shop_.Sql("DELETE FROM TOVAR");
-  desktop_.UserAction([this] { app_.Main.Catalogue.CmdReqr.UserClick(); });
+  Click(app_->Main.Catalogue.CmdReqr);
   faults_.Forget();
-  Press();
+  Refresh();
   EXPECT_TRUE(faults_.Statements().empty());
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -18,15 +19,23 @@
 
 namespace zrt::test {
 
+/// A data link file that leads to a base.
+inline std::string LinkTo(const DatabaseAddress& address) {
+  return fmt::format(
+      "[oledb]\r\n; Everything after this line is an OLE DB initstring\r\nProvider=MSDASQL.1;Extended "
+      "Properties=\"DRIVER={{MySQL ODBC 3.51 Driver}};SERVER={};DATABASE={};UID={};PWD=41730926\"\r\n",
+      address.host, address.schema, address.account);
+}
+
 /// A whole program on a shop and drives of its own, under a desktop of the kind `Host`. The clock stands on 12 November
 /// 2026, ten o'clock.
 template <class Host>
-class ProgramOn : public testing::Test {
+class Program {
  protected:
-  explicit ProgramOn(Stage stage = Stage::kRegister) : shop_(stage) {
+  explicit Program(Stage stage = Stage::kRegister) : shop_(stage) {
     std::filesystem::create_directories(drives_.ToNative("C:\\Korvina\\Report"));
   }
-  ~ProgramOn() override { app_.reset(); }
+  ~Program() { app_.reset(); }
 
   /// Starts the program, chooses `tab` if one is named, and forgets the statements of the start.
   void Start(const std::string& tab = {}) {
@@ -73,6 +82,12 @@ class ProgramOn : public testing::Test {
   Host desktop_;
   ScriptedFaults faults_;
   std::unique_ptr<App> app_;
+};
+
+template <class Host>
+class ProgramOn : public testing::Test, protected Program<Host> {
+ protected:
+  using Program<Host>::Program;
 };
 
 /// Under a desktop that the test scripts.

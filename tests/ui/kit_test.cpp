@@ -127,6 +127,7 @@ TEST_F(Forms, AFailingLoadLeavesItUnloadedAndAFailingUnloadStillTakesItAway) {
   EXPECT_THROW(front_.Show(), Error);
   EXPECT_FALSE(front_.IsLoaded());
   EXPECT_FALSE(front_.IsVisible());
+  EXPECT_TRUE(desktop_.LoadedForms().empty());
 
   front_.Load = [] {};
   front_.Show();

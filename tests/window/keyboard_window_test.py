@@ -1,4 +1,4 @@
-"""A day without a mouse: every step is a key, in the real window."""
+"""A day without a mouse: every step is a key, in the real window; the reference data by keyboard alone."""
 
 import datetime
 import os
@@ -6,10 +6,9 @@ import subprocess
 import unittest
 
 import pyatspi
-from zrt_window import Program, Screen, Shop, Window, wait_for
+from zrt_window import Program, Screen, Shop, Window, extents, wait_for
 
 EVENING = datetime.datetime.now().strftime("%Y-%m-%d 21:30:00")
-TODAY = datetime.date.today()
 
 
 def setUpModule():
@@ -23,12 +22,15 @@ class ADayWithoutAMouse(unittest.TestCase):
         self.main = self.program.form("Form2")
         self.main.activate()
 
+    def wait_for_menu(self):
+        wait_for("a menu", lambda: any(part.getRole() == pyatspi.ROLE_POPUP_MENU and self.program.visible(part)
+                                       for part in self.main.all()))
+
     def open(self, menu, name):
         """`menu`: the key of the menu's letter in the Latin layout, and how often Down is pressed."""
         self.main.activate()
         self.program.key(f"alt+{menu[0]}")
-        wait_for("the menu", lambda: any(part.getRole() == pyatspi.ROLE_POPUP_MENU and self.program.visible(part)
-                                         for part in self.main.all()))
+        self.wait_for_menu()
         self.program.key(*["Down"] * menu[1], "Return")
         form = self.program.form(name)
         form.activate()
@@ -39,13 +41,10 @@ class ADayWithoutAMouse(unittest.TestCase):
         guide = self.program.form("guide")
         guide.activate()
         wait_for(heading, lambda: guide.title == "Руководство: " + heading)
-        heights = [part.queryComponent().getExtents(pyatspi.DESKTOP_COORDS).height for part in guide.accessible]
-        self.assertGreater(max(heights), 200)  # the page, and not only its buttons
+        # The page, and not only its buttons.
+        self.assertGreater(max(extents(part).height for part in guide.accessible), 200)
         self.program.key("Escape")
-        self.gone("guide")
-
-    def gone(self, name):
-        wait_for(f"{name} gone", lambda: not self.program.is_open(name))
+        self.program.wait_gone("guide")
 
     def test_from_the_invoice_to_the_evening_report(self):
         key = self.program.key
@@ -63,7 +62,7 @@ class ADayWithoutAMouse(unittest.TestCase):
         wait_for("the line", lambda: invoice.rows("DataGrid7") == 1)
         self.assertEqual(invoice.caption("LblSum"), "120,00")
         key("Escape")
-        self.gone("frmPLUpodb")
+        self.program.wait_gone("frmPLUpodb")
         key("Escape")  # what isn't saved isn't left by a slip
         invoice.walk_to("RUNButton")
         key("space")
@@ -73,7 +72,20 @@ class ADayWithoutAMouse(unittest.TestCase):
         self.assertEqual(self.shop.ask("SELECT DTYPE,RUN,SUMM FROM JOURNAL ORDER BY ID DESC LIMIT 1"),
                          [["Приходная накладная", "OK", "120000"]])
         key("Escape")
-        self.gone("frmDocPrN")
+        self.program.wait_gone("frmDocPrN")
+
+        # The journal opens it again, with its movements.
+        self.main.activate()
+        key("ctrl+5")
+        self.main.wait_for_focus("DataGrid6")
+        key("Return")
+        again = self.program.form("frmDocPrN")
+        again.menu("Документ", "Движения документа")
+        self.assertEqual(self.program.form("frmRegistr").rows("DataGrid8"), 1)
+        for name in ("frmRegistr", "frmDocPrN"):
+            self.program.form(name).activate()
+            key("Escape")
+            self.program.wait_gone(name)
 
         # A sold line is annulled.
         receipt = self.shop.ask("SELECT COD FROM CHECK1")
@@ -85,7 +97,7 @@ class ADayWithoutAMouse(unittest.TestCase):
         key("Home", "Return")
         wait_for("the line gone", lambda: annulling.rows("DataGrid1") < len(receipt))
         annulling.close()
-        self.gone("frmDelChek")
+        self.program.wait_gone("frmDelChek")
 
         # The evening's report is made and printed.
         self.main.activate()
@@ -116,7 +128,7 @@ class ADayWithoutAMouse(unittest.TestCase):
         self.assertIn("СИСТЕМНЫЙ ОТЧЁТ", words)
         report.activate()
         key("Escape")
-        self.gone("Form9")
+        self.program.wait_gone("Form9")
 
         # The day's table goes into a file.
         self.main.activate()
@@ -153,7 +165,7 @@ class ADayWithoutAMouse(unittest.TestCase):
         main.activate()
         key("Right")
         wait_for("the catalogue", lambda: main.is_shown("DataGrid1_0"))
-        self.gone("Form9")
+        self.program.wait_gone("Form9")
         key("ctrl+Tab")
         wait_for("the panels", lambda: tab() == 3)
         key("ctrl+Next")
@@ -171,7 +183,7 @@ class ADayWithoutAMouse(unittest.TestCase):
         report.activate()
         key("ctrl+3")
         main.activate()
-        self.gone("Form9")
+        self.program.wait_gone("Form9")
 
         # Rows of the catalogue.
         main.wait_for_focus("DataGrid1_0")
@@ -186,7 +198,7 @@ class ADayWithoutAMouse(unittest.TestCase):
                 self.assertTrue(card.accessible.getState().contains(pyatspi.STATE_ACTIVE))
                 self.assertTrue(main.is_shown("DataGrid1_0"))
             key("Tab", "Tab", "Escape")
-            self.gone("frmPLU")
+            self.program.wait_gone("frmPLU")
             main.activate()
             main.wait_for_focus("DataGrid1_0")
         key("Delete")
@@ -194,8 +206,88 @@ class ADayWithoutAMouse(unittest.TestCase):
         key("Escape")
         main.activate()
         key("F10")
-        wait_for("a menu", lambda: any(part.getRole() == pyatspi.ROLE_POPUP_MENU and self.program.visible(part)
-                                       for part in main.all()))
+        self.wait_for_menu()
+
+
+class ReferenceData(unittest.TestCase):
+    def setUp(self):
+        self.shop = Shop("--mode", "register")
+        self.program = self.enterContext(Program())
+        self.main = self.program.form("Form2")
+        self.main.tab("Справочники")
+        self.main.wait_for_focus("DataGrid1_0")
+
+    def open(self, button, name, first):
+        """Walks to a button of the main window, or a table, and presses Enter; the form's field `first` has the keyboard."""
+        self.main.walk_to(button)
+        self.program.key("Return")
+        form = self.program.form(name)
+        form.wait_for_focus(first)
+        return form
+
+    def test_a_product(self):
+        key, form = self.program.key, self.main
+        cod = int(self.shop.ask("SELECT MAX(COD) FROM TOVAR")[0][0]) + 1
+
+        # The name first, the price by Tab, the rest further on.
+        card = self.open("CmdNew", "frmPLU", "TextName")
+        self.program.type("Fuji")  # the screen knows no Cyrillic keys
+        key("Tab")
+        card.wait_for_focus("TextPrise")
+        self.program.type("45,50")
+        card.walk_to("Combo1")
+        key("Down", "Down")
+        card.walk_to("CmdKVP")
+        key("space")
+        card.wait_for_focus("ListKVP")
+        key("Down", "Return")
+        wait_for("the list's end", lambda: not card.is_shown("ListKVP"))
+        card.walk_to("OKButton")
+        key("Return")
+        self.program.wait_gone("frmPLU")
+        self.assertEqual(self.shop.ask(f"SELECT NAME,PRISE,N2,N5 FROM TOVAR WHERE COD={cod}"),
+                         [["Fuji", "4550", "2", "3000"]])
+        self.assertEqual(form.cell("DataGrid1_0", form.row("DataGrid1_0"), "Name"), "Fuji")
+
+    def test_a_card_with_a_holder(self):
+        key, form = self.program.key, self.main
+        number = int(self.shop.ask("SELECT MAX(REZ) FROM DISCOUNT")[0][0]) + 1
+
+        def stored():
+            return self.shop.ask(f"SELECT BARCODE,PROZ FROM DISCOUNT WHERE REZ={number}")
+
+        def height(window):
+            return extents(window.accessible).height
+
+        # The reader types the barcode and Enter; what stands in the discount is selected and typed over.
+        card = self.open("CmdDKNew", "frmDK", "TextName")
+        closed = height(card)
+        self.program.type("4820000012345")
+        key("Return")
+        card.wait_for_focus("TextSkd")
+        self.program.type("15")
+        card.walk_to("CheckHolder")
+        key("space")
+        wait_for("the higher window", lambda: card.is_shown("TxtHName") and height(card) > closed + 100)
+        key("Tab")
+        card.wait_for_focus("TxtHName")
+        self.program.type("O'Hara")
+        key("Tab", "Tab")
+        self.program.type("555-01-02")
+        key("Return")
+        wait_for("the saved card", lambda: stored() == [["4820000012345", "15"]])
+        self.assertEqual(self.shop.ask(f"SELECT CARD,NAME,TEL FROM DKHOLDER WHERE ID={number}"),
+                         [["4820000012345", "OHara", "555-01-02"]])
+        self.program.wait_gone("frmDK")
+        self.assertEqual(form.cell("DataGrid5", form.row("DataGrid5"), "CardBarcode"), "4820000012345")
+
+        # Changed from the list: a kind is chosen by the arrows.
+        card = self.open("DataGrid5", "frmDK", "TextSkd")
+        wait_for("the low window", lambda: not card.is_shown("TxtHName") and height(card) == closed)
+        key("Down", "Return")
+        first_kind = self.shop.ask("SELECT MIN(CARD) FROM TOTALSKID")[0][0]
+        wait_for("the kind", lambda: stored() == [["4820000012345", first_kind]])
+        self.program.wait_gone("frmDK")
 
 
 if __name__ == "__main__":

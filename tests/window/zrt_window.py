@@ -40,6 +40,11 @@ def xdotool(*arguments):
     subprocess.run(["xdotool", *map(str, arguments)], check=True)
 
 
+def extents(accessible):
+    """Place and size on the screen."""
+    return accessible.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+
+
 class Shop:
     """The database that the program opens."""
 
@@ -64,13 +69,10 @@ class Shop:
 class Program:
     """The running program. `with Program() as program:` ends it whatever happens."""
 
-    def __init__(self, files=(), settings=None):
-        """`files`: (path below the drives' folder, text) of files that are there before it starts. `settings`: folder of
-        the user's settings, where they are to outlive the program."""
+    def __init__(self, settings=None):
+        """`settings`: folder of the user's settings, where they are to outlive the program."""
         self.home = tempfile.TemporaryDirectory(prefix="zrt-window-")
         self.drives = os.path.join(self.home.name, "zrt", "drives")
-        for path, text in files:
-            self.write(path, text)
         self.process = subprocess.Popen(
             [os.environ["ZRT_PROGRAM"]],
             env={**os.environ, "XDG_DATA_HOME": self.home.name, "XDG_CONFIG_HOME": settings or self.home.name,
@@ -85,12 +87,6 @@ class Program:
             self.process.kill()
         self.process.wait()
         self.home.cleanup()
-
-    def write(self, path, text):
-        whole = os.path.join(self.drives, path)
-        os.makedirs(os.path.dirname(whole), exist_ok=True)
-        with open(whole, "w", encoding="cp1251", newline="") as file:
-            file.write(text)
 
     def has_ended(self):
         return self.process.poll() is not None
@@ -113,6 +109,9 @@ class Program:
 
     def is_open(self, name):
         return any(w.description == name and self.visible(w) for w in self.windows())
+
+    def wait_gone(self, name):
+        wait_for(f"{name} gone", lambda: not self.is_open(name))
 
     def form(self, name):
         """The window of a form, waited for."""
@@ -228,17 +227,12 @@ class Form(Window):
         self.control(name).queryAction().doAction(0)
 
     def middle(self, name):
-        box = self.control(name).queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+        box = extents(self.control(name))
         return box.x + box.width // 2, box.y + box.height // 2
 
-    def click(self, name, times=1):
+    def click(self, name):
         """With the real mouse, in the middle."""
-        xdotool("mousemove", *self.middle(name), "click", "--repeat", times, "--delay", 40, 1)
-
-    def click_cell(self, name, row, column, times=1):
-        cell = self.control(name).queryTable().getAccessibleAt(row, column)
-        box = cell.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
-        xdotool("mousemove", box.x + 5, box.y + box.height // 2, "click", "--repeat", times, "--delay", 40, 1)
+        xdotool("mousemove", *self.middle(name), "click", 1)
 
     def drag(self, source, target):
         x, y = self.middle(source)

@@ -2,17 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
-#include <QDesktopServices>
-#include <QDir>
-#include <QPrintPreviewDialog>
-#include <QPrintPreviewWidget>
-#include <QPrinter>
-#include <QProcess>
-#include <QRegularExpression>
-#include <QTemporaryDir>
-#include <QTimer>
-#include <QUrl>
+#include <QtPrintSupport>
+#include <QtWidgets>
 #include <string>
 #include <vector>
 

@@ -4,29 +4,8 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
-#include <QApplication>
-#include <QCalendarWidget>
-#include <QCheckBox>
-#include <QClipboard>
-#include <QComboBox>
-#include <QHeaderView>
-#include <QHelpEvent>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QMenuBar>
-#include <QMessageBox>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QScrollBar>
-#include <QTabBar>
-#include <QTableView>
-#include <QTest>
-#include <QTextEdit>
-#include <QTimer>
-#include <QToolTip>
-#include <QTreeWidget>
-#include <QWheelEvent>
+#include <QtTest>
+#include <QtWidgets>
 #include <algorithm>
 #include <cstdint>
 #include <functional>
@@ -420,8 +399,24 @@ TEST_F(MainWindow, CalendarOpensOverTheTablesAndClosesWithItsTab) {
   EXPECT_EQ(Find("DataGrid3")->geometry(), grid);  // nothing gives way to it
   EXPECT_EQ(calendar->selectedDate(), QDate(2026, 11, 12));
 
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Left);
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+  EXPECT_FALSE(calendar->isVisible());
+  EXPECT_EQ(Sales().TextDate.Caption(), "11.11.2026");
+  EXPECT_EQ(QApplication::focusWidget(), Find("CmdDat"));
+
+  QTest::mouseClick(Find<QPushButton>("CmdPlus"), Qt::LeftButton);
   Choose("sprav");
   EXPECT_FALSE(calendar->isVisible());
+}
+
+TEST_F(MainWindow, TabVisitsFieldsAndTheirButtonsInReadingOrder) {
+  Start();
+  Find("Text7")->setFocus();
+  for (const char* next : {"CmdTerm", "Text3", "CmdOfc", "Text2", "CmdFilCheck", "Text1", "CmdFiltr", "Text5"}) {
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget(), Find(next)) << next;
+  }
 }
 
 /// The catalogue in front, with its recordset.
@@ -476,6 +471,9 @@ TEST_F(Catalogue, GridAndRecordsetShareTheirRow) {
   Products().Move(-1);
   Settle();
   EXPECT_FALSE(table_->currentIndex().isValid());  // before the first row none is marked
+  Products().MoveLast();
+  Products().MoveNext();
+  EXPECT_EQ(Grid().Row(), 0);  // nor is one behind the last
   // Walking through it moves the table once.
   int moves = 0;
   QObject::connect(table_->selectionModel(), &QItemSelectionModel::currentRowChanged, table_, [&] { ++moves; });
@@ -544,7 +542,7 @@ TEST_F(Catalogue, ATableShowsWholeRowsAndWholeTextsAndCopiesThem) {
   Products().SetBookmark(1);
   Settle();
   table_->setFocus();
-  CopyFrom(table_);
+  QTest::keyClick(table_, Qt::Key_C, Qt::ControlModifier);
   const QStringList copied = QApplication::clipboard()->text().split('\t');
   EXPECT_EQ(copied.mid(0, 3), (QStringList{"1", "Арбуз <b>, у которого очень длинное название", "1234567,89"}));
 }
@@ -633,14 +631,21 @@ TEST_F(MainWindow, TabsAndMenusComeAndGo) {
   QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(2).center());
   EXPECT_EQ(clicks, 2);  // the current tab is clicked too
 
-  // Any key closes the about box, those too that mean something elsewhere.
-  for (const Qt::Key key : {Qt::Key_F5, Qt::Key_Tab, Qt::Key_Escape}) {
-    desktop_->UserAction([&] { app_->Main.mnuAbout.UserClick(); });
+  const auto* menus = tabs->window()->findChild<QMenuBar*>();
+  for (const bool shown : {false, true}) {
+    Find<QCheckBox>("Check1")->click();
+    EXPECT_EQ(menus->isVisible(), shown);
+  }
+  // Any key closes the about box, those too that mean something elsewhere, but no modifier alone; so does a click.
+  for (const Qt::Key key : {Qt::Key_F5, Qt::Key_Tab, Qt::Key_Escape, Qt::Key_Shift, Qt::Key_Alt}) {
+    if (!app_->About.IsLoaded()) desktop_->UserAction([&] { app_->Main.mnuAbout.UserClick(); });
     Settle();  // the keyboard is the box's by now
     QTest::keyClick(Find<QLabel>("lblVersion")->window(), key);
-    EXPECT_FALSE(app_->About.IsLoaded()) << key;
+    EXPECT_EQ(app_->About.IsLoaded(), key == Qt::Key_Shift || key == Qt::Key_Alt) << key;
     Settle();
   }
+  QTest::mouseClick(Find<QLabel>("lblProductName"), Qt::LeftButton);
+  EXPECT_FALSE(app_->About.IsLoaded());
   EXPECT_TRUE(app_->Main.IsVisible());
 }
 
@@ -673,6 +678,12 @@ TEST_F(MainWindow, AFailureEndsTheActionInOneBoxWithItsDetailsClosedAtFirst) {
     }
     EXPECT_EQ(details.find("pwd"), std::string::npos);
   }
+  Sales().CmdNOpl.Click = [] { throw FileError("C:\\a.csv", "can't be written"); };
+  InBox([](QMessageBox& box) {
+    EXPECT_EQ(box.text().toStdString(), "Ошибка выполнения. Действие прервано.\nC:\\a.csv");
+    box.accept();
+  });
+  QTest::mouseClick(Find<QPushButton>("CmdNOpl"), Qt::LeftButton);
   EXPECT_TRUE(Find("FrameProd")->isVisible());
 }
 

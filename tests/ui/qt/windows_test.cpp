@@ -2,15 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
-#include <QInputDialog>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMessageBox>
-#include <QPointer>
-#include <QPushButton>
-#include <QScreen>
-#include <QTest>
+#include <QtTest>
+#include <QtWidgets>
 #include <algorithm>
 #include <filesystem>
 #include <optional>
