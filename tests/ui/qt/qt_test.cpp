@@ -582,6 +582,17 @@ TEST_F(Catalogue, TypingInAGridIsTheProgramsAffair) {
   QTest::mouseClick(table_->viewport(), Qt::LeftButton, {}, first);
   QTest::mouseDClick(table_->viewport(), Qt::LeftButton, {}, first);
   EXPECT_EQ(double_clicks, 1);
+
+  // Its keys work from the search as well, but for the one that deletes.
+  std::string pressed;
+  app_->Main.Catalogue.CmdNew.Click = [&] { pressed += "new "; };
+  app_->Main.Catalogue.CmdDelPLU.Click = [&] { pressed += "deleted "; };
+  QLineEdit* const search = Find<QLineEdit>("TextFind_0");
+  for (QWidget* place : {static_cast<QWidget*>(search), static_cast<QWidget*>(table_)}) {
+    place->setFocus();
+    for (const Qt::Key key : {Qt::Key_Insert, Qt::Key_Delete}) QTest::keyClick(place, key);
+  }
+  EXPECT_EQ(pressed, "new new deleted ");
 }
 
 TEST_F(MainWindow, KeysOfAPanelShowTheirColoursPure) {
@@ -609,6 +620,7 @@ TEST_F(MainWindow, TwoPositionKeyIsPressedByItsHalves) {
   Choose("sensor");
   auto* widget = Find<KeyTriggWidget>("CmdMenu");
   CmdKeyTrigg& key = app_->Main.Panels.CmdMenu;
+  EXPECT_EQ(widget->width(), key.Sizes().width * widget->logicalDpiX() / 1440);
   std::string halves;
   key.Click = [&](std::uint8_t half) { halves += std::to_string(half); };
   const QPoint left(5, widget->height() / 2);
