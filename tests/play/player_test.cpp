@@ -36,7 +36,7 @@ TEST_F(Plays, WhatAPlayDoesNotCheckItDoesNotPass) {
       "start\ntab sprav\nclick CmdNew\nset TextPrise 0\ndialog \"Розничная цена не может быть равной ";
   const std::pair<std::string, const char*> kPlays[] = {
       {"start now", "no more than 1 words"},
-      {"start\ntab prod 2", "no more than 2 words"},
+      {"start\nmenu mnuAbout 2", "no more than 2 words"},
       {"start\nset Text1 1 Text2", "wants more words"},
       {"clock 2026-11-12", "wants more words"},
       {"start\n\tone line too many", "takes no lines below it"},

@@ -1,7 +1,9 @@
 #include "play/script.h"
 
 #include <algorithm>
+#include <map>
 #include <sstream>
+#include <utility>
 
 #include "core/errors.h"
 
@@ -49,18 +51,20 @@ void SplitWords(Line& line) {
 
 /// Adds a line of several actions as these, one after another: what opens a window leaves the rest to that.
 void AddActions(std::vector<Line>& script, Line line) {
-  const std::string verb = line.words.front();
-  const std::size_t own = verb == "error" ? 1 : verb == "click" ? 2 : verb == "set" ? 3 : line.words.size();
+  /// Words of one action, and how many of them all actions of the line share.
+  static const std::map<std::string, std::pair<int, int>> kSeveral = {
+      {"error", {1, 0}}, {"click", {2, 1}}, {"tab", {2, 1}}, {"sql", {2, 1}}, {"set", {3, 1}}, {"key", {3, 2}}};
   script.push_back(line);
-  if (verb == "rows" && line.words.size() > 2) {
+  if (line.words.front() == "rows" && line.words.size() > 2) {
     script.back().block.assign(line.words.begin() + 2, line.words.end());
     script.back().words.resize(2);
   }
-  if (line.words.size() <= own) return;
-  script.back().words.resize(own);
-  const int from = verb == "error" ? 0 : 1;  // the others keep their verb
-  line.words.erase(line.words.begin() + from, line.words.begin() + static_cast<int>(own));
-  line.quoted.erase(line.quoted.begin() + from, line.quoted.begin() + static_cast<int>(own));
+  const auto several = kSeveral.find(line.words.front());
+  if (several == kSeveral.end() || std::ssize(line.words) <= several->second.first) return;
+  const auto [own, shared] = several->second;
+  script.back().words.resize(static_cast<std::size_t>(own));
+  line.words.erase(line.words.begin() + shared, line.words.begin() + own);
+  line.quoted.erase(line.quoted.begin() + shared, line.quoted.begin() + own);
   AddActions(script, std::move(line));
 }
 

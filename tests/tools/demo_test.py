@@ -15,7 +15,7 @@ def demo(*options):
     return subprocess.run([DEMO, "--now", NOW, "--lines", "3000", *options], check=True, stdout=subprocess.PIPE).stdout
 
 
-def client(script=None, query=None, schema=SCHEMA):
+def value(query=None, script=None, schema=SCHEMA):
     command = ["mariadb", "--no-defaults", f"--host={HOST}", "--user=zrt", "--password=41730926",
                "--default-character-set=latin1", "--batch", "--skip-column-names"]
     if query is not None:
@@ -26,19 +26,15 @@ def client(script=None, query=None, schema=SCHEMA):
     return done.stdout.decode("cp1251").rstrip("\n")
 
 
-def value(query):
-    return client(query=query)
-
-
 class Demo(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        client(query=f"CREATE DATABASE {SCHEMA} DEFAULT CHARACTER SET latin1 COLLATE latin1_bin", schema=None)
-        client(script=demo("--mode", "register"))
+        value(f"CREATE DATABASE {SCHEMA} DEFAULT CHARACTER SET latin1 COLLATE latin1_bin", schema=None)
+        value(script=demo("--mode", "register"))
 
     @classmethod
     def tearDownClass(cls):
-        client(query=f"DROP DATABASE {SCHEMA}", schema=None)
+        value(f"DROP DATABASE {SCHEMA}", schema=None)
 
     def test_same_options_give_the_same_shop(self):
         self.assertEqual(demo(), demo())
@@ -64,9 +60,9 @@ class Demo(unittest.TestCase):
         before = value(keys)
         for earlier in ("DO 0", "ALTER TABLE REGISTR DROP KEY zrt_doc_cod,DROP KEY zrt_balance,ADD KEY zrt_doc "
                         "(DOC),ADD KEY zrt_cod_run_datedoc (COD,RUN,DATEDOC)"):
-            client(query=earlier)
+            value(earlier)
             with open(os.path.join(DATA, "tune.sql"), "rb") as script:
-                client(script=script.read())
+                value(script=script.read())
             self.assertEqual(value(keys), before, "keys of an earlier version give way")
         self.assertIn("DATETIME", value("SHOW KEYS FROM PROD"))
 
@@ -86,7 +82,7 @@ class Demo(unittest.TestCase):
         seller = subprocess.Popen([TERMINAL, "--host", HOST, "--schema", SCHEMA, "--terminal", "8", "--orders", "1",
                                    "--pause", "400"])
         while seller.poll() is None:
-            client(query="DELETE FROM CHECK8")
+            value("DELETE FROM CHECK8")
         self.assertEqual(seller.returncode, 0)
         self.assertEqual(value("SELECT COUNT(*) FROM PROD WHERE TER=8"), "0")
         self.assertEqual(value("SELECT COUNT(*) FROM KASSA WHERE TER=8"), "0")

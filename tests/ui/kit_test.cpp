@@ -75,26 +75,21 @@ class Forms : public testing::Test {
   Probe front_{desktop_};
 };
 
+/// The about box's definition with one control alone.
+template <class C>
+class Lone final : public Form {
+ public:
+  Lone(Desktop& desktop, const char* name, bool complete) : Form(desktop, "frmSplash"), control(*this, name) {
+    if (complete) Complete();
+  }
+  C control;
+};
+
 TEST(Form, EachSideMustHaveWhatTheOtherHas) {
-  class LacksOne final : public Form {
-   public:
-    explicit LacksOne(Desktop& desktop) : Form(desktop, "frmSplash") { Complete(); }
-    Label lblVersion{*this, "lblVersion"};
-  };
-  class HasOneTooMany final : public Form {
-   public:
-    explicit HasOneTooMany(Desktop& desktop) : Form(desktop, "frmSplash") {}
-    Label lblNobody{*this, "lblNobody"};
-  };
-  class WrongKind final : public Form {
-   public:
-    explicit WrongKind(Desktop& desktop) : Form(desktop, "frmSplash") {}
-    Button lblVersion{*this, "lblVersion"};
-  };
   ScriptedDesktop desktop;
-  EXPECT_THROW(LacksOne form(desktop), Error);
-  EXPECT_THROW(HasOneTooMany form(desktop), Error);
-  EXPECT_THROW(WrongKind form(desktop), Error);
+  EXPECT_THROW(Lone<Label>(desktop, "lblVersion", true), Error);
+  EXPECT_THROW(Lone<Label>(desktop, "lblNobody", false), Error);
+  EXPECT_THROW(Lone<Button>(desktop, "lblVersion", false), Error);
   EXPECT_EQ(desktop.FindForm("frmSplash"), nullptr);  // none of them is left behind
 }
 

@@ -22,8 +22,7 @@ class Grids(unittest.TestCase):
 
     def start(self):
         program = self.enterContext(Program(settings=self.settings))
-        form = program.form("Form2")
-        form.activate()
+        form = program.form("Form2").activate()
         return program, form
 
     def price(self, form):
@@ -70,8 +69,7 @@ class Grids(unittest.TestCase):
         wait_for("the keyboard in the catalogue", lambda: form.has_focus("DataGrid1_0"))
         # The menu itself isn't on the bus.
         program.key("Menu", "Down", "Return")
-        card = program.form("frmPLU")
-        card.activate()
+        card = program.form("frmPLU").activate()
         self.assertEqual(card.text("TextName"), form.cell("DataGrid1_0", form.row("DataGrid1_0"), "Name"))
 
 

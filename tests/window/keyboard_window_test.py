@@ -19,8 +19,7 @@ class ADayWithoutAMouse(unittest.TestCase):
     def setUp(self):
         self.shop = Shop("--mode", "register", "--now", EVENING)
         self.program = self.enterContext(Program())
-        self.main = self.program.form("Form2")
-        self.main.activate()
+        self.main = self.program.form("Form2").activate()
 
     def wait_for_menu(self):
         wait_for("a menu", lambda: any(part.getRole() == pyatspi.ROLE_POPUP_MENU and self.program.visible(part)
@@ -28,18 +27,15 @@ class ADayWithoutAMouse(unittest.TestCase):
 
     def open(self, menu, name):
         """`menu`: the key of the menu's letter in the Latin layout, and how often Down is pressed."""
-        self.main.activate()
-        self.program.key(f"alt+{menu[0]}")
+        self.main.key(f"alt+{menu[0]}")
         self.wait_for_menu()
         self.program.key(*["Down"] * menu[1], "Return")
-        form = self.program.form(name)
-        form.activate()
+        form = self.program.form(name).activate()
         return form
 
     def read_guide(self, heading):
         self.program.key("F1")
-        guide = self.program.form("guide")
-        guide.activate()
+        guide = self.program.form("guide").activate()
         wait_for(heading, lambda: guide.title == "Руководство: " + heading)
         # The page, and not only its buttons.
         self.assertGreater(max(extents(part).height for part in guide.accessible), 200)
@@ -66,8 +62,7 @@ class ADayWithoutAMouse(unittest.TestCase):
         key("Escape")  # what isn't saved isn't left by a slip
         invoice.walk_to("RUNButton")
         key("space")
-        self.program.box().activate()
-        key("Return")
+        self.program.box().key("Return")
         wait_for("the posting", lambda: not invoice.is_enabled("RUNButton"))
         self.assertEqual(self.shop.ask("SELECT DTYPE,RUN,SUMM FROM JOURNAL ORDER BY ID DESC LIMIT 1"),
                          [["Приходная накладная", "OK", "120000"]])
@@ -75,16 +70,14 @@ class ADayWithoutAMouse(unittest.TestCase):
         self.program.wait_gone("frmDocPrN")
 
         # The journal opens it again, with its movements.
-        self.main.activate()
-        key("ctrl+5")
+        self.main.key("ctrl+5")
         self.main.wait_for_focus("DataGrid6")
         key("Return")
         again = self.program.form("frmDocPrN")
         again.menu("Документ", "Движения документа")
         self.assertEqual(self.program.form("frmRegistr").rows("DataGrid8"), 1)
         for name in ("frmRegistr", "frmDocPrN"):
-            self.program.form(name).activate()
-            key("Escape")
+            self.program.form(name).key("Escape")
             self.program.wait_gone(name)
 
         # A sold line is annulled.
@@ -100,15 +93,12 @@ class ADayWithoutAMouse(unittest.TestCase):
         self.program.wait_gone("frmDelChek")
 
         # The evening's report is made and printed.
-        self.main.activate()
-        key("ctrl+2")
+        self.main.key("ctrl+2")
         report = self.program.form("Form9")
-        report.activate()
-        key("F5")
+        report.key("F5")
         wait_for("the report", lambda: report.control("List1").childCount > 10)
         key("ctrl+p")
-        preview = self.program.box()
-        preview.activate()
+        preview = self.program.box().activate()
         wait_for("the keyboard on the button", lambda: preview.focus().name == "Печать")
         key("ctrl+p")
         printing = Window(self.program, wait_for("the choice of a printer", lambda: next(
@@ -126,23 +116,19 @@ class ADayWithoutAMouse(unittest.TestCase):
         wait_for("the file", lambda: os.path.exists(paper) and os.path.getsize(paper) > 1000)
         words = subprocess.run(["pdftotext", paper, "-"], check=True, capture_output=True, text=True).stdout
         self.assertIn("СИСТЕМНЫЙ ОТЧЁТ", words)
-        report.activate()
-        key("Escape")
+        report.key("Escape")
         self.program.wait_gone("Form9")
 
         # The day's table goes into a file.
-        self.main.activate()
-        key("ctrl+1", "ctrl+s")
+        self.main.key("ctrl+1", "ctrl+s")
         wait_for("the folders", lambda: self.main.is_shown("Dir1"))
         key("ctrl+s")
         box = self.program.box()
         self.assertIn("Открыть папку", box.buttons())
-        box.activate()
-        key("Return")
+        box.key("Return")
         folder = os.path.join(self.program.drives, "C", "Korvina", "Report")
         wait_for("the table's file", lambda: [name for name in os.listdir(folder) if name.endswith(".csv")])
-        self.main.activate()
-        key("alt+F4")
+        self.main.key("alt+F4")
         self.assertEqual(self.program.exit_code(), 0)
 
     def test_tabs_windows_and_fields_by_their_keys(self):
@@ -150,8 +136,7 @@ class ADayWithoutAMouse(unittest.TestCase):
         tab = lambda: next(i for i, part in enumerate(main.control("TabStrip1"))
                            if part.getState().contains(pyatspi.STATE_FOCUSED))
         self.read_guide("Таблица продаж")
-        main.activate()
-        key("ctrl+f")
+        main.key("ctrl+f")
         main.wait_for_focus("Text1")
 
         # Along the strip, past the tab that opens a window of its own.
@@ -162,26 +147,17 @@ class ADayWithoutAMouse(unittest.TestCase):
         key("Right")
         report = self.program.form("Form9")
         wait_for("the strip still has the keyboard", lambda: tab() == 1)
-        main.activate()
-        key("Right")
+        main.key("Right")
         wait_for("the catalogue", lambda: main.is_shown("DataGrid1_0"))
         self.program.wait_gone("Form9")
-        key("ctrl+Tab")
-        wait_for("the panels", lambda: tab() == 3)
-        key("ctrl+Next")
-        wait_for("the journal", lambda: tab() == 4)
-        key("ctrl+Tab")
-        wait_for("the sales", lambda: tab() == 0)
-        key("ctrl+Prior")
-        wait_for("the journal again", lambda: tab() == 4)
+        for name, at in (("ctrl+Tab", 3), ("ctrl+Next", 4), ("ctrl+Tab", 0), ("ctrl+Prior", 4)):
+            key(name)
+            wait_for(f"tab {at}", lambda: tab() == at)
         key("ctrl+2")
         report = self.program.form("Form9")
-        report.activate()
-        key("F6")
-        main.activate()
-        key("F6")
-        report.activate()
-        key("ctrl+3")
+        report.key("F6")
+        main.key("F6")
+        report.key("ctrl+3")
         main.activate()
         self.program.wait_gone("Form9")
 
@@ -189,12 +165,10 @@ class ADayWithoutAMouse(unittest.TestCase):
         main.wait_for_focus("DataGrid1_0")
         for name in ("F2", "Return", "Insert"):
             key(name)
-            card = self.program.form("frmPLU")
-            card.activate()
+            card = self.program.form("frmPLU").activate()
             if name == "F2":  # the guide can be read beside the card, though the card lets nothing else be used
                 self.read_guide("Карточка товара")
-                card.activate()
-                key("ctrl+1", "F6")
+                card.key("ctrl+1", "F6")
                 self.assertTrue(card.accessible.getState().contains(pyatspi.STATE_ACTIVE))
                 self.assertTrue(main.is_shown("DataGrid1_0"))
             key("Tab", "Tab", "Escape")
@@ -202,10 +176,8 @@ class ADayWithoutAMouse(unittest.TestCase):
             main.activate()
             main.wait_for_focus("DataGrid1_0")
         key("Delete")
-        self.program.box().activate()
-        key("Escape")
-        main.activate()
-        key("F10")
+        self.program.box().key("Escape")
+        main.key("F10")
         self.wait_for_menu()
 
 

@@ -26,8 +26,7 @@ class Work(unittest.TestCase):
     def start(self):
         self.shop = Shop("--mode", "register", "--now", TODAY.strftime("%Y-%m-%d 21:30:00"))
         self.program = self.enterContext(Program())
-        self.form = self.program.form("Form2")
-        self.form.activate()
+        self.form = self.program.form("Form2").activate()
 
     def test_terminals_sell_on_while_the_operator_looks(self):
         """What is shown stays whole; what was sold meanwhile comes with the next query; the terminals never wait."""
@@ -67,8 +66,7 @@ class Work(unittest.TestCase):
         with unittest.mock.patch.dict(os.environ, PATH=tools + ":" + os.environ["PATH"]):
             self.start()
         self.form.menu("Отчёты", "Средний чек по датам")
-        form = self.program.form("FormTabChk")
-        form.activate()
+        form = self.program.form("FormTabChk").activate()
         form.click("Check3")
         wait_for("no folder", lambda: not form.is_enabled("CmdPath"))
         form.press("CmdTab")
@@ -90,8 +88,7 @@ class Work(unittest.TestCase):
             main.activate()
             main.tab("Справочники")
             main.press("CmdImportTov")
-            form = program.form("frmImpTov")
-            form.activate()
+            form = program.form("frmImpTov").activate()
             if number < 2:  # the list knows the ending .xls with what may follow; another one is typed
                 form.click("File1")
                 program.key("Home", *["Down"] * number)
@@ -149,8 +146,7 @@ class Work(unittest.TestCase):
         # The same in the window for copying, behind its password.
         form.click("CmdCopyAll")
         self.program.answer("Введите пароль администратора:", entry="357218")
-        copying = self.program.form("FormCopy")
-        copying.activate()
+        copying = self.program.form("FormCopy").activate()
         copying.drag("CmdPan_101", "CmdPan_324")
         self.program.box().press("OK")
         wait_filled(["101", "1"], ["108", "1"], ["130", "99999"], ["2461", "1"], ["2468", "1"], ["2490", "99999"])

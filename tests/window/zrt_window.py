@@ -170,11 +170,15 @@ class Window:
 
     def close(self):
         """As by the system's box."""
-        self.activate()
-        self.program.key("alt+F4")
+        self.key("alt+F4")
 
     def activate(self):
+        """Waits until the window is in front, and returns it."""
         wait_for(f"{self.title} in front", lambda: self.accessible.getState().contains(pyatspi.STATE_ACTIVE))
+        return self
+
+    def key(self, *names):
+        self.activate().program.key(*names)
 
 
 class Form(Window):

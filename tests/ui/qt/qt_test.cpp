@@ -149,7 +149,8 @@ TEST_F(MainWindow, LongWorkLetsTheWindowLiveAndIsStoppedByEscWhereItOffersThat) 
       std::optional<StopOffer> stop;
       if (offer) stop.emplace(*desktop_);
       for (; steps < 300; ++steps) {
-        app_->TheSession.ReadOne("SELECT SLEEP(0.005)");
+        // What offers to be stopped may ask the server nothing, as the reading of a spreadsheet.
+        offer ? QThread::msleep(5) : void(app_->TheSession.ReadOne("SELECT SLEEP(0.005)"));
         if (offer) stop->Step();
       }
     });
@@ -545,6 +546,12 @@ TEST_F(Catalogue, ATableShowsWholeRowsAndWholeTextsAndCopiesThem) {
   QTest::keyClick(table_, Qt::Key_C, Qt::ControlModifier);
   const QStringList copied = QApplication::clipboard()->text().split('\t');
   EXPECT_EQ(copied.mid(0, 3), (QStringList{"1", "Арбуз <b>, у которого очень длинное название", "1234567,89"}));
+
+  const int wide = table_->columnWidth(price);
+  database_->Sql("UPDATE TOVAR SET PRISE=100 WHERE COD=1");
+  desktop_->UserAction([&] { Products().Requery(); });
+  Settle();
+  EXPECT_LT(table_->columnWidth(price), wide) << "a column needs what is in it now";
 }
 
 TEST(ColumnWidths, WhatIsLeftGoesWhereSomethingIsCut) {
@@ -575,6 +582,16 @@ TEST_F(Catalogue, TypingInAGridIsTheProgramsAffair) {
   QTest::mouseClick(table_->viewport(), Qt::LeftButton, {}, first);
   QTest::mouseDClick(table_->viewport(), Qt::LeftButton, {}, first);
   EXPECT_EQ(double_clicks, 1);
+
+  // Its keys work from elsewhere in the window as well, but for the one that deletes.
+  std::string pressed;
+  app_->Main.Catalogue.CmdNew.Click = [&] { pressed += "new "; };
+  app_->Main.Catalogue.CmdDelPLU.Click = [&] { pressed += "deleted "; };
+  for (QWidget* place : {Find("CmdSortCod"), Find("DataGrid1_0")}) {
+    place->setFocus();
+    for (const Qt::Key key : {Qt::Key_Insert, Qt::Key_Delete}) QTest::keyClick(place, key);
+  }
+  EXPECT_EQ(pressed, "new new deleted ");
 }
 
 TEST_F(MainWindow, KeysOfAPanelShowTheirColoursPure) {
@@ -602,11 +619,13 @@ TEST_F(MainWindow, TwoPositionKeyIsPressedByItsHalves) {
   Choose("sensor");
   auto* widget = Find<KeyTriggWidget>("CmdMenu");
   CmdKeyTrigg& key = app_->Main.Panels.CmdMenu;
+  EXPECT_EQ(widget->width(), key.Sizes().width * widget->logicalDpiX() / 1440);
   std::string halves;
   key.Click = [&](std::uint8_t half) { halves += std::to_string(half); };
   const QPoint left(5, widget->height() / 2);
   const QPoint right(widget->width() - 5, widget->height() / 2);
   QTest::mouseClick(widget, Qt::LeftButton, {}, right);
+  EXPECT_EQ(QApplication::focusWidget(), widget);
   QTest::mouseClick(widget, Qt::LeftButton, {}, right);
   QTest::mouseClick(widget, Qt::LeftButton, {}, left);
   QTest::mouseDClick(widget, Qt::LeftButton, {}, left);  // what follows the first click of a double one
