@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "documents/documents_shop.h"
 #include "faults/fault_run.h"
 #include "platform/workbook.h"
 
@@ -22,11 +23,7 @@ namespace {
 
 const std::vector<std::string> kShop = {
     "UPDATE CONST SET N8=8 WHERE COD=5",
-    "INSERT INTO TOVAR (COD,COD1,NAME,OST,KOL,PRISE,BARCODE,NDS,REZ,N1,N2,N4,N5,N7,N6,UKT) VALUES "
-    "(1,1,'Чай',0,0,12050,'4820000000017',1,0,0,0,0,0,0,NULL,''),"
-    "(2,1,'Вино',0,0,95000,'4820000000024',1,0,1,12,0,0,0,NULL,''),"
-    "(3,1,'Доставка',0,0,10000,'4820000000031',1,0,0,21,0,0,0,0,''),"
-    "(4,1,'Вода',0,0,4000,'0',1,0,0,3,0,0,0,NULL,'')",
+    kFourProducts,
     "INSERT INTO DISCOUNT (BARCODE,TOTAL,LASTCASH,PROZ,REZ) VALUES ('1001',50000,'12.11.2026',5,1),"
     "('1002',0,'',101,2)",
     "INSERT INTO DKHOLDER (ID,CARD,NAME,FNAME,ADRES,TEL) VALUES (2,'1002','Анна','Анна','Ленина 1','22')",
