@@ -168,6 +168,8 @@ TEST_F(DocumentsTest, ALineDocumentFromItsFirstLineToItsUnposting) {
     Click(*form.mnuRegistr);
     EXPECT_EQ(Docs().Movements.Caption(), "Движения документа: " + form.Caption());
     EXPECT_EQ(Docs().Movements.DataGrid8.Rows(), rez ? 2 : 3);
+    EXPECT_EQ(Docs().Movements.DataGrid8.CellText(1, "Balance"),
+              RegionalFormat{}.FormatFixed(balance / 1000.0, "0.000"));
     Leave(form, BoxAnswer::kOk);
     EXPECT_EQ(shop_.Column("SELECT TYP FROM DOCUMENT"), Texts{"9"}) << "the lines of other kinds stay";
 
