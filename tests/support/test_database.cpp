@@ -38,6 +38,14 @@ void CreateSchema(Connection& connection, const std::string& name) {
   connection.Execute("USE " + name);
 }
 
+void DropSchema(Connection& connection, const std::string& name) {
+  try {
+    connection.Execute("DROP DATABASE " + name);
+  } catch (const DatabaseError&) {
+    // A server that was stopped takes its schemas with it.
+  }
+}
+
 /// A schema of version 4 with all tables, made by the program's own upgrade once per process.
 class Template {
  public:
@@ -55,13 +63,7 @@ class Template {
     connection_.Execute("UPDATE CONST SET N3=NULL WHERE COD=7");
     tables_.Open("SHOW TABLES", connection_);
   }
-  ~Template() {
-    try {
-      connection_.Execute("DROP DATABASE " + name_);
-    } catch (const DatabaseError&) {
-      // The server was stopped before the process ended; it takes the schema with it.
-    }
-  }
+  ~Template() { DropSchema(connection_, name_); }
 
   void CopyTo(Connection& connection, bool with_documents) const {
     for (int row = 1; row <= tables_.RecordCount(); ++row) {
@@ -127,11 +129,7 @@ TestDatabase::TestDatabase(Stage stage) : address_(TestAddress(NewSchemaName()))
 }
 
 TestDatabase::~TestDatabase() {
-  try {
-    connection_.Execute("DROP DATABASE " + address_.schema);
-  } catch (const DatabaseError&) {
-    // A test that ended its server leaves nothing to drop.
-  }
+  DropSchema(connection_, address_.schema);
 }
 
 void TestDatabase::Sql(const std::string& statement) {
