@@ -14,17 +14,20 @@ namespace zrt::test {
 
 using Texts = std::vector<std::string>;
 
+/// Two products of the bar and a kitchen, a service, which keeps no stock, and one of another kitchen.
+inline constexpr const char* kFourProducts =
+    "INSERT INTO TOVAR (COD,COD1,NAME,OST,KOL,PRISE,BARCODE,NDS,REZ,N1,N2,N4,N5,N7,N6,UKT) VALUES "
+    "(1,1,'Чай',0,0,12050,'4820000000017',1,0,0,0,0,0,0,NULL,''),"
+    "(2,1,'Вино',0,0,95000,'4820000000024',1,0,1,12,0,0,0,NULL,''),"
+    "(3,1,'Доставка',0,0,10000,'4820000000031',1,0,0,21,0,0,0,0,''),"
+    "(4,1,'Вода',0,0,4000,'0',1,0,0,3,0,0,0,NULL,'')";
+
 /// The program on a small shop, the journal in front.
 class DocumentsTest : public ProgramTest {
  protected:
   DocumentsTest() {
     shop_.Sql("UPDATE CONST SET N8=8 WHERE COD=5");
-    shop_.Sql(
-        "INSERT INTO TOVAR (COD,COD1,NAME,OST,KOL,PRISE,BARCODE,NDS,REZ,N1,N2,N4,N5,N7,N6,UKT) VALUES "
-        "(1,1,'Чай',0,0,12050,'4820000000017',1,0,0,0,0,0,0,NULL,''),"
-        "(2,1,'Вино',0,0,95000,'4820000000024',1,0,1,12,0,0,0,NULL,''),"
-        "(3,1,'Доставка',0,0,10000,'4820000000031',1,0,0,21,0,0,0,0,''),"
-        "(4,1,'Вода',0,0,4000,'0',1,0,0,3,0,0,0,NULL,'')");
+    shop_.Sql(kFourProducts);
     clock_.Set({{2026, 11, 12}, 12, 0, 0});
     Start("jurn");
   }

@@ -432,9 +432,10 @@ void FaultRun::Repeat(const Action& action, const Whole& whole, const State& lef
   if (IsGone(steps)) {
     // All was done but tidying up; what stayed of the working copy goes with the next document of the kind.
     State state = left;
-    for (const char* scratch : {"DOCUMENT", "DOCINVENT", "DOCPRICE"}) state.erase(scratch);
     State end = whole.end;
-    for (const char* scratch : {"DOCUMENT", "DOCINVENT", "DOCPRICE"}) end.erase(scratch);
+    for (State* one : {&state, &end}) {
+      for (const char* scratch : {"DOCUMENT", "DOCINVENT", "DOCPRICE"}) one->erase(scratch);
+    }
     EXPECT_TRUE(state == end) << Shown(state) << "and not\n" << Shown(end);
     return;
   }

@@ -14,19 +14,21 @@
 #include <string>
 #include <vector>
 
+#include "documents/documents_shop.h"
 #include "faults/fault_run.h"
 #include "platform/workbook.h"
 
 namespace zrt::test {
 namespace {
 
+// What the same once more makes of an action that is in already.
+constexpr const char* kTwice = "one that is in comes once more";
+constexpr const char* kOver = "what is written is over, even if what is shown can't be read again";
+constexpr const char* kReadFirst = "the list comes first when it couldn't be read";
+
 const std::vector<std::string> kShop = {
     "UPDATE CONST SET N8=8 WHERE COD=5",
-    "INSERT INTO TOVAR (COD,COD1,NAME,OST,KOL,PRISE,BARCODE,NDS,REZ,N1,N2,N4,N5,N7,N6,UKT) VALUES "
-    "(1,1,'Чай',0,0,12050,'4820000000017',1,0,0,0,0,0,0,NULL,''),"
-    "(2,1,'Вино',0,0,95000,'4820000000024',1,0,1,12,0,0,0,NULL,''),"
-    "(3,1,'Доставка',0,0,10000,'4820000000031',1,0,0,21,0,0,0,0,''),"
-    "(4,1,'Вода',0,0,4000,'0',1,0,0,3,0,0,0,NULL,'')",
+    kFourProducts,
     "INSERT INTO DISCOUNT (BARCODE,TOTAL,LASTCASH,PROZ,REZ) VALUES ('1001',50000,'12.11.2026',5,1),"
     "('1002',0,'',101,2)",
     "INSERT INTO DKHOLDER (ID,CARD,NAME,FNAME,ADRES,TEL) VALUES (2,'1002','Анна','Анна','Ленина 1','22')",
@@ -107,9 +109,8 @@ std::vector<Action> LineDocuments() {
     // The rest is the same for all of them, but for what an invoice has more.
     if (one.code > 2) continue;
     actions.push_back({form + ", a new one saved", fresh, form + ".CancelButton"});
-    actions.push_back({form + ", a line added", fresh, another, Again::kOnTop, "one that is in comes once more"});
-    actions.push_back({form + ", a line deleted", fresh + "; " + another, form + ".CmdDel", Again::kStays,
-                       "the lines come first when they couldn't be read"});
+    actions.push_back({form + ", a line added", fresh, another, Again::kOnTop, kTwice});
+    actions.push_back({form + ", a line deleted", fresh + "; " + another, form + ".CmdDel", Again::kStays, kReadFirst});
     actions.push_back({form + ", a saved one opened", "Form2.TabStrip1=jurn", open});
     actions.push_back({form + ", a saved one changed and saved", open + "; " + another, form + ".CancelButton"});
     Action saved_unread{form + ", a saved one opened, saved and opened again", "Form2.TabStrip1=jurn", open};
@@ -124,16 +125,14 @@ const std::vector<Action> kOtherDocuments = {
     {"a line changed", "open 4", "frmDocPrN.CmdVar; frmPLUdial.OKButton", Again::kUnproved,
      "the line is out before its dialog comes: leaving it without OK loses the line"},
     {"a product scanned", "Form2.mnuDocRN; entry 4820000000017",
-     "frmDocRhN.CmdBar; frmPLUdial.TextKol=2; frmPLUdial.TextPrice=3; frmPLUdial.OKButton", Again::kOnTop,
-     "one that is in comes once more"},
+     "frmDocRhN.CmdBar; frmPLUdial.TextKol=2; frmPLUdial.TextPrice=3; frmPLUdial.OKButton", Again::kOnTop, kTwice},
     {"left for another", "Form2.mnuDocRN; pick 2 1 1000 5000; Form2.TabStrip1=jurn; Form2.DataGrid6@2",
      "Form2.DataGrid6>Enter", Again::kSame, "", "Form2.TabStrip1=jurn; Form2.DataGrid6@2; Form2.DataGrid6>Enter"},
     {"inventory, filled", "Form2.mnuDocIN", "frmDocIN.CmdDat", Again::kOnTop, "filling twice adds the products twice"},
     {"inventory, a product added", "Form2.mnuDocIN; pick 4 1 90000 0", "pick 4 2 1000 0", Again::kStays,
      "a product that is in is refused"},
     {"inventory, a count changed", "Form2.mnuDocIN; frmDocIN.CmdDat; entry 7", "frmDocIN.CmdVar"},
-    {"inventory, a line deleted", "Form2.mnuDocIN; frmDocIN.CmdDat", "frmDocIN.CmdDel", Again::kStays,
-     "the lines come first when they couldn't be read"},
+    {"inventory, a line deleted", "Form2.mnuDocIN; frmDocIN.CmdDat", "frmDocIN.CmdDel", Again::kStays, kReadFirst},
     {"inventory, emptied", "Form2.mnuDocIN; frmDocIN.CmdDat", "frmDocIN.CmdClear"},
     {"inventory, counts emptied", "Form2.mnuDocIN; frmDocIN.CmdDat", "frmDocIN.CmdClearFakt"},
     {.name = "inventory, a new one posted",
@@ -149,11 +148,9 @@ const std::vector<Action> kOtherDocuments = {
     {"inventory, taken out", "open 7; frmDocIN.RUNButton", "frmDocIN.mnuUnRun", Again::kSame, "",
      "frmDocIN.RUNButton; frmDocIN.mnuUnRun"},
     {"inventory, balances to the tills", "open 7; frmDocIN.RUNButton", "frmDocIN.CmdUpd"},
-    {"price change, a line added", "Form2.mnuPereozenk; pick 5 1 0 5000", "pick 5 2 0 6000", Again::kOnTop,
-     "one that is in comes once more"},
+    {"price change, a line added", "Form2.mnuPereozenk; pick 5 1 0 5000", "pick 5 2 0 6000", Again::kOnTop, kTwice},
     {"price change, a price changed", "open 8; entry 7", "frmDocPRC.CmdVar"},
-    {"price change, a line deleted", "open 8", "frmDocPRC.CmdDel", Again::kStays,
-     "the lines come first when they couldn't be read"},
+    {"price change, a line deleted", "open 8", "frmDocPRC.CmdDel", Again::kStays, kReadFirst},
     {"price change, a new one posted", "Form2.mnuPereozenk; pick 5 1 0 5000; pick 5 2 0 6000; frmDocPRC.TextPrim=цены",
      "frmDocPRC.RUNButton"},
     {"price change, a new one saved", "Form2.mnuPereozenk; pick 5 1 0 5000", "frmDocPRC.CancelButton"},
@@ -212,7 +209,7 @@ const std::vector<Action> kReference = {
     {"catalogue, sorted", "Form2.TabStrip1=sprav", "Form2.CmdSortPrice"},
     {"catalogue, balances to the tills", "Form2.TabStrip1=sprav", "Form2.CmdRefrTov"},
     {"catalogue, a product deleted", "Form2.TabStrip1=sprav; Form2.DataGrid1_0@2", "Form2.CmdDelPLU", Again::kStays,
-     "the list comes first when it couldn't be read"},
+     kReadFirst},
     {"catalogue, emptied", "Form2.TabStrip1=sprav", "Form2.CmdClrAllPLU"},
     {"product, a card opened", "Form2.TabStrip1=sprav; Form2.DataGrid1_0@2", "Form2.CmdShow"},
     {"product, changed",
@@ -223,20 +220,19 @@ const std::vector<Action> kReference = {
     {"product, a card for a new one", "Form2.TabStrip1=sprav", "Form2.CmdNew"},
     {"product, copied", "Form2.TabStrip1=sprav; Form2.DataGrid1_0@2", "Form2.CmdCopy"},
     {"picker, a product deleted", "Form2.mnuDocPN; frmDocPrN.CmdTov; frmPLUpodb.DataGrid01@2", "frmPLUpodb.CmdDelPLU",
-     Again::kStays, "the list comes first when it couldn't be read"},
+     Again::kStays, kReadFirst},
     {"picker, opened", "Form2.mnuDocPN", "frmDocPrN.CmdTov", Again::kStays, "the list may stand on its first product"},
     {"picker, a product chosen", "Form2.mnuDocPN; frmDocPrN.CmdTov", "frmPLUpodb.DataGrid01>Enter"},
     {"picker, a product delivered",
      "Form2.mnuDocPN; frmDocPrN.CmdTov; frmPLUpodb.DataGrid01@1; frmPLUpodb.DataGrid01>Enter; frmPLUpodb.TextKol=3; "
      "frmPLUpodb.TextPrice=4",
-     "frmPLUpodb.OKButton", Again::kOnTop, "one that is in comes once more"},
+     "frmPLUpodb.OKButton", Again::kOnTop, kTwice},
     {"card, opened", "Form2.TabStrip1=sprav; Form2.DataGrid5@2", "Form2.CmdDKShow"},
     {"card, changed",
      "Form2.TabStrip1=sprav; Form2.DataGrid5@2; Form2.CmdDKShow; frmDK.CheckHolder=on; frmDK.TextSkd=7",
      "frmDK.OKButton"},
     {"card, new", "Form2.TabStrip1=sprav; Form2.CmdDKNew; frmDK.TextName=1003; frmDK.TextSkd=7", "frmDK.OKButton"},
-    {"card, deleted", "Form2.TabStrip1=sprav; Form2.DataGrid5@2", "Form2.CmdDKDel", Again::kStays,
-     "the list comes first when it couldn't be read"},
+    {"card, deleted", "Form2.TabStrip1=sprav; Form2.DataGrid5@2", "Form2.CmdDKDel", Again::kStays, kReadFirst},
     {"cards, all deleted", "Form2.TabStrip1=sprav", "Form2.CmdClrAllDKard"},
     {"kinds of cards, opened", "Form2.TabStrip1=sprav", "Form2.CmdVDk"},
     {.name = "kinds of cards, a new rule written",
@@ -244,12 +240,12 @@ const std::vector<Action> kReference = {
                "frmVDk.Text3=500",
      .action = "frmVDk.CmdOk",
      .again = Again::kStays,
-     .promise = "what is written is over, even if the list can't be read again",
+     .promise = kOver,
      .doubles = true},
     {"kinds of cards, a rule taken out to be changed", "Form2.TabStrip1=sprav; Form2.CmdVDk; frmVDk.DataGrid05@2",
      "frmVDk.CmdEdit", Again::kStays, "one that is taken out is open to be written"},
     {"kinds of cards, a rule deleted", "Form2.TabStrip1=sprav; Form2.CmdVDk; frmVDk.DataGrid05@2", "frmVDk.CmdDel",
-     Again::kStays, "the list comes first when it couldn't be read"},
+     Again::kStays, kReadFirst},
 };
 
 const std::vector<Action> kPanels = {
@@ -258,9 +254,8 @@ const std::vector<Action> kPanels = {
     {"panels, the other menu", "Form2.TabStrip1=sensor", "Form2.CmdMenu=2"},
     {"panels, a key selected", "Form2.TabStrip1=sensor", "Form2.CmdM_4"},
     {"panels, a product put on a key", "Form2.TabStrip1=sensor; Form2.CmdM_4; Form2.Text6=2", "Form2.CmdOk1",
-     Again::kStays, "what is written is over, even if the level can't be read again"},
-    {"panels, a key emptied", "Form2.TabStrip1=sensor; Form2.CmdM_1", "Form2.CmdClr", Again::kStays,
-     "what is written is over, even if the level can't be read again"},
+     Again::kStays, kOver},
+    {"panels, a key emptied", "Form2.TabStrip1=sensor; Form2.CmdM_1", "Form2.CmdClr", Again::kStays, kOver},
     {"panels, a key moved", "Form2.TabStrip1=sensor; Form2.CmdM_1", "drag Form2.CmdM_1 Form2.CmdM_9", Again::kStays,
      "a key that has the product already isn't empty; a level that isn't read is read by a press",
      "Form2.CmdM_1; drag Form2.CmdM_1 Form2.CmdM_9"},

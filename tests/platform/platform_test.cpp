@@ -111,45 +111,28 @@ TEST_F(Drives, TheSettingsFileKeepsWhatIsntThePrograms) {
   }
 }
 
-TEST_F(Drives, WritersOfOneNameDontMeet) {
+TEST_F(Drives, ATextFileIsWholeOrNotThereWhoeverElseWritesIt) {
   namespace fs = std::filesystem;
-  Write("C:/x/other", "of somebody else");
-  const fs::path folder = root_ / "C/x";
-  for (const char* name : {"a.csv", "a.csv.part"}) fs::create_symlink("other", folder / name);
+  const fs::path folder = root_ / "C/Отчёт";
+  Write("C:/Отчёт/other", "of somebody else");
+  for (const char* name : {"x.csv", "x.csv.part"}) fs::create_symlink("other", folder / name);
   {
-    TextFileWriter one(drives_, "C:/x/a.csv");
-    TextFileWriter two(drives_, "C:/x/a.csv");
+    TextFileWriter one(drives_, "C:\\Отчёт\\x.csv");
+    TextFileWriter two(drives_, "C:\\Отчёт\\x.csv");
     one.Line("1");
-    two.Line("2");
+    two.Line("Код;Имя");
     one.Line("1");
     one.Close();
-    two.Line("2");
+    two.Line("№1;€ и 漢");
     two.Close();
+    TextFileWriter given_up(drives_, "C:\\Отчёт\\x.csv");
+    given_up.Line("половина");
   }
-  EXPECT_EQ(ReadTextLines(drives_, "C:/x/a.csv"), (std::vector<std::string>{"2", "2"}));
-  EXPECT_EQ(ReadTextLines(drives_, "C:/x/other"), std::vector<std::string>{"of somebody else"});
-  EXPECT_FALSE(fs::is_symlink(folder / "a.csv"));
+  std::ifstream file(folder / "x.csv", std::ios::binary);
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), ToWindows1251("Код;Имя\r\n№1;€ и ?\r\n"));
+  EXPECT_FALSE(fs::is_symlink(folder / "x.csv"));
+  EXPECT_EQ(ReadTextLines(drives_, "C:/Отчёт/other"), std::vector<std::string>{"of somebody else"});
   EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 3) << "something is left beside the file";
-}
-
-TEST_F(Drives, TextFileIsWholeOrNotThere) {
-  Write("C:/Отчёт/x.csv", "как было");
-  const auto folder = root_ / "C/Отчёт";
-  const auto bytes = [&] {
-    std::ifstream file(folder / "x.csv", std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(file), {});
-  };
-  {
-    TextFileWriter unfinished(drives_, "C:\\Отчёт\\x.csv");
-    unfinished.Line("половина");
-  }
-  EXPECT_EQ(bytes(), "как было") << "a writer that was given up has touched the file";
-  TextFileWriter writer(drives_, "C:\\Отчёт\\x.csv");
-  writer.Line("Код;Имя");
-  writer.Line("№1;€ и 漢");
-  writer.Close();
-  EXPECT_EQ(bytes(), ToWindows1251("Код;Имя\r\n№1;€ и ?\r\n"));
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 1) << "something is left beside the file";
 
   TextFileWriter(drives_, "C:\\Отчёт\\new.csv").Close();
   const mode_t mask = umask(0);

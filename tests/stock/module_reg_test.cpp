@@ -11,11 +11,8 @@
 namespace zrt {
 namespace {
 
-using test::FixedClock;
-using test::ScriptedDesktop;
-using test::ScriptedFaults;
-using test::Stage;
-using test::TestDatabase;
+using test::ProgramTest;
+using Texts = std::vector<std::string>;
 
 std::string Question(int documents) {
   return "Документ проведён 'задним числом'!\n\rперепровести последующие за ним " + std::to_string(documents) +
@@ -29,12 +26,9 @@ struct Line {
   int summ = 0;
 };
 
-class Register : public testing::Test {
+class Register : public ProgramTest {
  protected:
-  Register() {
-    session_.MainConnection.SetFaultSource(&faults_);
-    session_.Connect();
-  }
+  Register() { Start(); }
 
   /// A saved document, not posted. `time` is a time of 10 November 2026.
   void Save(int doc, const std::string& time, const std::vector<Line>& lines, int kind = 1) {
@@ -50,8 +44,8 @@ class Register : public testing::Test {
 
   static std::string Date(const std::string& time) { return "2026-11-10 " + time; }
 
-  void Post(int doc, const std::string& time) { stock_.RunDocRegistr(doc, true, Date(time)); }
-  void Unpost(int doc, const std::string& time) { stock_.RunDocRegistr(doc, false, Date(time)); }
+  void Post(int doc, const std::string& time) { Stock().RunDocRegistr(doc, true, Date(time)); }
+  void Unpost(int doc, const std::string& time) { Stock().RunDocRegistr(doc, false, Date(time)); }
 
   /// "RUN/OSTKOL" of the document's rows in the order of their writing.
   std::vector<std::string> Balances(int doc) {
@@ -59,15 +53,8 @@ class Register : public testing::Test {
   }
   std::string Posted(int doc) { return shop_.Value(fmt::format("SELECT RUN FROM JOURNAL WHERE ID={}", doc)); }
 
-  TestDatabase shop_{Stage::kRegister};
-  FixedClock clock_;
-  ScriptedDesktop desktop_;
-  ScriptedFaults faults_;
-  Session session_{shop_.Address(), clock_, RegionalFormat{}};
-  ModuleReg stock_{session_, desktop_};
+  ModuleReg& Stock() { return app_->Stock; }
 };
-
-using Texts = std::vector<std::string>;
 
 TEST_F(Register, StatementsOfAPostingAndOfWhatFollowsIt) {
   Save(1, "09:00:00", {{7, 1000}});
@@ -120,7 +107,7 @@ TEST_F(Register, StatementsOfAPostingAndOfWhatFollowsIt) {
              "ID<>2 ORDER BY DATEDOC ASC"}));
   EXPECT_EQ(Balances(2), (Texts{"0/0", "0/0", "0/0", "0/0"}));
   // The price of cancelling: the later document, and with it the product, keeps the old balance.
-  EXPECT_EQ(stock_.GetOstNow(7), 2050);
+  EXPECT_EQ(Stock().GetOstNow(7), 2050);
 
   // Where the later one breaks off it stands as not posted, and no further press finds it: the operator is told.
   desktop_.Expect(Question(1), BoxAnswer::kOk);
@@ -141,13 +128,13 @@ TEST_F(Register, ProductsThatKeepNoStock) {
   Post(1, "09:00:00");
   EXPECT_EQ(Posted(1), "OK");
   EXPECT_EQ(Balances(1), (Texts{"0/0", "0/0"}));
-  EXPECT_EQ(stock_.GetOstNow(7), 0);
+  EXPECT_EQ(Stock().GetOstNow(7), 0);
 
   // A row that isn't posted takes the product's balance along when there is one; no reader looks at it.
   Save(2, "10:00:00", {{7, -300, 0}, {7, -100, 1}});
   Post(2, "10:00:00");
   EXPECT_EQ(Balances(2), (Texts{"1/-300", "0/-300"}));
-  EXPECT_EQ(stock_.GetOstNow(7), -300);
+  EXPECT_EQ(Stock().GetOstNow(7), -300);
 
   // A document without rows changes nothing, not even its own head, but asks about the later ones.
   Save(3, "09:30:00", {});
@@ -193,43 +180,43 @@ TEST_F(Register, WhatTheRegisterAnswers) {
   }
   Save(++doc, "13:00:00", {{2, 777, 0, 777000}});  // not posted: nobody sees it
 
-  EXPECT_EQ(stock_.GetPurchasePrice(1), 4) << "3,5 becomes 4; the dearer transfer doesn't count";
-  EXPECT_EQ(stock_.GetPurchasePrice(5), 2) << "2,5 becomes 2";
-  EXPECT_EQ(stock_.GetPurchasePrice(2), 333);
-  EXPECT_EQ(stock_.GetPurchasePrice(3), 0) << "a line without quantity has no price";
-  EXPECT_EQ(stock_.GetPurchasePrice(4), 120000);
-  EXPECT_EQ(stock_.GetPurchasePrice(99), 0);
+  EXPECT_EQ(Stock().GetPurchasePrice(1), 4) << "3,5 becomes 4; the dearer transfer doesn't count";
+  EXPECT_EQ(Stock().GetPurchasePrice(5), 2) << "2,5 becomes 2";
+  EXPECT_EQ(Stock().GetPurchasePrice(2), 333);
+  EXPECT_EQ(Stock().GetPurchasePrice(3), 0) << "a line without quantity has no price";
+  EXPECT_EQ(Stock().GetPurchasePrice(4), 120000);
+  EXPECT_EQ(Stock().GetPurchasePrice(99), 0);
 
-  EXPECT_EQ(stock_.GetOstNow(1), 1000);
-  EXPECT_EQ(stock_.GetOstNow(2), -1000);
-  EXPECT_EQ(stock_.GetOstNow(99), 0);
-  EXPECT_EQ(stock_.GetOstAtDate(1, Date("09:00:00")), 2000) << "that very second counts";
-  EXPECT_EQ(stock_.GetOstAtDate(1, Date("07:59:59")), 0);
-  EXPECT_EQ(std::to_string(stock_.GetRegistrIdAtDate(1, Date("09:59:59"))),
+  EXPECT_EQ(Stock().GetOstNow(1), 1000);
+  EXPECT_EQ(Stock().GetOstNow(2), -1000);
+  EXPECT_EQ(Stock().GetOstNow(99), 0);
+  EXPECT_EQ(Stock().GetOstAtDate(1, Date("09:00:00")), 2000) << "that very second counts";
+  EXPECT_EQ(Stock().GetOstAtDate(1, Date("07:59:59")), 0);
+  EXPECT_EQ(std::to_string(Stock().GetRegistrIdAtDate(1, Date("09:59:59"))),
             shop_.Value("SELECT ID FROM REGISTR WHERE DOC=2"));
-  EXPECT_EQ(stock_.GetRegistrIdAtDate(1, Date("07:00:00")), 0);
+  EXPECT_EQ(Stock().GetRegistrIdAtDate(1, Date("07:00:00")), 0);
   // A date without a time, as a moment at midnight prints, is that midnight.
-  EXPECT_EQ(stock_.GetOstAtDate(1, "2026-11-11 "), 1000);
+  EXPECT_EQ(Stock().GetOstAtDate(1, "2026-11-11 "), 1000);
 
   shop_.Sql(
       "INSERT INTO TOVAR (COD,COD1,NAME,N6) VALUES "
       "(1,1,'доставка',0),(2,1,'чай',NULL),(3,1,'чай',NULL),(3,2,'чай',NULL)");
-  EXPECT_EQ(stock_.GetTovarN6(1), 1);
-  EXPECT_EQ(stock_.GetTovarN6(2), 0);
-  EXPECT_EQ(stock_.GetTovarN6(3), 0);
-  EXPECT_EQ(stock_.GetTovarN6(99), 0);
+  EXPECT_EQ(Stock().GetTovarN6(1), 1);
+  EXPECT_EQ(Stock().GetTovarN6(2), 0);
+  EXPECT_EQ(Stock().GetTovarN6(3), 0);
+  EXPECT_EQ(Stock().GetTovarN6(99), 0);
 
   faults_.FailAt(1);
-  EXPECT_EQ(stock_.GetOstNow(4), 0) << "the balance alone answers 0 when its query fails";
+  EXPECT_EQ(Stock().GetOstNow(4), 0) << "the balance alone answers 0 when its query fails";
   faults_.FailAt(1);
-  EXPECT_THROW(stock_.GetOstAtDate(4, Date("13:00:00")), DatabaseError);
+  EXPECT_THROW(Stock().GetOstAtDate(4, Date("13:00:00")), DatabaseError);
   shop_.Sql("UPDATE REGISTR SET SUMM=2147483647,KOL=1 WHERE COD=4");
-  EXPECT_THROW(stock_.GetPurchasePrice(4), OverflowError);
+  EXPECT_THROW(Stock().GetPurchasePrice(4), OverflowError);
 }
 
 // The catalogue's copy of the balances, over the button in the main window.
 
-class Catalogue : public test::ProgramTest {
+class Catalogue : public ProgramTest {
  protected:
   Catalogue() {
     shop_.Sql("UPDATE CONST SET N8=8 WHERE COD=5");
