@@ -21,7 +21,9 @@ class DesktopSchemaDialog final : public SchemaDialog {
  public:
   explicit DesktopSchemaDialog(Desktop& desktop) : desktop_(desktop) {}
   void Tell(std::string_view text) override { desktop_.MsgBox(std::string(text)); }
-  void Warn(std::string_view text) override { desktop_.MsgBox(std::string(text), BoxIcon::kCritical); }
+  void Warn(std::string_view text, const DatabaseError& failure) override {
+    desktop_.TellFailure(std::string(text), failure);
+  }
   bool AskYesNo(std::string_view text, bool usual) override {
     return desktop_.MsgBox(Message{.text = std::string(text),
                                    .icon = BoxIcon::kQuestion,

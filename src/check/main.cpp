@@ -46,7 +46,13 @@ int main(int argc, char** argv) {
     std::cout << "База " << shop.schema << " на " << shop.host << "\n" << findings.Report();
     return findings.IsWhole() ? kWhole : kBroken;
   } catch (const zrt::DatabaseError& error) {
-    std::cerr << "Проверить не удалось: " << error.what() << "\n" << zrt::AdviceOn(error) << "\n";
+    constexpr int kNoColumn = 1054;
+    constexpr int kNoTable = 1146;
+    std::string_view advice = zrt::AdviceOn(error);
+    if (advice.empty() && (error.Native() == kNoColumn || error.Native() == kNoTable)) {
+      advice = "В базе нет таблиц касс, или программа с ней ещё не запускалась. Установка, шаги 3 и 4.";
+    }
+    std::cerr << "Проверить не удалось: " << error.what() << "\n" << advice << "\n";
     return kNotLooked;
   } catch (const std::exception& error) {
     std::cerr << "Проверить не удалось: " << error.what() << "\n";

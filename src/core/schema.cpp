@@ -233,8 +233,8 @@ void UpgradeDatabase(Session& session, SchemaDialog& dialog, std::uint8_t& versi
     try {
       Upgrade upgrade(session);
       std::for_each(block.begin, block.end, [&](const Step& step) { std::visit(upgrade, step); });
-    } catch (const DatabaseError&) {
-      dialog.Warn("Ошибка обновления базы данных!");
+    } catch (const DatabaseError& failure) {
+      dialog.Warn("Ошибка обновления базы данных!", failure);
       return;
     }
     ++version;

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/errors.h"
 #include "core/session.h"
 
 namespace zrt {
@@ -14,7 +15,8 @@ class SchemaDialog {
  public:
   virtual ~SchemaDialog() = default;
   virtual void Tell(std::string_view text) = 0;  ///< a plain box
-  virtual void Warn(std::string_view text) = 0;  ///< a box with the critical icon
+  /// A box with the critical icon, with the failure's details.
+  virtual void Warn(std::string_view text, const DatabaseError& failure) = 0;
   /// Buttons Yes and No, the question icon; true for Yes. `usual` is what Enter answers.
   virtual bool AskYesNo(std::string_view text, bool usual) = 0;
 };

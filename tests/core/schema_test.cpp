@@ -1,5 +1,6 @@
 #include "core/schema.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -23,7 +24,9 @@ using test::TestDatabase;
 class RecordingDialog final : public SchemaDialog {
  public:
   void Tell(std::string_view text) override { log.push_back("tell: " + std::string(text)); }
-  void Warn(std::string_view text) override { log.push_back("warn: " + std::string(text)); }
+  void Warn(std::string_view text, const DatabaseError& failure) override {
+    log.push_back(fmt::format("warn: {} {}", text, failure.Native()));
+  }
   bool AskYesNo(std::string_view text, bool usual) override {
     log.push_back("ask: " + std::string(text));
     EXPECT_FALSE(usual) << "the tests' server is younger";
@@ -113,12 +116,12 @@ TEST_F(Schema, AFailureInTheSecondBlockStaysUntilTheOperatorMendsIt) {
   session_.MainConnection.SetFaultSource(&second_block);
   EXPECT_EQ(Upgrade(0), 1);
   EXPECT_EQ(dialog_.log, (std::vector<std::string>{"tell: База данных успешно обновлена до версии 1",
-                                                   "warn: Ошибка обновления базы данных!"}));
+                                                   "warn: Ошибка обновления базы данных! 1105"}));
   EXPECT_EQ(shop_.Value("SELECT N2 FROM CONST WHERE COD=3"), "1");
   // What ran stays, so the block's next try fails on columns that are there.
   EXPECT_TRUE(Columns("KASSA").ends_with("N5,N6,N7"));
   EXPECT_EQ(Upgrade(1), 1);
-  EXPECT_EQ(dialog_.log, std::vector<std::string>{"warn: Ошибка обновления базы данных!"});
+  EXPECT_EQ(dialog_.log, std::vector<std::string>{"warn: Ошибка обновления базы данных! 1060"});
 
   shop_.Sql("ALTER TABLE PERSON DROP REZ, DROP ID");
   shop_.Sql("ALTER TABLE KASSA DROP N5, DROP N6, DROP N7");

@@ -186,6 +186,9 @@ TEST(Advice, EachCauseReadsDifferently) {
       {"28000", 1045, "[ma-3.1.15]Access denied for user 'zrt'@'192.168.0.7' (using password: YES)"},
       {"42000", 1049, "[ma-3.1.15]Unknown database 'shop'"},
       {"42S02", 1146, "[ma-3.1.15][10.11.19-MariaDB]Table 'shop.CONST' doesn't exist"},
+      {"42000", 1142,
+       "[ma-3.1.15][10.11.19-MariaDB]ALTER command denied to user 'zrt'@'192.168.0.7' for table `shop`.`PROD`"},
+      {"42000", 1064, "[ma-3.1.15]You have an error in your SQL syntax; ... near 'TYPE=InnoDB' at line 1"},
       {"HY000", 1193, "[ma-3.1.15][5.6.24]Unknown system variable 'session_track_schema'"},
   };
   std::set<std::string_view> texts;

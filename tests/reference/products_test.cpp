@@ -292,6 +292,9 @@ TEST_F(Picking, AScannedBarcodeIsAskedForLikeAChosenProduct) {
   EXPECT_EQ(desktop_.Focused(), &Picker().TextFind);
   Press(Picker().DataGrid01, "Enter");
   EXPECT_EQ(Picker().LbllName.Caption(), "  Вино красное  2");
+  shop_.Sql("UPDATE TOVAR SET PRISE=NULL WHERE COD=7");
+  scan("4820000000024");
+  EXPECT_EQ(Picker().TextPrice.Text(), "");
 
   // The same way for the other documents: the purchase price, a price alone, a filter.
   const std::tuple<std::uint8_t, const char*, Control*> kOthers[] = {

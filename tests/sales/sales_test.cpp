@@ -311,7 +311,11 @@ TEST_F(Sales, EscInAFieldPutsTheWindowAway) {
     EXPECT_NE(app_->Main.IsVisible(), hides) << control->Name();
   }
   // On the order detail Enter in the product's field has no button to press.
-  Click(Tab().CmdDG[2]);
+  {
+    const test::Told told(Tab().LblInf);
+    Click(Tab().CmdDG[2]);
+    EXPECT_TRUE(told.Text.starts_with(std::string("Caption=") + kWorking)) << told.Text;
+  }
   faults_.Forget();
   Press(Tab().Text1, "Enter");
   EXPECT_TRUE(faults_.Statements().empty());

@@ -18,7 +18,8 @@ class HeadlessDesktop : public Desktop {
   Control* Focused() const { return focused_; }
   std::optional<int> ExitCode() const { return exit_code_; }
 
-  void SetFocus(Control& control) override { focused_ = &control; }
+  /// What is disabled doesn't take the keyboard.
+  void SetFocus(Control& control) override { focused_ = control.IsEnabled() ? &control : focused_; }
   void Repaint(Control&) override {}
   void Quit(int code) override { exit_code_ = code; }
 

@@ -29,7 +29,9 @@ std::string NewSchemaName() {
 class SilentDialog final : public SchemaDialog {
  public:
   void Tell(std::string_view) override {}
-  void Warn(std::string_view text) override { throw Error("the template's upgrade fails: " + std::string(text)); }
+  void Warn(std::string_view text, const DatabaseError&) override {
+    throw Error("the template's upgrade fails: " + std::string(text));
+  }
   bool AskYesNo(std::string_view, bool) override { return false; }
 };
 
