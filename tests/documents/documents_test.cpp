@@ -170,6 +170,8 @@ TEST_F(DocumentsTest, ALineDocumentFromItsFirstLineToItsUnposting) {
     EXPECT_EQ(Docs().Movements.DataGrid8.Rows(), rez ? 2 : 3);
     EXPECT_EQ(Docs().Movements.DataGrid8.CellText(1, "Balance"),
               RegionalFormat{}.FormatFixed(balance / 1000.0, "0.000"));
+    Press(Docs().Movements.DataGrid8, "Esc");
+    EXPECT_FALSE(Docs().Movements.IsVisible());
     Leave(form, BoxAnswer::kOk);
     EXPECT_EQ(shop_.Column("SELECT TYP FROM DOCUMENT"), Texts{"9"}) << "the lines of other kinds stay";
 
