@@ -145,6 +145,12 @@ TEST_F(DocumentsTest, ADocumentThatCouldntBeOpenedLeavesNothingToTheNext) {
   Leave(form, BoxAnswer::kOk);
   EXPECT_EQ(shop_.Value(fmt::format("SELECT CONCAT(DATEDOC,KLIENT) FROM JOURNAL WHERE ID>{}", received)),
             "2026-11-20 12:00:00Портос");
+  // A line that comes into one that couldn't be opened stands behind its own.
+  faults_.FailAt(2);
+  desktop_.ExpectRuntimeError();
+  Reopen(LastDocument());
+  Pick(DocType::kIncoming, 4, 1000, 1000);
+  EXPECT_EQ(form.DataGrid7.Rows(), 2);
 }
 
 TEST_F(DocumentsTest, AnOpenOutgoingInvoiceIsLeftForAnother) {

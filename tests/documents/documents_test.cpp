@@ -245,7 +245,7 @@ TEST_F(DocumentsTest, ClientAndNoteAreTypedLast) {
   // The date: the day picked at the present time.
   Now(12, 17);
   Click(form.CmdPlus);
-  EXPECT_TRUE(form.Month0.Visible());
+  EXPECT_TRUE(form.Month0.Visible() && desktop_.Focused() == &form.Month0);
   desktop_.UserAction([&] { form.Month0.UserPick({2026, 10, 31}); });
   EXPECT_EQ(form.LblData.Caption(), "31.10.2026 17:00:00");
   EXPECT_FALSE(form.Month0.Visible());
@@ -274,6 +274,7 @@ TEST_F(DocumentsTest, AnInventoryBringsTheRegisterToTheCount) {
   EXPECT_EQ(lines(), Texts{"Вино 5,000 1,000"});
   for (const auto& [place, found] : kPlaces) {
     Click(form.CmdClear);
+    EXPECT_TRUE(lines().empty());
     Type(form.ComboLoc, place);
     Click(form.CmdDat);
     EXPECT_EQ(lines(), found) << place;

@@ -319,14 +319,16 @@ TEST_F(Import, WhatOneInstallationWritesAnotherReads) {
     frmExpTov& screen = app_->LineExport;
     EXPECT_EQ(screen.TextPath.Text(), path);
     // Too short a path does nothing.
-    Type(screen.TextPath, "C:\\Korvina\\1234567");
+    Type(screen.TextPath, "C:\\Korvina\\12345678");
     Click(screen.CmdExport);
     Type(screen.TextPath, path);
     desktop_.Expect("Выгрузка остатков в файл " + path + "\nуспешно завершена!", BoxAnswer::kOk, {}, "DESKOR");
     Click(screen.CmdExport);
     // A folder that isn't there is told, and leaves nothing behind.
-    Type(screen.TextPath, "C:\\Korvina\\nowhere\\Exp.txt");
+    Type(screen.TextPath, "C:\\Korvina\\no\\Ex.txt");
     Fails(screen.CmdExport);
+    Press(screen.TextPath, "Esc");
+    EXPECT_FALSE(screen.IsVisible());
   });
   EXPECT_EQ(FileBytes(path), ToWindows1251("3,\" Квас, \"Рус\" \",1234\r\n2,\" Вода \",1\r\n"));
   Click(Inventory().CmdClear);
