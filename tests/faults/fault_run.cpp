@@ -333,13 +333,12 @@ FaultRun::Rows FaultRun::Screen() {
 
 // The proof
 
-int FaultRun::Prove(const Action& action) {
+void FaultRun::Prove(const Action& action) {
   const Whole whole = Record(action);
   const int statements = static_cast<int>(whole.statements.size());
   EXPECT_GT(statements, 0) << "the action sends nothing";
   constexpr std::pair<Fault, const char*> kFaults[] = {
       {Fault::kRefused, "refused"}, {Fault::kCut, "link cut at"}, {Fault::kAnswerLost, "no answer to"}};
-  int runs = 1;
   for (const auto& [fault, name] : kFaults) {
     for (int statement = 1; statement <= statements; ++statement) {
       const std::string& broken = whole.statements[static_cast<std::size_t>(statement - 1)];
@@ -349,10 +348,8 @@ int FaultRun::Prove(const Action& action) {
       Action here = action;
       if (fault == Fault::kAnswerLost && action.doubles) here.again = Again::kOnTop;
       Break(here, whole, statement, fault);
-      ++runs;
     }
   }
-  return runs;
 }
 
 FaultRun::Whole FaultRun::Record(const Action& action) {

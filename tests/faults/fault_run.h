@@ -76,8 +76,8 @@ class FaultRun : protected Program<PatientDesktop> {
   const DriveMap& Drives() const { return drives_; }
 
   /// Runs the action once whole, then with each of its statements refused, then with the link cut at each, then with
-  /// the link cut before its answer comes. Reports what is wrong as failures of the test. Returns the number of runs.
-  int Prove(const Action& action);
+  /// the link cut before its answer comes. Reports what is wrong as failures of the test.
+  void Prove(const Action& action);
 
  private:
   using Rows = std::vector<std::string>;
