@@ -177,9 +177,10 @@ TEST_F(Startup, WindowsThatGiveWayToATab) {
   const std::pair<Form*, const char*> kGivesWayTo[] = {
       {&app_->Reports.TextReports, "sprav"}, {&app_->Reports.Staff, "report"}, {&app_->About, "report"},
       {&app_->Exchange, "report"},           {&app_->Clear, "report"},         {&app_->Reports.Time, ""}};
-  for (const char* tab : {"report", "sprav"}) {
+  for (const char* tab : {"sprav", "report"}) {
     for (const auto& [form, key] : kGivesWayTo) Do([&, one = form] { one->Show(); });
     Type(app_->Main.TabStrip1, tab);
+    EXPECT_EQ(app_->Main.Sales.FrameProd.Visible(), tab == std::string("report"));
     for (const auto& [form, key] : kGivesWayTo) {
       EXPECT_NE(form->IsVisible(), key == std::string("report") || key == std::string(tab)) << form->Name() << tab;
     }
