@@ -71,6 +71,8 @@ TEST_F(Check, AWholeShopIsContent) {
   shop_.Sql("UPDATE HOTKEYS SET CODE=1");
   shop_.Sql("DROP TABLE REGISTR");  // a shop that keeps no register
   EXPECT_TRUE(Look().IsWhole());
+  shop_.Sql("UPDATE TOVAR SET BARCODE='4820000000024' WHERE COD=1");
+  EXPECT_EQ(Look().Where(Fault::kDoubledBarcode), std::vector<std::string>{"4820000000024: товары 1 и 2"});
 }
 
 TEST_F(Check, OneRowForEachFault) {
@@ -118,6 +120,10 @@ TEST_F(Check, OneRowForEachFault) {
        {Fault::kWrongBalance, Fault::kOldBalanceAtTills}},
       {"a balance is wrong in the middle",
        {"UPDATE REGISTR SET OSTKOL=OSTKOL+1 WHERE DOC=@d3"},
+       {Fault::kWrongBalance}},
+      {"a balance of the last product is wrong",
+       {"UPDATE REGISTR SET COD=4 WHERE COD=2", "UPDATE REGISTR SET OSTKOL=OSTKOL+1 WHERE DOC=@d2",
+        "UPDATE TOVAR SET OST=19000 WHERE COD=4"},
        {Fault::kWrongBalance}},
       {"a line is lost", {"UPDATE JOURNAL SET SUMM=SUMM+5000 WHERE ID=@d1"}, {Fault::kHeadSum}},
       {"lines are doubled",

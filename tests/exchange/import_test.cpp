@@ -115,7 +115,7 @@ TEST_F(Import, TheWindowSaysWhatItLoads) {
       Type(Screen().Drive1, "D:");
       Type(Screen().File1, "b.txt");
       EXPECT_EQ(Screen().TextPath.Text(), "D:\\b.txt");
-      form.Close();
+      Press(Screen().TextPath, "Esc");
     });
     Do([&] { Screen().Open(mode); });
   }
