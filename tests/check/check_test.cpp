@@ -22,7 +22,8 @@ class Check : public DocumentsTest {
   Check() {
     for (const char* statement : {
              "UPDATE HOTKEYS SET CODE=4 WHERE ID=2401",
-             "INSERT INTO KASSA (OPER,SUM1,TER,NUM,N4,DAT) VALUES ('Заказ',1,1,7,3,'2026-11-11 12:00:00')",
+             "INSERT INTO KASSA (OPER,SUM1,TER,NUM,N4,DAT) VALUES ('Заказ',1,1,7,3,'2026-11-11 12:00:00'),"
+             "('Заказ',1,NULL,8,3,'2026-11-11 12:00:00')",
              "INSERT INTO PROD (COD,NAME,KOL,PRISE,SKID,SUM2,TER,REZ,NUM,N4,DATETIME) VALUES "
              "(1,'Чай',2000,12000,0,24000,1,0,7,3,'2020-11-11 12:00:00')",
          }) {

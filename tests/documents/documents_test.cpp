@@ -278,6 +278,7 @@ TEST_F(DocumentsTest, AnInventoryBringsTheRegisterToTheCount) {
     Type(form.ComboLoc, place);
     Click(form.CmdDat);
     EXPECT_EQ(lines(), found) << place;
+    EXPECT_EQ(form.LblInf.Caption(), "");
   }
   desktop_.Expect("Товар Вино уже выбран в документе!!! ", BoxAnswer::kOk, BoxIcon::kCritical);
   Pick(DocType::kInventory, 2, 1000, 0);
