@@ -17,12 +17,11 @@ constexpr const char* kUsage =
 const std::map<std::string, Stage> kStages = {{"version0", Stage::kVersion0}, {"first_run", Stage::kFirstRun},
                                               {"plain", Stage::kPlain},       {"register", Stage::kRegister},
                                               {"lite", Stage::kLite},         {"restricted", Stage::kRestricted}};
-constexpr const char* kAccount = "zrt";
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  zrt::DatabaseAddress database{"", kAccount, ""};
+  zrt::DatabaseAddress database{"", "zrt", ""};
   zrt::play::PlayOptions options{.dump = &std::cout};
   std::string stage;
   std::vector<std::string> files;

@@ -7,9 +7,6 @@ import unittest
 
 from zrt_window import Program, Screen, Shop, extents, wait_for, xdotool
 
-EVENING = datetime.datetime.now().strftime("%Y-%m-%d 21:30:00")
-CATALOGUE = "Справочники"
-
 
 def setUpModule():
     unittest.enterModuleContext(Screen())
@@ -17,12 +14,15 @@ def setUpModule():
 
 class Grids(unittest.TestCase):
     def setUp(self):
-        self.shop = Shop("--mode", "register", "--now", EVENING)
+        self.shop = Shop("--mode", "register", "--now", datetime.datetime.now().strftime("%Y-%m-%d 21:30:00"))
         self.settings = self.enterContext(tempfile.TemporaryDirectory(prefix="zrt-settings-"))
 
     def start(self):
+        """On the catalogue."""
         program = self.enterContext(Program(settings=self.settings))
         form = program.form("Form2").activate()
+        form.tab("Справочники")
+        form.wait_for_focus("DataGrid1_0")
         return program, form
 
     def price(self, form):
@@ -33,8 +33,6 @@ class Grids(unittest.TestCase):
 
     def test_widths_and_sizes_outlive_the_program(self):
         program, form = self.start()
-        form.tab(CATALOGUE)
-        wait_for("the catalogue", lambda: form.is_shown("DataGrid1_0"))
         width = lambda: self.price(form)[2]
         program.key("Home")
         wait_for("the first row", lambda: form.row("DataGrid1_0") == 0)
@@ -54,8 +52,6 @@ class Grids(unittest.TestCase):
 
         program, form = self.start()
         self.assertEqual(size(), [990, 660])
-        form.tab(CATALOGUE)
-        wait_for("the catalogue", lambda: form.is_shown("DataGrid1_0"))
         program.key("Home")
         wait_for("the drawn width", lambda: width() == drawn)
         # A double click on the edge fits the column to what it holds.
@@ -65,8 +61,6 @@ class Grids(unittest.TestCase):
 
     def test_a_row_offers_what_the_buttons_offer(self):
         program, form = self.start()
-        form.tab(CATALOGUE)
-        wait_for("the keyboard in the catalogue", lambda: form.has_focus("DataGrid1_0"))
         # The menu itself isn't on the bus.
         program.key("Menu", "Down", "Return")
         card = program.form("frmPLU").activate()

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "core/errors.h"
+#include "ui/qt/in_box.h"
 #include "ui/qt/qt_printer.h"
 #include "ui/qt/qt_spreadsheet.h"
 
@@ -86,13 +87,11 @@ TEST(Paper, ALongReportTakesAsManyPagesAsItNeedsAndLosesNoLine) {
 
 TEST(Paper, WhatIsNotPrintedIsAFailureAfterThePreview) {
   const PrintJob job{"Отчёт", 10, {{{0, "строка"}}}};
-  QTimer::singleShot(0, [] {
-    auto* preview = qobject_cast<QPrintPreviewDialog*>(QApplication::activeModalWidget());
-    ASSERT_NE(preview, nullptr);
-    preview->printer()->setOutputFormat(QPrinter::PdfFormat);
-    preview->printer()->setOutputFileName("/no/such/folder/job.pdf");
-    preview->findChild<QPrintPreviewWidget*>()->print();
-    preview->reject();
+  test::InBox<QPrintPreviewDialog>([](QPrintPreviewDialog& preview) {
+    preview.printer()->setOutputFormat(QPrinter::PdfFormat);
+    preview.printer()->setOutputFileName("/no/such/folder/job.pdf");
+    preview.findChild<QPrintPreviewWidget*>()->print();
+    preview.reject();
   });
   EXPECT_THROW(QtPrinter().Print(job), Error);
 }

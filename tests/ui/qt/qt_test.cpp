@@ -41,20 +41,22 @@ constexpr int kProducts = 3000;
 class MainWindow : public testing::Test {
  protected:
   void Start(Stage stage = Stage::kPlain) {
-    database_ = std::make_unique<TestDatabase>(stage);
+    Prepare(stage);
     database_->Sql(
         fmt::format("INSERT INTO TOVAR (ID,COD,COD1,NAME,OST,KOL,PRISE,BARCODE,NDS,REZ,N1,N2,N5,N7,N4,T1,"
                     "N6) SELECT 0,seq,1,CONCAT('Товар ',LPAD(seq,5,'0')),0,0,100,'',0,0,0,0,0,0,0,'',0 FROM "
                     "{}",
                     test::Numbers(kProducts)));
     database_->Sql("UPDATE CONST SET N8=8 WHERE COD=5");
-    Prepare();
     app_->Start();
     desktop_->UserAction([this] { app_->Splash.Timer1.UserFire(); });
     Settle();
   }
 
-  void Prepare() { app_ = std::make_unique<App>(*desktop_, clock_, drives_, AppSettings{database_->Address(), "zrt"}); }
+  void Prepare(Stage stage = Stage::kPlain) {
+    database_ = std::make_unique<TestDatabase>(stage);
+    app_ = std::make_unique<App>(*desktop_, clock_, drives_, AppSettings{database_->Address(), "zrt"});
+  }
 
   static void Settle() { QTest::qWait(1); }
 
@@ -188,7 +190,6 @@ TEST_F(MainWindow, AWindowThatIsClosedWhileTheProgramWorksClosesAfterwards) {
 }
 
 TEST_F(MainWindow, AStartThatWaitsForTheServerIsEndedByEscOrByClosing) {
-  database_ = std::make_unique<TestDatabase>(Stage::kPlain);
   Prepare();
   app_->Start();
   Settle();
@@ -281,7 +282,6 @@ TEST_F(MainWindow, KeysReachTheControlThenTheFormAndOnlyOnce) {
 }
 
 TEST_F(MainWindow, FocusAskedForBeforeTheWindowComesWithIt) {
-  database_ = std::make_unique<TestDatabase>(Stage::kPlain);
   Prepare();
   desktop_->SetFocus(Sales().Text5);
   app_->Start();
