@@ -33,6 +33,7 @@ class AgreeingDesktop final : public QtDesktop {
   }
   void DoRuntimeError(const std::exception& error) override { throw std::runtime_error(error.what()); }
   std::string DoInputBox(const std::string&, const std::string&, const std::string&) override { return Entry; }
+  std::string DoPasswordBox(const std::string&, const std::string&) override { return Entry; }
 };
 
 /// The program in its real window, drawn off screen, started on a schema, with a bare client beside it.
