@@ -115,6 +115,8 @@ TEST_F(Import, TheWindowSaysWhatItLoads) {
       Type(Screen().Drive1, "D:");
       Type(Screen().File1, "b.txt");
       EXPECT_EQ(Screen().TextPath.Text(), "D:\\b.txt");
+      Type(Screen().Dir1, "C:\\Korvina");
+      EXPECT_EQ(Screen().File1.Path() + Screen().File1.FileName(), "C:\\Korvina");
       Press(Screen().TextPath, "Esc");
     });
     Do([&] { Screen().Open(mode); });

@@ -129,6 +129,7 @@ TEST_F(Forms, AFailingLoadLeavesItUnloadedAndAFailingUnloadStillTakesItAway) {
   front_.Unload = [] { throw Error("no server"); };
   EXPECT_THROW(front_.Close(), Error);
   EXPECT_FALSE(front_.IsLoaded());
+  EXPECT_TRUE(desktop_.LoadedForms().empty());
   EXPECT_EQ(desktop_.Front(), nullptr);
 }
 
