@@ -1,6 +1,7 @@
 // The tables of the window: rows, columns and their widths, copying, typing.
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <vector>
 
