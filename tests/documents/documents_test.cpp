@@ -26,6 +26,7 @@ TEST_F(DocumentsTest, EveryKindIsWholeAndOpenOnce) {
       {"существует открытый документ Переоценка!", "существует открытый документ Переоценка!"},
       {"существует открытое Перемещение Приход!", "существует открытый документ Перемещение Приход!"},
       {"существует открытое Перемещение Расход!", "существует открытый документ Перемещение Расход!"}};
+  EXPECT_EQ(FindKind(kDocumentKinds.size()), nullptr);
   for (const DocumentKind& kind : kDocumentKinds) {
     SCOPED_TRACE(kind.form);
     EXPECT_EQ(kind.movement == Movement::kNone, kind.lines == LinesIn::kDocPrice);
@@ -422,6 +423,7 @@ TEST_F(DocumentsTest, ADailyReportClosesTheShift) {
   desktop_.Expect("Документ проведён 'задним числом'!\n\rперепровести последующие за ним 1 документов?",
                   BoxAnswer::kCancel);
   Click(*form.mnuUnRun);
+  EXPECT_EQ(form.LblInf.Caption(), "");
   EXPECT_TRUE(faults_.Statements().back().find("DATEDOC >= '-- 23:00:00'") != std::string::npos);
   Leave(form, BoxAnswer::kCancel);
 

@@ -66,6 +66,7 @@ class Import : public ProgramTest {
       if (ends) desktop_.Expect("Загрузка справочника завершена!");
       if (!ends) desktop_.ExpectRuntimeError();
       Run(path);
+      EXPECT_TRUE(!ends || Screen().ProgressBar1.Value() == 0);
       said_ = Screen().List1.Items();
     });
   }
@@ -107,7 +108,7 @@ TEST_F(Import, TheWindowSaysWhatItLoads) {
     desktop_.InModal([&](Form& form) {
       EXPECT_EQ((Texts{Screen().File1.Pattern(), form.Caption(), Screen().CmdRun.Caption()}), kModes[mode]);
       EXPECT_EQ(Screen().Option1[0].IsShown(), mode == 0);
-      EXPECT_EQ(Screen().File1.Path(), kFolder);
+      EXPECT_EQ((Texts{Screen().Dir1.Path(), Screen().File1.Path()}), (Texts{kFolder, kFolder}));
       desktop_.Expect("Файл НЕ выбран!");
       Click(Screen().CmdRun);
       Type(Screen().File1, "a.txt");

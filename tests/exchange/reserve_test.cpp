@@ -295,7 +295,9 @@ TEST_F(Reserve, ClosedSalesAreAppendedAndMarkedOnce) {
   shop_.Sql("UPDATE KASSA SET PLUS=NULL WHERE NUM=3");
   shop_.Sql("UPDATE PROD SET DATETIME='2026-11-12 00:00:00' WHERE NUM=3");
   Connect();
+  const test::Told bar(Screen().ProgressBar);
   Press(Screen().CmdExp, kCopied);
+  EXPECT_TRUE(bar.Text.starts_with("Max=1 Value=1 Value=0 Max=4 Value=1 ")) << bar.Text;
   for (const std::string sold : {kSold, kReceipts}) EXPECT_EQ(reserve_.Rows(sold), shop_.Rows(sold + " AND NUM<9"));
   EXPECT_EQ(reserve_.Column("SELECT TIME(DAT) FROM KASSA"), (Texts{"00:00:00", "00:00:00"}));
   EXPECT_EQ(shop_.Column("SELECT NUM FROM PROD WHERE N7 IS NULL ORDER BY NUM"), (Texts{"2", "9"}));

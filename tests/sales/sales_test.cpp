@@ -401,12 +401,14 @@ TEST_F(Sales, DeletionsAreTrimmedAboveAThousandRows) {
         fmt::format("INSERT INTO SPION SELECT seq,'Чай','1,000','10,00',DATE_FORMAT('2026-11-20 10:00:00'+INTERVAL "
                     "IF(seq<3,{0},seq) SECOND,'%d.%m.%Y %T'),1,5,7 FROM {1}",
                     rows, test::Numbers(rows)));
+    shop_.Sql("INSERT INTO PROD (COD,DATETIME) VALUES (1,'2026-11-05 23:59:59')");
     Start();
     Click(app_->Main.mnuClearProd);
     Type(app_->Clear.Check2, "on");
     desktop_.Expect("Удалить записи по 23:59:59 05.11.2026 ?", BoxAnswer::kOk, BoxIcon::kQuestion, "KORVINA");
     desktop_.Expect("Удалены записи по 23:59:59 05.11.2026", BoxAnswer::kOk, BoxIcon::kExclamation, "KORVINA");
     Click(app_->Clear.CmdDel);
+    EXPECT_EQ(app_->Clear.LabelProd.Caption(), "В таблице продаж нет записей!");  // behind the last box
     EXPECT_EQ(shop_.Value("SELECT CONCAT_WS('|',COUNT(*),MIN(COD),MAX(REZ)) FROM SPION"),
               fmt::format("{}|1|{}", left, left == rows ? 7 : 0));
     app_.reset();

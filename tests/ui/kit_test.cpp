@@ -188,6 +188,9 @@ TEST(DataGrid, LetsGoOfASetThatEnds) {
   {
     Recordset set;
     form.Grid.Bind(set);
+    form.Grid.Unbind();
+    EXPECT_EQ(form.Grid.Source(), nullptr);
+    form.Grid.Bind(set);
     EXPECT_EQ(form.Grid.Source(), &set);
   }
   EXPECT_EQ(form.Grid.Source(), nullptr);

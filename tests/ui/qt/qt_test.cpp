@@ -266,6 +266,16 @@ TEST_F(MainWindow, TwoPositionKeyIsPressedByItsHalves) {
   QTest::mouseDClick(widget, Qt::LeftButton, {}, left);  // what follows the first click of a double one
   EXPECT_EQ(halves, "2211");
   EXPECT_EQ(key.Trigger(), 1);
+  const auto strongest = [&] {
+    const QImage image = widget->grab(QRect(0, 4, widget->width() / 3, widget->height() - 8)).toImage();
+    int darkest = 255;
+    for (int x = 4; x < image.width(); ++x)
+      for (int y = 0; y < image.height(); ++y) darkest = std::min(darkest, qGray(image.pixel(x, y)));
+    return darkest;
+  };
+  const int usable = strongest();
+  key.Enabled = false;
+  EXPECT_GT(strongest(), usable);  // its pictures fade
 }
 
 TEST_F(MainWindow, TabsAndMenusComeAndGo) {

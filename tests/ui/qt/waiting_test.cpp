@@ -67,6 +67,15 @@ TEST_F(MainWindow, StaysAliveButStillWhileTheServerThinks) {
     desktop_->MsgBox("готово");
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
   });
+
+  // A window that the operator brings forward meanwhile is in front afterwards.
+  desktop_->UserAction([&] { app_->Clear.Show(); });
+  {
+    const Watch watch([&] { edit->window()->activateWindow(); });
+    desktop_->UserAction([&] { app_->TheSession.ReadOne("SELECT SLEEP(1.2)"); });
+  }
+  Settle();
+  EXPECT_EQ(desktop_->Front(), &app_->Main);
 }
 
 TEST_F(MainWindow, LongWorkLetsTheWindowLiveAndIsStoppedByEscWhereItOffersThat) {

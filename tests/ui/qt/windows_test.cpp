@@ -75,8 +75,12 @@ TEST_F(Windows, ClosingABoxIsTheAnswerNoAndEnterTheUsualOne) {
                           {Qt::Key_Escape, BoxButtons::kOk, {}, BoxAnswer::kOk},
                           {Qt::Key_Return, BoxButtons::kYesNo, BoxAnswer::kYes, BoxAnswer::kYes},
                           {Qt::Key_Return, BoxButtons::kYesNo, BoxAnswer::kNo, BoxAnswer::kNo}}) {
-    InBox([&](QMessageBox& box) { QTest::keyClick(&box, one.key); });
-    EXPECT_EQ(desktop_.MsgBox(Message{.text = "?", .buttons = one.buttons, .usual = one.usual}), one.answer);
+    InBox([&](QMessageBox& box) {
+      EXPECT_GT(box.width(), box.fontMetrics().horizontalAdvance(box.windowTitle()));
+      QTest::keyClick(&box, one.key);
+    });
+    const std::string title = "Заголовок, длиннее всего, что в этом окне написано";
+    EXPECT_EQ(desktop_.MsgBox({.text = "?", .buttons = one.buttons, .title = title, .usual = one.usual}), one.answer);
   }
 }
 
