@@ -123,8 +123,9 @@ class DirListView final : public ControlView {
   }
 
   void Show(const PropertyBase& property) override {
-    if (&property == &list_.Path) return ShowPath();
-    ControlView::Show(property);
+    if (&property != &list_.Path) return ControlView::Show(property);
+    const QTreeWidgetItem* present = tree_->currentItem();
+    if (present == nullptr || ToQt(PathOf(present)) != PathOfList()) ShowPath();
   }
 
  protected:
@@ -166,11 +167,11 @@ class DirListView final : public ControlView {
     entry->setChildIndicatorPolicy(QTreeWidgetItem::DontShowIndicatorWhenChildless);
   }
 
+  QString PathOfList() const { return ToQt(list_.Path()).replace(QLatin1Char('/'), QLatin1Char('\\')); }
+
   void ShowPath() {
-    QString path = ToQt(list_.Path()).replace(QLatin1Char('/'), QLatin1Char('\\'));
+    const QString path = PathOfList();
     if (path.isEmpty()) return;
-    const QTreeWidgetItem* present = tree_->currentItem();
-    if (present != nullptr && ToQt(PathOf(present)) == path) return;
     const Quiet quiet(busy_, true);
     tree_->clear();
     const QStringList folders = path.split(QLatin1Char('\\'), Qt::SkipEmptyParts);

@@ -385,6 +385,11 @@ TEST_F(MainWindow, FoldersOfADriveOpenFromTheTree) {
   tree->setFocus();
   QTest::keyClick(tree, Qt::Key_Down);
   EXPECT_EQ(Sales().Dir1.Path(), "C:\\Korvina\\Report\\2026");
+  Sales().Dir1.Visible = false;
+  std::filesystem::create_directories(root.Path() / "C" / "Korvina" / "Report" / "2027");
+  Sales().Dir1.Visible = true;
+  EXPECT_EQ(tree->currentItem()->text(0), "2026");
+  EXPECT_EQ(tree->currentItem()->parent()->childCount(), 2);
   Sales().Dir1.Path = "D:";
   EXPECT_EQ(tree->currentItem()->text(0), "D:\\");
 }
