@@ -158,6 +158,14 @@ TEST_F(DocumentsTest, ADocumentThatCouldntBeOpenedLeavesNothingToTheNext) {
   Reopen(LastDocument());
   Pick(DocType::kIncoming, 4, 1000, 1000);
   EXPECT_EQ(form.DataGrid7.Rows(), 2);
+  // The tills get the balances of a posted one all the same.
+  Post(form);
+  Leave(form, BoxAnswer::kCancel);
+  faults_.FailAt(2);
+  desktop_.ExpectRuntimeError();
+  Reopen(LastDocument());
+  Click(*form.CmdUpd);
+  EXPECT_EQ(shop_.Value("SELECT OST FROM TOVAR WHERE COD=4"), "2000");
 }
 
 TEST_F(DocumentsTest, AnOpenOutgoingInvoiceIsLeftForAnother) {
