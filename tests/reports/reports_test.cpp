@@ -4,24 +4,12 @@
 #include <vector>
 
 #include "core/errors.h"
-#include "core/text.h"
 #include "platform/workbook.h"
-#include "reports/kat_names.h"
 #include "reports/report_period.h"
-#include "reports/report_text.h"
 #include "support/program_test.h"
 
 namespace zrt {
 namespace {
-
-TEST(ReportText, PadsByCharactersAndLeavesLongTextsAlone) {
-  EXPECT_EQ(PadLeftTo("Чай", 4), "  Чай");
-  EXPECT_EQ(PadLeftTo("", 4), "     ");
-  EXPECT_EQ(PadLeftTo("12345", 4), "12345");
-  EXPECT_EQ(PadLeftTo("123456", 4), "123456");
-  EXPECT_EQ(PadLeftTo(AmountText(RegionalFormat{}, -1234567.885), 13), " -1\u00A0234\u00A0567,89");
-  EXPECT_EQ(PadRightTo("Бар", 5), "Бар  ");
-}
 
 TEST(ReportPeriod, EndsBeforeTheLastDayWhenTheShiftChangesAtMidnight) {
   struct Case {
@@ -41,16 +29,6 @@ TEST(ReportPeriod, EndsBeforeTheLastDayWhenTheShiftChangesAtMidnight) {
     EXPECT_EQ(period.from, one.from);
     EXPECT_EQ(period.to, one.to);
   }
-}
-
-TEST(KatNames, CutsAndPadsWhateverIsStored) {
-  KatNames names;
-  names.Cut(1, "Горячий цех   Холодный цехСуповой");
-  names.Cut(3, "Г");
-  EXPECT_EQ(names.Name(1, 0), "Горячий цех   ");
-  EXPECT_EQ(names.Name(1, 2), "Суповой     ");
-  EXPECT_EQ(names.Name(1, 3), "            ");  // a name of blanks is a name
-  for (const Place& place : names.Places()) EXPECT_EQ(Length(place.label), 21U) << place.label;
 }
 
 TEST(Workbook, NeedsAFileThatCanBeWritten) {
