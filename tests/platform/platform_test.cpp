@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <fstream>
 #include <optional>
 #include <string>
@@ -127,6 +129,15 @@ TEST_F(Drives, ATextFileIsWholeOrNotThereWhoeverElseWritesIt) {
     two.Close();
     TextFileWriter given_up(drives_, "C:\\Отчёт\\x.csv");
     given_up.Line("половина");
+    TextFileWriter too_much(drives_, "C:\\Отчёт\\x.csv");
+    too_much.Line(std::string(1000, 'x'));
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit full_disk{100, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &full_disk);
+    EXPECT_THROW(too_much.Close(), FileError);
+    setrlimit(RLIMIT_FSIZE, &before);
   }
   std::ifstream file(folder / "x.csv", std::ios::binary);
   EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), ToWindows1251("Код;Имя\r\n№1;€ и ?\r\n"));

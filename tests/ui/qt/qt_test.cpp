@@ -171,6 +171,16 @@ TEST_F(MainWindow, AReportsWindowTakesItsWidthAgainAfterItWasDragged) {
   EXPECT_EQ(width_after([&] { form.Activate.Raise(); }), inches(5860));
 }
 
+TEST_F(MainWindow, AProgressBarGoesOnByHundredths) {
+  Start();
+  ProgressBar& bar = app_->Main.Catalogue.ProgressBar1;
+  bar.Max = 300;
+  for (const auto& [value, shown] : {std::pair{3, 3}, {4, 3}, {6, 6}, {300, 300}, {0, 0}}) {
+    bar.Value = value;
+    EXPECT_EQ(Find<QProgressBar>("ProgressBar1")->value(), shown);
+  }
+}
+
 TEST_F(MainWindow, OptionsExcludeEachOtherWithinTheirArray) {
   Start();
   Choose("sensor");
