@@ -125,6 +125,11 @@ TEST_F(Products, ACardShowsWhatTheBaseHolds) {
               (Texts{"чайник", "0,00", "Кухня-2", "Цех-2", "0", "", "1", "-", "0", "7", "55", "", "", "+"}));
     Click(Card().CancelButton);
   });
+  shop_.Sql("UPDATE TOVAR SET N2=14 WHERE COD=7");  // nor is a fourth workshop, of which there are three
+  InCard(Tab().CmdCopy, [&] {
+    EXPECT_EQ(Card().Combo1.Text() + Card().Combo2.Text(), "Кухня-1Цех-2");
+    Click(Card().CancelButton);
+  });
   InCard(Tab().CmdNew, [&] {
     EXPECT_EQ(CardValues(), (Texts{"", "0,00", "Бар", "", "0", "", "0", "-", "0", "0", "0", "", "", "-"}));
     Click(Card().CancelButton);
