@@ -83,7 +83,6 @@ class Work(unittest.TestCase):
         main, program = self.form, self.program
         report = os.path.join(program.drives, "C", "Korvina", "Report")
         for number, name in enumerate(("catalogue.xls", "catalogue.xlsx", "catalogue.ods")):
-            os.makedirs(report, exist_ok=True)
             shutil.copy(os.path.join(SHEETS, name), report)
             main.activate()
             main.tab("Справочники")
