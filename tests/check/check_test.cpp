@@ -68,7 +68,10 @@ TEST_F(Check, AWholeShopIsContent) {
   EXPECT_EQ(Look().Where(Fault::kCharacterSet),
             std::vector<std::string>{"ALTER TABLE `DKHOLDER` CONVERT TO CHARACTER SET latin1 COLLATE latin1_bin;"});
   shop_.Sql("UPDATE HOTKEYS SET CODE=99");
-  EXPECT_EQ(Look().Where(Fault::kKeyWithoutProduct).size(), 20U) << "the first are named, the others counted";
+  const Findings keys = Look();
+  EXPECT_EQ(keys.Where(Fault::kKeyWithoutProduct).size(), 20U) << "the first are named, the others counted";
+  EXPECT_TRUE(keys.Report().find("и ещё " + shop_.Value("SELECT COUNT(*)-20 FROM HOTKEYS") + "\n") != std::string::npos)
+      << keys.Report();
   shop_.Sql("UPDATE HOTKEYS SET CODE=1");
   shop_.Sql("INSERT INTO DOCINVENT (COD,DOC) VALUES (1,-1)");
   EXPECT_EQ(Look().Where(Fault::kOpenDocument), std::vector<std::string>{"инвентаризация"});
