@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
 #include "core/errors.h"
 #include "support/scripted_desktop.h"
@@ -12,37 +11,6 @@ namespace zrt {
 namespace {
 
 using test::ScriptedDesktop;
-
-constexpr const char* kDefinition = R"(<ui version="4.0"><class>X</class>
-<widget class="QMainWindow" name="X"><property name="windowTitle"><string>Окно &lt;1&gt;</string></property>
- <widget class="QWidget" name="decoCentral"><layout class="QVBoxLayout"><item>
-  <widget class="QGroupBox" name="Frame1"><property name="title"><string>Рамка</string></property>
-   <layout class="QHBoxLayout" name="decoRow">
-    <item><widget class="QLabel" name="decoHead"><property name="text"><string>Код</string></property></widget></item>
-    <item><widget class="QLineEdit" name="Text1"><property name="maxLength"><number>5</number></property></widget></item>
-    <item><widget class="QComboBox" name="Combo1">
-     <item><property name="text"><string>один</string></property></item>
-     <item><property name="text"><string>два</string></property></item></widget></item>
-   </layout></widget></item></layout></widget>
- <widget class="QMenuBar" name="decoBar"><widget class="QMenu" name="mnuTop"><property name="title"><string>Меню</string>
-  </property><addaction name="mnuOne"/></widget><addaction name="mnuTop"/></widget>
- <action name="mnuOne"><property name="text"><string>Пункт</string></property>
-  <property name="visible"><bool>false</bool></property></action>
-</widget></ui>)";
-
-TEST(FormDefinition, ReadsControlsCaptionsItemsAndWhereTheyStand) {
-  const FormDefinition definition = FormDefinition::Read("X", kDefinition);
-  EXPECT_EQ(definition.Title(), "Окно <1>");
-  ASSERT_EQ(definition.Controls().size(), 5U);  // decoration has no control
-  EXPECT_EQ(definition.Find("Frame1")->properties.at("title"), "Рамка");
-  EXPECT_EQ(definition.Find("Frame1")->parent, "");
-  EXPECT_EQ(definition.Find("Text1")->parent, "Frame1");
-  EXPECT_EQ(definition.Find("Text1")->properties.at("maxLength"), "5");
-  EXPECT_EQ(definition.Find("Combo1")->lists.at("items"), (std::vector<std::string>{"один", "два"}));
-  EXPECT_EQ(definition.Find("mnuOne")->parent, "mnuTop");
-  EXPECT_EQ(definition.Find("mnuOne")->properties.at("visible"), "false");
-  EXPECT_EQ(definition.Find("decoHead"), nullptr);
-}
 
 TEST(FormDefinition, RefusesWhatItCannotTrust) {
   EXPECT_THROW(FormDefinition::Read("X", "<ui><widget"), Error);
